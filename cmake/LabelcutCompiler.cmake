@@ -1,0 +1,50 @@
+# One place for language level, warnings, hardening and sanitizers.
+# `labelcut_library(NAME SOURCES… LINK… )` is how every static library of this tree is made.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(labelcut_compiler INTERFACE)
+target_compile_options(labelcut_compiler INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<BOOL:${LABELCUT_WERROR}>:-Werror>)
+target_compile_definitions(labelcut_compiler INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY)
+target_include_directories(labelcut_compiler INTERFACE "${PROJECT_SOURCE_DIR}")
+
+# Hardening for what users run; sanitizers and _FORTIFY_SOURCE exclude each other.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  target_compile_options(labelcut_compiler INTERFACE -fstack-protector-strong -fstack-clash-protection)
+  target_compile_definitions(labelcut_compiler INTERFACE _FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
+  target_link_options(labelcut_compiler INTERFACE -Wl,-z,relro,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+endif()
+if(LABELCUT_SANITIZE)
+  target_compile_options(labelcut_compiler INTERFACE
+    -fsanitize=${LABELCUT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(labelcut_compiler INTERFACE -fsanitize=${LABELCUT_SANITIZE})
+endif()
+if(LABELCUT_COVERAGE)
+  target_compile_options(labelcut_compiler INTERFACE --coverage -O0)
+  target_link_options(labelcut_compiler INTERFACE --coverage)
+endif()
+# Two versions of the plug-in share a process: a template's static must not become one for both.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(labelcut_compiler INTERFACE -fno-gnu-unique)
+endif()
+
+# labelcut_library(NAME SOURCES file… [LINK target…]): a static library whose public link
+# interface is LINK; sources may be headers (for automatic moc).
+function(labelcut_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+  add_library(${name} STATIC ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_link_libraries(${name} PUBLIC labelcut_compiler ${arg_LINK})
+endfunction()

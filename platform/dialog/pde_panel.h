@@ -1,0 +1,75 @@
+// The print dialog's extension interface: one panel of the dialog.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+class QWidget;
+
+namespace labelcut {
+
+/// The key of PDEPanel::summaryInfo() under which the list of titles stands.
+inline constexpr char kSummaryDisplayOrder[] = "Summary Display Order";
+
+/// One panel of the print dialog. The dialog drives it in this order:
+///
+///  1. panelName(), panelKind() and supportedPPDOptionKeys(), in any order and as often as needed;
+///  2. panelView() once the panel is to be shown, then willShow() each time it is about to be;
+///  3. PPDOptionKeyValueDidChange() for every change that did not come from this panel, and
+///     saveValuesAndReturnError() / restoreValuesAndReturnError() when it wants the panel's state
+///     written to, or read back from, the PPD's marks;
+///  4. summaryInfo() when it shows the summary, shouldPrint() right before printing,
+///     printWindowWillClose(), and destruction.
+///
+/// Everything happens on the dialog's thread. Nothing throws.
+class PDEPanel {
+public:
+    virtual ~PDEPanel() = default;
+
+    /// The panel's view, built on the first call; null when it cannot be built. The panel owns it
+    /// and keeps returning the same one. The host may give it a parent for display; a host that
+    /// destroys that parent first destroys the view with it.
+    virtual QWidget* panelView() = 0;
+    /// The name for the user, in the running language; plain text.
+    virtual QString panelName() = 0;
+    /// A reverse-DNS name that identifies this kind of panel for ever.
+    virtual QString panelKind() = 0;
+    /// The PPD main keywords that the panel handles, in its own order; nothing when it does not
+    /// say. A host shows these keywords nowhere else.
+    virtual std::optional<QStringList> supportedPPDOptionKeys() = 0;
+
+    /// The panel is about to be shown.
+    virtual void willShow() = 0;
+    /// Whether the panel may be folded away.
+    virtual bool shouldHide() = 0;
+    /// The user wants to print. False stops printing; the panel has then told the user why.
+    virtual bool shouldPrint() = 0;
+    /// Whether the dialog offers a help button for the panel.
+    virtual bool shouldShowHelp() = 0;
+    /// The dialog closes. @param userPrinted  true when it closes to print.
+    virtual void printWindowWillClose(bool userPrinted) = 0;
+
+    /// Another panel, or the dialog, has marked `choice` for `key` in the PPD.
+    /// A null string for either means that there is none.
+    virtual void PPDOptionKeyValueDidChange(const QString& key, const QString& choice) = 0;
+
+    /// Write the panel's state to the host. @param error  may be null; receives a sentence for
+    /// the user when the answer is false. @return whether it was done.
+    virtual bool saveValuesAndReturnError(QString* error) = 0;
+    /// Reread the panel's state from the PPD's marks; parameters and answer as above.
+    virtual bool restoreValuesAndReturnError(QString* error) = 0;
+
+    /// The panel's share of the summary: each title (QString) mapped to its value text (QString),
+    /// and under kSummaryDisplayOrder the titles (QStringList) in the order of display, duplicates
+    /// and empty titles included. Nothing when the panel has no summary.
+    virtual std::optional<QVariantMap> summaryInfo() = 0;
+
+    /// What the panel keeps beside its controls, for automation and tests; reading it changes
+    /// nothing. Keys are the panel's own field names. A panel need not offer any.
+    virtual QVariantMap inspect() const { return {}; }
+};
+
+} // namespace labelcut

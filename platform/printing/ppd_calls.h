@@ -1,0 +1,56 @@
+// Our printing framework: the one place that calls libcups' PPD functions.
+//
+// libcups marks them deprecated, and a successor carries them under other names; nothing outside
+// this file and its source may call a ppd… function. The records (ppd_file_t, ppd_option_t,
+// ppd_choice_t, ppd_attr_t, ppd_size_t) are public layouts of <cups/ppd.h> and read directly.
+// Every look-up answers null for a null file or key. Records are borrowed from the file.
+#pragma once
+
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include <memory>
+#include <optional>
+
+namespace labelcut::ppd {
+
+/// PPD_MAX_NAME: keywords and choice keywords are arrays of this many bytes, terminator included.
+inline constexpr int kMaxName = PPD_MAX_NAME;
+
+struct Closer {
+    void operator()(ppd_file_t* file) const noexcept;
+};
+/// An opened PPD that closes itself.
+using File = std::unique_ptr<ppd_file_t, Closer>;
+
+/// Why a PPD could not be opened: libcups' own words, and the line (0 when it has none).
+struct OpenError {
+    QString reason;
+    int line = 0;
+};
+
+/// Opens and localises the PPD at `path` in the language of the locale environment.
+/// @param error  receives the reason on failure; may be null.
+/// @return the file, or null.
+File openFile(const QString& path, OpenError* error);
+
+ppd_option_t* findOption(ppd_file_t* file, const char* keyword);
+ppd_choice_t* findMarkedChoice(ppd_file_t* file, const char* keyword);
+ppd_choice_t* findChoice(ppd_option_t* option, const char* choice);
+/// The first attribute of that main keyword, whatever its option keyword; case is ignored.
+ppd_attr_t* findAttr(ppd_file_t* file, const char* keyword);
+/// The following attribute of the same main keyword, or null.
+ppd_attr_t* findNextAttr(ppd_file_t* file, const char* keyword);
+
+/// Marks the defaults of every option.
+void markDefaults(ppd_file_t* file);
+/// Marks a choice. @return false, and nothing marked, when the PPD lacks the option or choice.
+/// "Custom.…" choices are accepted where the PPD offers custom values.
+bool markOption(ppd_file_t* file, const char* keyword, const char* choice);
+/// Clears every mark of one option. @return false when the PPD lacks it.
+bool unmarkOption(ppd_file_t* file, const char* keyword);
+/// How many marked choices conflict.
+int conflicts(ppd_file_t* file);
+
+} // namespace labelcut::ppd
