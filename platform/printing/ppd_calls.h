@@ -6,12 +6,14 @@
 // Every look-up answers null for a null file or key. Records are borrowed from the file.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <cups/ppd.h>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace labelcut::ppd {
 
@@ -52,5 +54,29 @@ bool markOption(ppd_file_t* file, const char* keyword, const char* choice);
 bool unmarkOption(ppd_file_t* file, const char* keyword);
 /// How many marked choices conflict.
 int conflicts(ppd_file_t* file);
+
+/// An option's main keyword and one of its choice keywords ("Custom.…" for a custom value).
+struct Setting {
+    QString keyword;
+    QString choice;
+    bool operator==(const Setting&) const = default;
+};
+
+/// The settings in force that exclude `choice` for `keyword`, by UIConstraints and their successor
+/// alike, installable options included; empty when nothing does. No mark changes.
+std::vector<Setting> conflictsOf(ppd_file_t* file, const char* keyword, const char* choice);
+/// What else would have to be set so that `choice` for `keyword` is free of conflicts: only
+/// settings that differ from the marks. Nothing when libcups finds no way. No mark changes.
+std::optional<std::vector<Setting>> resolutionFor(ppd_file_t* file, const char* keyword,
+                                                  const char* choice);
+
+/// The code of every marked choice that belongs to `section`, in the order that OrderDependency
+/// gives, each guarded and between its feature comments; empty when there is none.
+QByteArray emitSection(ppd_file_t* file, ppd_section_t section);
+/// What stands before a job's PostScript: the PPD's job control opening, its job control options
+/// and the switch to PostScript. Empty for a PPD without job control.
+QByteArray emitJobControl(ppd_file_t* file, const QByteArray& user, const QByteArray& title);
+/// What stands behind it, or nothing.
+QByteArray emitJobControlEnd(ppd_file_t* file);
 
 } // namespace labelcut::ppd
