@@ -124,6 +124,10 @@ bool unmarkOption(ppd_file_t* file, const char* keyword) {
     return true;
 }
 
+const ppd_size_t* markedPageSize(ppd_file_t* file) {
+    return file ? ppdPageSize(file, nullptr) : nullptr;
+}
+
 int conflicts(ppd_file_t* file) {
     return file ? ppdConflicts(file) : 0;
 }
@@ -166,7 +170,8 @@ QByteArray emitJobControl(ppd_file_t* file, const QByteArray& user, const QByteA
 }
 
 QByteArray emitJobControlEnd(ppd_file_t* file) {
-    if (!file)
+    // Without an end of its own libcups gives a lone ^D, which is no part of a file.
+    if (!file || !file->jcl_end)
         return {};
     return captured([&](FILE* stream) { ppdEmitJCLEnd(file, stream); });
 }

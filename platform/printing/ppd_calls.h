@@ -52,6 +52,9 @@ void markDefaults(ppd_file_t* file);
 bool markOption(ppd_file_t* file, const char* keyword, const char* choice);
 /// Clears every mark of one option. @return false when the PPD lacks it.
 bool unmarkOption(ppd_file_t* file, const char* keyword);
+/// The record of the marked page size, with the measure and margins of a custom size filled in; or
+/// null.
+const ppd_size_t* markedPageSize(ppd_file_t* file);
 /// How many marked choices conflict.
 int conflicts(ppd_file_t* file);
 
@@ -75,6 +78,7 @@ std::optional<std::vector<Setting>> resolutionFor(ppd_file_t* file, const char* 
 QByteArray emitSection(ppd_file_t* file, ppd_section_t section);
 /// What stands before a job's PostScript: the PPD's job control opening, its job control options
 /// and the switch to PostScript. Empty for a PPD without job control.
+/// @param user  and title: plain ASCII without line ends; job control languages know no more.
 QByteArray emitJobControl(ppd_file_t* file, const QByteArray& user, const QByteArray& title);
 /// What stands behind it, or nothing.
 QByteArray emitJobControlEnd(ppd_file_t* file);
