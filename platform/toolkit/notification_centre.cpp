@@ -60,8 +60,8 @@ void NotificationCentre::post(const QString& name, const QVariant& object)
 
 int NotificationCentre::observerCount() const
 {
-    return static_cast<int>(std::ranges::count_if(
-        mRegistrations, [](const Registration& r) { return r.isAlive(); }));
+    return static_cast<int>(
+        std::ranges::count_if(mRegistrations, [](const Registration& r) { return r.isAlive(); }));
 }
 
 } // namespace labelcut

@@ -20,6 +20,17 @@ struct ConverterCloser {
 };
 using Converter = std::unique_ptr<UConverter, ConverterCloser>;
 
+// ICU's own callbacks of this purpose silently drop characters that are usually invisible (a soft
+// hyphen, a variation selector); these leave every error as it is.
+void stopEncoding(const void*, UConverterFromUnicodeArgs*, const char16_t*, std::int32_t, UChar32,
+                  UConverterCallbackReason, UErrorCode*)
+{
+}
+void stopDecoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
+                  UConverterCallbackReason, UErrorCode*)
+{
+}
+
 /// A converter that stops at the first character or byte sequence without a counterpart.
 Converter openConverter(const char* name)
 {
@@ -27,10 +38,8 @@ Converter openConverter(const char* name)
     Converter converter(ucnv_open(name, &status));
     if (U_FAILURE(status))
         return nullptr;
-    ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                          &status);
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                        &status);
+    ucnv_setFromUCallBack(converter.get(), stopEncoding, nullptr, nullptr, nullptr, &status);
+    ucnv_setToUCallBack(converter.get(), stopDecoding, nullptr, nullptr, nullptr, &status);
     return U_SUCCESS(status) ? std::move(converter) : nullptr;
 }
 
@@ -61,9 +70,8 @@ std::optional<qsizetype> lengthIn(const Converter& converter, const QString& tex
     if (!converter || !isConvertibleSize(text.size()))
         return std::nullopt;
     UErrorCode status = U_ZERO_ERROR;
-    const std::int32_t length =
-        ucnv_fromUChars(converter.get(), nullptr, 0, unitsOf(text),
-                        static_cast<std::int32_t>(text.size()), &status);
+    const std::int32_t length = ucnv_fromUChars(converter.get(), nullptr, 0, unitsOf(text),
+                                                static_cast<std::int32_t>(text.size()), &status);
     if (U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR)
         return std::nullopt;
     return length;
@@ -96,6 +104,22 @@ std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding)
     return U_SUCCESS(status) ? std::optional(bytes) : std::nullopt;
 }
 
+QByteArray encodeLossyUtf8(const QString& text)
+{
+    QString pairsOnly = text;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!text[i].isSurrogate())
+            continue;
+        const bool isPair =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (isPair)
+            ++i;
+        else
+            pairsOnly[i] = u'?';
+    }
+    return pairsOnly.toUtf8();
+}
+
 std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding)
 {
     if (encoding == TextEncoding::Ascii)
@@ -120,10 +144,10 @@ std::optional<QString> decodeText(QByteArrayView bytes, TextEncoding encoding)
     // No byte becomes more than two UTF-16 units in any encoding that a locale may have.
     QString text(bytes.size() * 2, Qt::Uninitialized);
     UErrorCode status = U_ZERO_ERROR;
-    const std::int32_t length = ucnv_toUChars(
-        converter.get(), reinterpret_cast<char16_t*>(text.data()),
-        static_cast<std::int32_t>(text.size()), bytes.data(),
-        static_cast<std::int32_t>(bytes.size()), &status);
+    const std::int32_t length =
+        ucnv_toUChars(converter.get(), reinterpret_cast<char16_t*>(text.data()),
+                      static_cast<std::int32_t>(text.size()), bytes.data(),
+                      static_cast<std::int32_t>(bytes.size()), &status);
     if (U_FAILURE(status))
         return std::nullopt;
     text.truncate(length);

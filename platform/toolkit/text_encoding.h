@@ -23,6 +23,9 @@ enum class TextEncoding {
 /// (a lone surrogate, for one) has no place in the encoding.
 std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding);
 
+/// UTF-8 for people to read: each character that cannot be converted becomes one "?".
+QByteArray encodeLossyUtf8(const QString& text);
+
 /// How many bytes encodeText() would give; nothing when it would give nothing.
 std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding);
 
