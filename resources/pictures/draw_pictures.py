@@ -150,11 +150,11 @@ def letter(name, middle, top, mirrored, colour):
 # --- marks -------------------------------------------------------------------------------------
 
 def scissors(x, colour):
-    """Points down at x, from the top of the canvas to the strip."""
+    """Points down at x, from the top of the canvas into the gap of a full cut."""
     rings = "".join(f'<circle cx="{x + side * 8}" cy="8" r="6" fill="none" stroke="{colour}"'
                     ' stroke-width="3"/>' for side in (-1, 1))
-    blades = "".join(polygon([(x + side * 8, 13), (x + side * 3, 13), (x - side * 3, 23),
-                              (x - side * 4, 29), (x, 26)], colour) for side in (-1, 1))
+    blades = "".join(polygon([(x + side * 8, 13), (x + side * 3, 13), (x - side * 4, 27),
+                              (x - side * 4, 37), (x + side * 1, 27)], colour) for side in (-1, 1))
     return rings + blades
 
 
@@ -296,14 +296,11 @@ def draw_roll(every, at_end, mirrored, colours):
     return "".join(parts) + letters(cells, SHEET_LETTER_TOP, mirrored, colours)
 
 
-def draw_waiting(last, cut, colours):
+def draw_waiting(last, colours):
     """The end of the label that stays in the mouth, seen through the printer's wall."""
     x0, x1, top, bottom = MOUTH_LEFT + 6, last.right, STRIP_TOP, STRIP_BOTTOM
     dots = "".join(box(x, y, 3, 2) for x in range(x0 + 2, x1 - 2, 5) for y in (top, bottom - 2))
-    ghost = path(dots, colours.inside) + dashes_down(x1 - 2, top, bottom, 2, 3, 3, colours.inside)
-    if cut is not Cut.FULL:
-        return ghost
-    return ghost + scissors(x1, colours.cut)
+    return path(dots, colours.inside) + dashes_down(x1 - 2, top, bottom, 2, 3, 3, colours.inside)
 
 
 def draw_continuous(auto, half, chain, mirrored, colours):
@@ -318,9 +315,11 @@ def draw_continuous(auto, half, chain, mirrored, colours):
         parts.append(draw_lead(LEAD, between, STRIP_TOP + EDGE, LAYER_BOTTOM, colours))
     parts += [draw_mark(x, cut, STRIP_TOP + 3, LAYER_BOTTOM, colours.tape_fold, colours)
               for x, cut in zip(joints(cells), cuts)]
+    if chain and auto:  # the cut that comes when the tape is fed out: the blades are inside
+        parts.append(scissors(cells[-1].right, colours.cut))
     parts.append(draw_mouth(colours))
     if chain:
-        parts.append(draw_waiting(cells[-1], end, colours))
+        parts.append(draw_waiting(cells[-1], colours))
     return "".join(parts) + letters(cells, LAYER_LETTER_TOP, mirrored, colours)
 
 
