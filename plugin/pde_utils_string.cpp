@@ -8,8 +8,7 @@ namespace labelcut {
 namespace {
 
 /// Where `sought` begins in `text`, or -1.
-qsizetype find(const std::optional<QString>& text, const std::optional<QString>& sought)
-{
+qsizetype find(const std::optional<QString>& text, const std::optional<QString>& sought) {
     if (!text || !sought || sought->isEmpty())
         return -1;
     return text->indexOf(*sought, 0, Qt::CaseSensitive);
@@ -17,8 +16,7 @@ qsizetype find(const std::optional<QString>& text, const std::optional<QString>&
 
 } // namespace
 
-qsizetype PDEUtils_String::stringLengthConvertedToEncoding(const std::optional<QString>& string)
-{
+qsizetype PDEUtils_String::stringLengthConvertedToEncoding(const std::optional<QString>& string) {
     if (!string)
         return 0;
     if (const auto length = encodedLength(*string, TextEncoding::SystemDefault))
@@ -31,14 +29,12 @@ qsizetype PDEUtils_String::stringLengthConvertedToEncoding(const std::optional<Q
 }
 
 bool PDEUtils_String::scanString(const std::optional<QString>& string,
-                                 const std::optional<QString>& intoString)
-{
+                                 const std::optional<QString>& intoString) {
     return find(string, intoString) >= 0;
 }
 
 std::optional<QString> PDEUtils_String::deleteString(const std::optional<QString>& string,
-                                                     const std::optional<QString>& intoString)
-{
+                                                     const std::optional<QString>& intoString) {
     const qsizetype position = find(string, intoString);
     if (position < 0)
         return std::nullopt;

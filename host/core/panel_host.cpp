@@ -1,0 +1,112 @@
+// The host's core: one printer's PPD, print objects and panels.
+#include "host/core/panel_host.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace labelcut {
+
+/// What one plug-in's panels talk to; it forwards to the host, which outlives it.
+class PanelHost::Callback : public PDEPluginCallback {
+public:
+    explicit Callback(PanelHost& host)
+        : mHost(host) {}
+
+    PMPrintSession* printSession() override { return &mHost.mSession; }
+    PMPrintSettings* printSettings() override {
+        return mHost.mOffersSettings ? &mHost.mSettings : nullptr;
+    }
+    PMPageFormat* pageFormat() override { return &mHost.mPageFormat; }
+    PMPrinter* printer() override { return &mHost.mPrinter; }
+    ppd_file_t* ppdFile() override { return mHost.ppd(); }
+    void willChangePPDOptionKeyValue(const QString& key, const QString& choice) override {
+        mHost.panelChose(this, key, choice);
+    }
+    void panelViewDidResize() override {
+        ++mHost.mResizes;
+        if (mHost.mOnResize)
+            mHost.mOnResize();
+    }
+
+private:
+    PanelHost& mHost;
+};
+
+PanelHost::PanelHost(PanelHostSetup setup)
+    : mPpd(std::move(setup.ppd))
+    , mOffersSettings(setup.offersSettings) {
+    mPrinter.setDeviceUri(std::move(setup.deviceURI));
+    mPageFormat.setPaper(std::move(setup.paper));
+}
+
+PanelHost::~PanelHost() = default;
+
+std::shared_ptr<PDEPluginCallback> PanelHost::makeCallback() {
+    return std::make_shared<Callback>(*this);
+}
+
+void PanelHost::addPanel(const std::shared_ptr<PDEPluginCallback>& callback, PDEPanel* panel) {
+    mListeners.push_back({callback.get(), panel});
+}
+
+void PanelHost::removePanel(PDEPanel* panel) {
+    std::erase_if(mListeners, [panel](const Listener& l) { return l.panel == panel; });
+}
+
+bool PanelHost::mark(const QString& key, const QString& choice) {
+    return ppd::markOption(ppd(), key.toUtf8().constData(), choice.toUtf8().constData());
+}
+
+bool PanelHost::unmark(const QString& key) {
+    return ppd::unmarkOption(ppd(), key.toUtf8().constData());
+}
+
+bool PanelHost::changeFromOutside(const QString& key, const QString& choice) {
+    if (!mark(key, choice))
+        return false;
+    notify(nullptr, key, choice);
+    return true;
+}
+
+std::optional<QString> PanelHost::marked(const QString& key) const {
+    const ppd_choice_t* choice = ppd::findMarkedChoice(ppd(), key.toUtf8().constData());
+    if (!choice)
+        return std::nullopt;
+    return QString::fromUtf8(choice->choice);
+}
+
+std::vector<OptionChoice> PanelHost::takeChanges() {
+    return std::exchange(mChanges, {});
+}
+
+int PanelHost::takeResizes() {
+    return std::exchange(mResizes, 0);
+}
+
+void PanelHost::onChange(std::function<void(const OptionChoice&)> listener) {
+    mOnChange = std::move(listener);
+}
+
+void PanelHost::onResize(std::function<void()> listener) {
+    mOnResize = std::move(listener);
+}
+
+void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
+                           const QString& choice) {
+    mChanges.push_back({key, choice});
+    if (!mark(key, choice))
+        return;
+    notify(writer, key, choice);
+    if (mOnChange)
+        mOnChange({key, choice});
+}
+
+void PanelHost::notify(const PDEPluginCallback* except, const QString& key, const QString& choice) {
+    // A panel may write in turn, but none is added or removed while it is told.
+    for (const Listener& listener : std::vector(mListeners)) {
+        if (listener.callback != except)
+            listener.panel->PPDOptionKeyValueDidChange(key, choice);
+    }
+}
+
+} // namespace labelcut

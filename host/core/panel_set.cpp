@@ -1,0 +1,80 @@
+// The host's core: the panels that all loaded plug-ins offer for one host.
+#include "host/core/panel_host.h"
+
+#include <exception>
+
+#include "platform/toolkit/resource_bundle.h"
+
+namespace labelcut {
+
+PanelSet::PanelSet(PanelHost& host, const std::vector<LoadedPlugin>& plugins,
+                   const PDESystem& system)
+    : mHost(host) {
+    for (const LoadedPlugin& plugin : plugins) {
+        // Nothing may throw across the boundary; what does all the same costs only its own panels.
+        try {
+            addPlugin(plugin, system);
+        } catch (const std::exception& error) {
+            mRefused.push_back({plugin.file, QString::fromUtf8(error.what())});
+        } catch (...) {
+            mRefused.push_back(
+                {plugin.file, QStringLiteral("it failed while creating its panels")});
+        }
+    }
+}
+
+void PanelSet::addPlugin(const LoadedPlugin& plugin, const PDESystem& system) {
+    std::shared_ptr<PDEPlugin> principal = plugin.factory->create(system);
+    auto bundle = std::make_shared<ResourceBundle>(plugin.bundleRoot);
+    if (!principal || !principal->initWithBundle(bundle)) {
+        mRefused.push_back({plugin.file, QStringLiteral("it does not serve on this system")});
+        return;
+    }
+    auto callback = mHost.makeCallback();
+    PDEPanelArray* panels =
+        principal->PDEPanelsForType(QLatin1String(kPDEPrinterModuleType), callback);
+    if (!panels) {
+        mRefused.push_back({plugin.file, QStringLiteral("it could not create its panels")});
+        return;
+    }
+    for (const std::unique_ptr<PDEPanel>& panel : *panels) {
+        mHost.addPanel(callback, panel.get());
+        const QStringList keys = panel->supportedPPDOptionKeys().value_or(QStringList());
+        mEntries.push_back({callback, bundle, principal, panel.get(), keys});
+    }
+}
+
+PanelSet::~PanelSet() {
+    for (const Entry& entry : mEntries)
+        mHost.removePanel(entry.panel);
+}
+
+QStringList PanelSet::keywords() const {
+    QStringList all;
+    for (const Entry& entry : mEntries) {
+        for (const QString& key : entry.keys) {
+            if (!all.contains(key) && ppd::findOption(mHost.ppd(), key.toUtf8().constData()))
+                all.append(key);
+        }
+    }
+    return all;
+}
+
+void PanelSet::save() {
+    for (const Entry& entry : mEntries)
+        entry.panel->saveValuesAndReturnError(nullptr);
+}
+
+void PanelSet::restore() {
+    for (const Entry& entry : mEntries)
+        entry.panel->restoreValuesAndReturnError(nullptr);
+}
+
+bool PanelSet::shouldPrint() {
+    bool print = true;
+    for (const Entry& entry : mEntries)
+        print = entry.panel->shouldPrint() && print;
+    return print;
+}
+
+} // namespace labelcut

@@ -1,0 +1,126 @@
+// Toolkit: a picture that is drawn sharp at any scale, in a light and a dark variant.
+#include "platform/toolkit/picture.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QSvgRenderer>
+
+#include <utility>
+
+namespace labelcut {
+
+/// One file's bytes, and what they parse to once somebody looks.
+struct Picture::Variant {
+    QByteArray bytes;
+    bool parsed = false;
+    std::unique_ptr<QSvgRenderer> svg;
+    QImage image;
+
+    static std::unique_ptr<Variant> fromFile(const QString& path) {
+        QFile file(path);
+        if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+            return nullptr;
+        auto variant = std::make_unique<Variant>();
+        variant->bytes = file.readAll();
+        return variant;
+    }
+
+    void parse() {
+        if (std::exchange(parsed, true))
+            return;
+        const bool isXml = bytes.trimmed().startsWith('<');
+        if (isXml)
+            svg = std::make_unique<QSvgRenderer>(bytes);
+        else
+            image = QImage::fromData(bytes);
+        if (svg && !svg->isValid())
+            svg.reset();
+        bytes.clear();
+    }
+};
+
+Picture::Picture(std::unique_ptr<Variant> light, std::unique_ptr<Variant> dark)
+    : mLight(std::move(light))
+    , mDark(std::move(dark)) {}
+
+Picture::~Picture() = default;
+
+std::shared_ptr<const Picture> Picture::fromFile(const QString& path) {
+    auto light = Variant::fromFile(path);
+    if (!light)
+        return nullptr;
+    const QFileInfo info(path);
+    auto dark = Variant::fromFile(info.path() + QStringLiteral("/dark/") + info.fileName());
+    return std::shared_ptr<const Picture>(new Picture(std::move(light), std::move(dark)));
+}
+
+QSizeF Picture::size() const {
+    mLight->parse();
+    return mLight->svg ? QSizeF(mLight->svg->defaultSize()) : QSizeF(mLight->image.size());
+}
+
+void Picture::draw(QPainter& painter, const QRectF& target, bool onDark) const {
+    Variant& variant = onDark && mDark ? *mDark : *mLight;
+    variant.parse();
+    if (variant.svg)
+        variant.svg->render(&painter, target);
+    else if (!variant.image.isNull())
+        painter.drawImage(target, variant.image);
+}
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+namespace {
+
+class PictureIconEngine : public QIconEngine {
+public:
+    explicit PictureIconEngine(std::shared_ptr<const Picture> picture)
+        : mPicture(std::move(picture)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        constexpr double kDisabledOpacity = 0.45;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        if (mode == QIcon::Disabled)
+            painter->setOpacity(kDisabledOpacity);
+        mPicture->draw(*painter, rect, isDark(QGuiApplication::palette()));
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap result(size);
+        result.fill(Qt::transparent);
+        QPainter painter(&result);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return result;
+    }
+
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
+                         qreal ratio) override {
+        QPixmap result = pixmap(size, mode, state);
+        result.setDevicePixelRatio(ratio);
+        return result;
+    }
+
+    QIconEngine* clone() const override { return new PictureIconEngine(mPicture); }
+
+private:
+    std::shared_ptr<const Picture> mPicture;
+};
+
+} // namespace
+
+QIcon iconFromPicture(std::shared_ptr<const Picture> picture) {
+    if (!picture)
+        return {};
+    return QIcon(new PictureIconEngine(std::move(picture)));
+}
+
+} // namespace labelcut
