@@ -3,10 +3,13 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <span>
+#include <string_view>
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -50,6 +53,62 @@ QByteArray captured(Write write) {
     const std::unique_ptr<char, Free> owner(text);
     return QByteArray(text, static_cast<qsizetype>(size));
 }
+
+Setting settingOf(const ppd_choice_t& choice) {
+    return {QString::fromUtf8(choice.option->keyword), QString::fromUtf8(choice.choice)};
+}
+
+/// The choices that are marked, taken out of the file for the time of this object's life.
+class MarksSetAside {
+public:
+    explicit MarksSetAside(ppd_file_t* file)
+        : mFile(file) {
+        for (int i = 0; i < cupsArrayCount(file->marked); ++i)
+            mChoices.push_back(static_cast<ppd_choice_t*>(cupsArrayIndex(file->marked, i)));
+        for (const ppd_size_t& size : sizes())
+            if (size.marked)
+                mSize = &size;
+    }
+    ~MarksSetAside() {
+        markOnly(mChoices);
+        // The records say of each option whether it conflicts; let them say it of the marks again.
+        ppdConflicts(mFile);
+    }
+    MarksSetAside(const MarksSetAside&) = delete;
+    MarksSetAside& operator=(const MarksSetAside&) = delete;
+
+    const std::vector<ppd_choice_t*>& choices() const { return mChoices; }
+    /// Whether the two conflict when nothing else is marked.
+    bool conflict(ppd_choice_t* first, ppd_choice_t* second) {
+        markOnly({first, second});
+        return ppdConflicts(mFile) > 0;
+    }
+
+private:
+    std::span<ppd_size_t> sizes() const {
+        return {mFile->sizes, static_cast<std::size_t>(mFile->num_sizes)};
+    }
+    /// A mark is kept twice, by a flag of the choice and in an array of the file; that of the paper
+    /// a third time, by a flag of the size, which is what constraints look at.
+    void markOnly(const std::vector<ppd_choice_t*>& choices) {
+        for (ppd_choice_t* choice : mChoices)
+            choice->marked = 0;
+        cupsArrayClear(mFile->marked);
+        bool hasPaper = false;
+        for (ppd_choice_t* choice : choices) {
+            choice->marked = 1;
+            cupsArrayAdd(mFile->marked, choice);
+            const std::string_view keyword(choice->option->keyword);
+            hasPaper = hasPaper || keyword == "PageSize" || keyword == "PageRegion";
+        }
+        for (ppd_size_t& size : sizes())
+            size.marked = hasPaper && &size == mSize ? 1 : 0;
+    }
+
+    ppd_file_t* mFile;
+    const ppd_size_t* mSize = nullptr;
+    std::vector<ppd_choice_t*> mChoices;
+};
 
 /// Whether `setting` is what the file has marked already.
 bool isMarked(ppd_file_t* file, const Setting& setting) {
@@ -125,19 +184,36 @@ bool unmarkOption(ppd_file_t* file, const char* keyword) {
 }
 
 const ppd_size_t* markedPageSize(ppd_file_t* file) {
-    return file ? ppdPageSize(file, nullptr) : nullptr;
+    // A size's own flag stays when its choice is unmarked, so the choices decide.
+    if (!findMarkedChoice(file, "PageSize") && !findMarkedChoice(file, "PageRegion"))
+        return nullptr;
+    return ppdPageSize(file, nullptr);
 }
 
 int conflicts(ppd_file_t* file) {
     return file ? ppdConflicts(file) : 0;
 }
 
-std::vector<Setting> conflictsOf(ppd_file_t* file, const char* keyword, const char* choice) {
-    if (!file || !keyword || !choice)
+std::vector<std::vector<Setting>> conflictingSettings(ppd_file_t* file) {
+    if (conflicts(file) == 0)
         return {};
-    Options found;
-    found.count = cupsGetConflicts(file, keyword, choice, &found.list);
-    return found.settings();
+    MarksSetAside marks(file);
+    std::vector<ppd_choice_t*> involved = marks.choices();
+    std::erase_if(involved, [](const ppd_choice_t* choice) { return !choice->option->conflicted; });
+    std::ranges::stable_sort(involved, {},
+                             [](const ppd_choice_t* choice) { return choice->option; });
+
+    std::vector<std::vector<Setting>> all;
+    for (auto first = involved.begin(); first != involved.end(); ++first)
+        for (auto second = std::next(first); second != involved.end(); ++second)
+            if (marks.conflict(*first, *second))
+                all.push_back({settingOf(**first), settingOf(**second)});
+    if (!all.empty())
+        return all;
+    std::vector<Setting> together;
+    std::ranges::transform(involved, std::back_inserter(together),
+                           [](const ppd_choice_t* choice) { return settingOf(*choice); });
+    return {together};
 }
 
 std::optional<std::vector<Setting>> resolutionFor(ppd_file_t* file, const char* keyword,

@@ -52,8 +52,8 @@ void markDefaults(ppd_file_t* file);
 bool markOption(ppd_file_t* file, const char* keyword, const char* choice);
 /// Clears every mark of one option. @return false when the PPD lacks it.
 bool unmarkOption(ppd_file_t* file, const char* keyword);
-/// The record of the marked page size, with the measure and margins of a custom size filled in; or
-/// null.
+/// The record of the marked "PageSize" (or "PageRegion"), with the measure and margins of a custom
+/// size filled in; or null.
 const ppd_size_t* markedPageSize(ppd_file_t* file);
 /// How many marked choices conflict.
 int conflicts(ppd_file_t* file);
@@ -65,9 +65,10 @@ struct Setting {
     bool operator==(const Setting&) const = default;
 };
 
-/// The settings in force that exclude `choice` for `keyword`, by UIConstraints and their successor
-/// alike, installable options included; empty when nothing does. No mark changes.
-std::vector<Setting> conflictsOf(ppd_file_t* file, const char* keyword, const char* choice);
+/// The marked choices that exclude each other, by UIConstraints and their successor alike,
+/// installable options included: each pair once, in the file's order of options; when only more
+/// than two together conflict, all of them at once. No mark changes.
+std::vector<std::vector<Setting>> conflictingSettings(ppd_file_t* file);
 /// What else would have to be set so that `choice` for `keyword` is free of conflicts: only
 /// settings that differ from the marks. Nothing when libcups finds no way. No mark changes.
 std::optional<std::vector<Setting>> resolutionFor(ppd_file_t* file, const char* keyword,
