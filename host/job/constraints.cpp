@@ -1,0 +1,49 @@
+// The job: which of the marked choices exclude each other, and what would help.
+#include "host/job/constraints.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace labelcut {
+
+std::vector<Conflict> findConflicts(ppd_file_t* ppd) {
+    return ppd::conflictingSettings(ppd);
+}
+
+QString describe(ppd_file_t* ppd, const ppd::Setting& setting) {
+    ppd_option_t* option = ppd::findOption(ppd, setting.keyword.toUtf8().constData());
+    ppd_choice_t* choice = ppd::findChoice(option, setting.choice.toUtf8().constData());
+    const QString typed = QStringLiteral("%1=%2").arg(setting.keyword, setting.choice);
+    if (!choice)
+        return typed;
+    return QStringLiteral("%1: %2 (%3)")
+        .arg(QString::fromUtf8(option->text), QString::fromUtf8(choice->text), typed);
+}
+
+QString describe(ppd_file_t* ppd, const Conflict& conflict) {
+    QStringList sides;
+    for (const ppd::Setting& setting : conflict)
+        sides << QStringLiteral("\"%1\"").arg(describe(ppd, setting));
+    return sides.join(QStringLiteral(" and ")) + QStringLiteral(" exclude each other.");
+}
+
+std::optional<std::vector<ppd::Setting>> proposeResolution(ppd_file_t* ppd,
+                                                           const ppd::Setting& wanted,
+                                                           const std::vector<ppd::Setting>& kept) {
+    const QByteArray keyword = wanted.keyword.toUtf8();
+    const QByteArray choice = wanted.choice.toUtf8();
+    auto changes = ppd::resolutionFor(ppd, keyword.constData(), choice.constData());
+    if (!changes)
+        return std::nullopt;
+    const auto touchesKept = [&](const ppd::Setting& change) {
+        return std::ranges::any_of(kept, [&](const ppd::Setting& setting) {
+            return setting.keyword.compare(change.keyword, Qt::CaseInsensitive) == 0;
+        });
+    };
+    if (std::ranges::any_of(*changes, touchesKept))
+        return std::nullopt;
+    return changes;
+}
+
+} // namespace labelcut

@@ -1,0 +1,34 @@
+// The job: which of the marked choices exclude each other, and what would help.
+#pragma once
+
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include <optional>
+#include <vector>
+
+#include "platform/printing/ppd_calls.h"
+
+namespace labelcut {
+
+/// Two settings in force, rarely more, that the printer cannot follow together.
+using Conflict = std::vector<ppd::Setting>;
+
+/// Every set of marked choices that the PPD's constraints exclude; see ppd::conflictingSettings().
+/// A null PPD has none.
+std::vector<Conflict> findConflicts(ppd_file_t* ppd);
+
+/// A setting for people: its titles, and keyword and choice as they are typed, for instance
+/// "Half cut: On (KvHalfCut=ON)".
+QString describe(ppd_file_t* ppd, const ppd::Setting& setting);
+/// A sentence that names all sides of a conflict.
+QString describe(ppd_file_t* ppd, const Conflict& conflict);
+
+/// What to change so that `wanted` can stand: the fewest settings that libcups finds, `wanted`
+/// itself and those in `kept` left alone. Nothing when that is not possible. Changes no mark.
+std::optional<std::vector<ppd::Setting>>
+proposeResolution(ppd_file_t* ppd, const ppd::Setting& wanted,
+                  const std::vector<ppd::Setting>& kept = {});
+
+} // namespace labelcut

@@ -1,0 +1,27 @@
+// The job: documents of every kind become PDF.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+#include "host/job/documents.h"
+#include "host/job/paper.h"
+
+namespace labelcut {
+
+/// Turns the file at `path`, of kind `kind`, into a PDF file in `folder`.
+///
+/// A PDF stays what it is: its own path is the answer. PostScript is interpreted by Ghostscript
+/// and keeps its page sizes. Everything else is drawn by Qt (see isDrawn()) on pages of `paper`: a
+/// picture scaled to fit the printable area and turned when that makes it larger, text in a
+/// fixed-pitch font, wrapped, a form feed starting a new page.
+///
+/// @param paper   nothing: A4.
+/// @param folder  private to the job. @param name  bare name for the new file, without extension.
+/// @return path of the PDF; the failure is a sentence that names the file.
+Result<QString> convertToPdf(const QString& path, DocumentKind kind,
+                             const std::optional<JobPaper>& paper, const QString& folder,
+                             const QString& name);
+
+} // namespace labelcut

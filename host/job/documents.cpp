@@ -1,0 +1,111 @@
+// The job: what kind of file a document is, told by its content and never by its name.
+#include "host/job/documents.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+
+#include "host/job/failure.h"
+
+namespace labelcut {
+
+namespace {
+
+/// Text beyond this is no label, and its layout would take minutes. Bytes.
+constexpr qint64 kLargestText = 16 << 20;
+/// How far into a file the marks of its kind are looked for. Bytes.
+constexpr qint64 kHead = 4096;
+
+bool isSvg(const QByteArray& head) {
+    if (!head.contains("<svg") && !head.contains(":svg"))
+        return false;
+    QXmlStreamReader xml(head);
+    return xml.readNextStartElement() && xml.name() == u"svg";
+}
+
+std::optional<DocumentKind> kindByMark(const QByteArray& head) {
+    if (head.left(1024).contains("%PDF-"))
+        return DocumentKind::PDF;
+    if (head.startsWith("%!") || head.startsWith("\x04%!"))
+        return DocumentKind::PostScript;
+    if (head.startsWith("\x89PNG\r\n\x1a\n"))
+        return DocumentKind::PNG;
+    if (head.startsWith("\xff\xd8\xff"))
+        return DocumentKind::JPEG;
+    if (isSvg(head))
+        return DocumentKind::SVG;
+    return std::nullopt;
+}
+
+bool isOddControl(QChar c) {
+    return c.category() == QChar::Other_Control && c != u'\t' && c != u'\n' && c != u'\r' &&
+           c != u'\f';
+}
+
+/// Why `path` cannot even be opened as a document; nothing when it can.
+std::optional<QString> reasonAgainst(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("\"%1\" does not exist; check the name of the file.").arg(path);
+    if (info.isDir())
+        return QStringLiteral("\"%1\" is a folder; name a file in it.").arg(path);
+    if (!info.isFile())
+        return QStringLiteral("\"%1\" is not a regular file; save what it gives to a file first.")
+            .arg(path);
+    return std::nullopt;
+}
+
+Error unreadable(const QFile& file) {
+    return failure(QStringLiteral("\"%1\" cannot be read (%2); check its permissions.")
+                       .arg(file.fileName(), file.errorString()));
+}
+
+} // namespace
+
+Result<DocumentKind> documentKind(const QString& path) {
+    if (const auto reason = reasonAgainst(path))
+        return failure(*reason);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return unreadable(file);
+    const QByteArray head = file.read(kHead);
+    if (file.error() != QFileDevice::NoError)
+        return unreadable(file);
+    if (head.isEmpty())
+        return failure(QStringLiteral("\"%1\" is empty; there is nothing to print.").arg(path));
+    if (const auto kind = kindByMark(head))
+        return *kind;
+    if (file.size() <= kLargestText && decodedText(head + file.readAll()))
+        return DocumentKind::PlainText;
+    return failure(QStringLiteral("\"%1\" is not a PDF, PostScript, PNG, JPEG, SVG or plain text "
+                                  "file; save it as PDF first.")
+                       .arg(path));
+}
+
+bool isDrawn(DocumentKind kind) {
+    return kind != DocumentKind::PDF && kind != DocumentKind::PostScript;
+}
+
+Result<QByteArray> readDocument(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return unreadable(file);
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return unreadable(file);
+    return bytes;
+}
+
+std::optional<QString> decodedText(const QByteArray& bytes) {
+    const auto encoding = QStringConverter::encodingForData(bytes);
+    QStringDecoder decoder(encoding.value_or(QStringConverter::Utf8));
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError() || std::ranges::any_of(text, isOddControl))
+        return std::nullopt;
+    return text;
+}
+
+} // namespace labelcut

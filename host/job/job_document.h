@@ -1,0 +1,56 @@
+// The job: its files as one PDF whose pages fit the paper.
+#pragma once
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+#include "host/job/paper.h"
+#include "platform/printing/result.h"
+
+namespace labelcut {
+
+/// The files of one job as a single PDF, kept in a private folder that goes with this object.
+class JobDocument {
+public:
+    /// Reads, checks, converts and joins `files`.
+    ///
+    /// A page that has the paper's measure stays untouched. Any other is centred on a page of the
+    /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,
+    /// never enlarged, to fit what the printer can print on.
+    ///
+    /// @param files  one or more paths. @param paper  nothing: every page keeps its measure.
+    /// @return the failure is a sentence that names the file: what documentKind() and
+    ///         convertToPdf() say, and encrypted, broken and empty PDF files.
+    static Result<JobDocument> prepare(const QStringList& files,
+                                       const std::optional<JobPaper>& paper);
+
+    /// Path of the PDF; one of the files themselves when nothing had to be done to it.
+    const QString& pdf() const { return mPdf; }
+    /// How many pages it has; at least 1.
+    int pages() const { return mPages; }
+    /// Those of the files that were damaged and could be repaired: pages may lack something.
+    const QStringList& repaired() const { return mRepaired; }
+    /// The private folder, for whatever else the job needs.
+    QString folder() const { return mFolder->path(); }
+    /// The bare name of the first file: a job's title when the user gives none.
+    const QString& name() const { return mName; }
+
+    /// How many of its pages lie in `range`.
+    int pagesIn(const PageRange& range) const;
+    /// Path of a PDF of just these pages; pdf() for all. @param range  holds at least one page.
+    Result<QString> excerpt(const PageRange& range) const;
+
+private:
+    JobDocument() = default;
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    QString mPdf;
+    QString mName;
+    int mPages = 0;
+    QStringList mRepaired;
+};
+
+} // namespace labelcut

@@ -1,0 +1,35 @@
+// The job: PostScript for the printer, made without any print service.
+#pragma once
+
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include "host/job/job_document.h"
+#include "host/job/paper.h"
+#include "platform/printing/result.h"
+
+namespace labelcut {
+
+/// A job for a printer that is known by its PPD only.
+struct PostScriptJob {
+    /// Borrowed; the marked choices are what is printed with.
+    ppd_file_t* ppd = nullptr;
+    /// Borrowed.
+    const JobDocument* document = nullptr;
+    QString title;
+    QString user;
+    /// 1 or more. The printer repeats the pages unless its PPD says that it cannot.
+    int copies = 1;
+    PageRange pages;
+};
+
+/// Writes the job as PostScript to `path`; see writeWhole() for what a failure leaves there.
+///
+/// The code of every marked choice stands between its feature comments in the section that the
+/// PPD's OrderDependency names: prolog, document setup or each page's setup; job control and
+/// exit-server code stand in front of everything. The pages themselves leave the paper to the PPD.
+/// @return bytes written. The failure is a sentence for the user.
+Result<qint64> writePostScript(const PostScriptJob& job, const QString& path);
+
+} // namespace labelcut
