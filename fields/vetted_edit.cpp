@@ -1,0 +1,179 @@
+// Input fields: puts a formatter in charge of a line edit.
+#include "fields/vetted_edit.h"
+
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QSignalBlocker>
+#include <QValidator>
+
+#include <utility>
+
+namespace labelcut {
+
+namespace {
+
+/// A line edit asks its validator after it has changed its text and before it tells anybody. What
+/// the text was before is therefore kept here, and followed while the text is still that one.
+class VettingValidator : public QValidator {
+public:
+    VettingValidator(QLineEdit* edit, std::unique_ptr<Formatter> formatter)
+        : QValidator(edit), mEdit(edit), mFormatter(std::move(formatter)), mBefore(current())
+    {
+        connect(edit, &QLineEdit::cursorPositionChanged, this, &VettingValidator::follow);
+        connect(edit, &QLineEdit::selectionChanged, this, &VettingValidator::follow);
+    }
+
+    Formatter* formatter() const { return mFormatter.get(); }
+    State validate(QString& input, int& caret) const override;
+
+private:
+    struct Snapshot {
+        QString text;
+        int caret = 0;
+        TextRange selection;
+        /// Whether an undone edit could be redone.
+        bool canRedo = false;
+    };
+
+    Snapshot current() const;
+    void follow();
+    bool isEdit(const QString& input) const;
+    State refuse(QString& input, int& caret) const;
+    void stepBack() const;
+    void restoreSelection() const;
+
+    QLineEdit* mEdit;
+    std::unique_ptr<Formatter> mFormatter;
+    mutable Snapshot mBefore;
+    mutable bool mIsRestoring = false;
+};
+
+VettingValidator::Snapshot VettingValidator::current() const
+{
+    const int caret = mEdit->cursorPosition();
+    const int start = mEdit->hasSelectedText() ? mEdit->selectionStart() : caret;
+    return {mEdit->text(),
+            caret,
+            {static_cast<std::size_t>(start), static_cast<std::size_t>(mEdit->selectionLength())},
+            mEdit->isRedoAvailable()};
+}
+
+void VettingValidator::follow()
+{
+    if (mEdit->text() == mBefore.text)
+        mBefore = current();
+}
+
+/// Whether the line edit is in the middle of an edit, rather than asking about a text it has had
+/// for long (as it does when it loses focus) or about some other text.
+bool VettingValidator::isEdit(const QString& input) const
+{
+    if (input != mEdit->text())
+        return false;
+    const bool replacesItself = mBefore.selection.length > 0 && !mEdit->hasSelectedText();
+    return input != mBefore.text || replacesItself;
+}
+
+QValidator::State VettingValidator::validate(QString& input, int& caret) const
+{
+    if (mIsRestoring || !isEdit(input))
+        return Acceptable;
+    // Setting a text forgets all edits; every edit of the user's leaves one to undo or redo.
+    const bool isUsers = mEdit->isUndoAvailable() || mEdit->isRedoAvailable();
+    QString proposed = input;
+    TextRange range{static_cast<std::size_t>(caret), 0};
+    const bool isAccepted =
+        !isUsers || mFormatter->isPartialStringValid(&proposed, &range, mBefore.text,
+                                                     mBefore.selection, nullptr);
+    if (!isAccepted)
+        return refuse(input, caret);
+    mBefore = {input, caret, {static_cast<std::size_t>(caret), 0}, mEdit->isRedoAvailable()};
+    return Acceptable;
+}
+
+/// A line edit takes back a refused edit by itself, but not a refused undo or redo: that is done
+/// here, while its signals sleep, and the line edit then finds an unchanged text.
+QValidator::State VettingValidator::refuse(QString& input, int& caret) const
+{
+    // Only an undo leaves something to redo, only a redo had something: else it is a plain edit.
+    if (!mEdit->isRedoAvailable() && !mBefore.canRedo)
+        return Invalid;
+    const QScopedValueRollback restoring(mIsRestoring, true);
+    const QSignalBlocker quiet(mEdit);
+    stepBack();
+    restoreSelection();
+    mBefore.canRedo = mEdit->isRedoAvailable();
+    input = mBefore.text;
+    caret = mBefore.caret;
+    return Acceptable;
+}
+
+/// Brings the old text back, keeping the edits that can be undone where that is possible.
+void VettingValidator::stepBack() const
+{
+    if (mEdit->isRedoAvailable()) {
+        mEdit->redo();
+        if (mEdit->text() == mBefore.text)
+            return;
+        mEdit->undo();
+    }
+    mEdit->undo();
+    if (mEdit->text() != mBefore.text)
+        mEdit->setText(mBefore.text);
+}
+
+void VettingValidator::restoreSelection() const
+{
+    const int start = static_cast<int>(mBefore.selection.location);
+    const int length = static_cast<int>(mBefore.selection.length);
+    if (length == 0)
+        mEdit->setCursorPosition(mBefore.caret);
+    else if (mBefore.caret == start)
+        mEdit->setSelection(start + length, -length);
+    else
+        mEdit->setSelection(start, length);
+}
+
+const VettingValidator* validatorOf(const QLineEdit* edit)
+{
+    return edit ? dynamic_cast<const VettingValidator*>(edit->validator()) : nullptr;
+}
+
+} // namespace
+
+void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter)
+{
+    delete validatorOf(edit);
+    edit->setValidator(new VettingValidator(edit, std::move(formatter)));
+}
+
+Formatter* attachedFormatter(const QLineEdit* edit)
+{
+    const VettingValidator* validator = validatorOf(edit);
+    return validator ? validator->formatter() : nullptr;
+}
+
+void setObjectValue(QLineEdit* edit, const QVariant& object)
+{
+    if (!edit)
+        return;
+    const Formatter* formatter = attachedFormatter(edit);
+    const std::optional<QString> text =
+        formatter ? formatter->stringForObjectValue(object) : std::optional(object.toString());
+    if (text)
+        edit->setText(*text);
+}
+
+QVariant objectValue(const QLineEdit* edit)
+{
+    if (!edit)
+        return {};
+    const Formatter* formatter = attachedFormatter(edit);
+    if (!formatter)
+        return edit->text();
+    QVariant object;
+    formatter->getObjectValue(&object, edit->text(), nullptr);
+    return object;
+}
+
+} // namespace labelcut
