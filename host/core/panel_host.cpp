@@ -69,10 +69,7 @@ bool PanelHost::changeFromOutside(const QString& key, const QString& choice) {
 }
 
 std::optional<QString> PanelHost::marked(const QString& key) const {
-    const ppd_choice_t* choice = ppd::findMarkedChoice(ppd(), key.toUtf8().constData());
-    if (!choice)
-        return std::nullopt;
-    return QString::fromUtf8(choice->choice);
+    return ppd::markedValue(ppd(), key.toUtf8().constData());
 }
 
 std::vector<OptionChoice> PanelHost::takeChanges() {

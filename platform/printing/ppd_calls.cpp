@@ -252,4 +252,106 @@ QByteArray emitJobControlEnd(ppd_file_t* file) {
     return captured([&](FILE* stream) { ppdEmitJCLEnd(file, stream); });
 }
 
+namespace {
+
+CustomParameter::Type parameterType(ppd_cptype_t type) {
+    switch (type) {
+    case PPD_CUSTOM_INT:
+        return CustomParameter::Type::Integer;
+    case PPD_CUSTOM_POINTS:
+        return CustomParameter::Type::Points;
+    case PPD_CUSTOM_PASSCODE:
+    case PPD_CUSTOM_PASSWORD:
+        return CustomParameter::Type::Password;
+    case PPD_CUSTOM_STRING:
+        return CustomParameter::Type::Text;
+    default:
+        return CustomParameter::Type::Real;
+    }
+}
+
+std::vector<ppd_cparam_t*> parametersOf(ppd_file_t* file, const char* keyword) {
+    std::vector<ppd_cparam_t*> all;
+    ppd_coption_t* option = file && keyword ? ppdFindCustomOption(file, keyword) : nullptr;
+    if (!option)
+        return all;
+    for (void* p = cupsArrayFirst(option->params); p; p = cupsArrayNext(option->params))
+        all.push_back(static_cast<ppd_cparam_t*>(p));
+    std::ranges::stable_sort(all, {}, &ppd_cparam_t::order);
+    return all;
+}
+
+template<typename Limit>
+std::pair<double, double> bounds(const Limit& minimum, const Limit& maximum) {
+    return {static_cast<double>(minimum), static_cast<double>(maximum)};
+}
+
+std::pair<double, double> boundsOf(const ppd_cparam_t& p) {
+    switch (p.type) {
+    case PPD_CUSTOM_INT:
+        return bounds(p.minimum.custom_int, p.maximum.custom_int);
+    case PPD_CUSTOM_POINTS:
+        return bounds(p.minimum.custom_points, p.maximum.custom_points);
+    case PPD_CUSTOM_PASSCODE:
+    case PPD_CUSTOM_PASSWORD:
+    case PPD_CUSTOM_STRING:
+        return bounds(p.minimum.custom_string, p.maximum.custom_string);
+    default:
+        return bounds(p.minimum.custom_real, p.maximum.custom_real);
+    }
+}
+
+QString currentValue(const ppd_cparam_t& p) {
+    switch (p.type) {
+    case PPD_CUSTOM_INT:
+        return QString::number(p.current.custom_int);
+    case PPD_CUSTOM_POINTS:
+        return QString::number(static_cast<double>(p.current.custom_points));
+    case PPD_CUSTOM_PASSCODE:
+    case PPD_CUSTOM_PASSWORD:
+    case PPD_CUSTOM_STRING:
+        return QString::fromUtf8(p.current.custom_string ? p.current.custom_string : "");
+    default:
+        return QString::number(static_cast<double>(p.current.custom_real));
+    }
+}
+
+} // namespace
+
+std::vector<CustomParameter> customParameters(ppd_file_t* file, const char* keyword) {
+    std::vector<CustomParameter> all;
+    for (const ppd_cparam_t* p : parametersOf(file, keyword)) {
+        const auto [minimum, maximum] = boundsOf(*p);
+        all.push_back({QString::fromUtf8(p->name), QString::fromUtf8(p->text),
+                       parameterType(p->type), minimum, maximum});
+    }
+    return all;
+}
+
+std::optional<QString> markedValue(ppd_file_t* file, const char* keyword) {
+    const ppd_choice_t* choice = findMarkedChoice(file, keyword);
+    if (!choice)
+        return std::nullopt;
+    const QString name = QString::fromUtf8(choice->choice);
+    if (name != QLatin1String("Custom"))
+        return name;
+    if (qstricmp(keyword, "PageSize") == 0) {
+        const ppd_size_t* size = markedPageSize(file);
+        if (!size)
+            return name;
+        return QStringLiteral("Custom.%1x%2")
+            .arg(static_cast<double>(size->width))
+            .arg(static_cast<double>(size->length));
+    }
+    const std::vector<ppd_cparam_t*> parameters = parametersOf(file, keyword);
+    if (parameters.empty())
+        return name;
+    if (parameters.size() == 1)
+        return QStringLiteral("Custom.") + currentValue(*parameters.front());
+    QStringList pairs;
+    for (const ppd_cparam_t* p : parameters)
+        pairs.append(QString::fromUtf8(p->name) + u'=' + currentValue(*p));
+    return u'{' + pairs.join(u' ') + u'}';
+}
+
 } // namespace labelcut::ppd

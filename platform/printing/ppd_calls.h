@@ -58,6 +58,23 @@ const ppd_size_t* markedPageSize(ppd_file_t* file);
 /// How many marked choices conflict.
 int conflicts(ppd_file_t* file);
 
+/// One number or text that the PPD lets the user give for an option's "Custom" choice.
+struct CustomParameter {
+    enum class Type { Integer, Real, Points, Text, Password };
+    QString name;
+    /// For the user, in the PPD's language.
+    QString text;
+    Type type = Type::Text;
+    /// Bounds of a number; of a text's length in characters.
+    double minimum = 0;
+    double maximum = 0;
+};
+/// What the option's custom choice asks for, in the PPD's order; empty when it has none.
+std::vector<CustomParameter> customParameters(ppd_file_t* file, const char* keyword);
+/// The marked choice as it is marked anew: a choice keyword, "Custom.value", or
+/// "{name=value …}" for several parameters. Nothing when none is marked.
+std::optional<QString> markedValue(ppd_file_t* file, const char* keyword);
+
 /// An option's main keyword and one of its choice keywords ("Custom.…" for a custom value).
 struct Setting {
     QString keyword;

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """The house's interpreter: turns strings.json into Qt Linguist files, one for each language.
 
-    make_ts.py OUTDIR      writes OUTDIR/Localizable_<language>.ts
-    make_ts.py --languages prints the languages
+    make_ts.py OUTDIR [TABLE NAME]  writes OUTDIR/NAME_<language>.ts from the given table; without
+                                    one, the panel's own under the name "Localizable"
+    make_ts.py --languages          prints the languages of the panel's table
 
 Texts are looked up by id, so compile with `lrelease -idbased`, never with -compress, which drops
 what a lookup by id needs. A key that lacks a language, an empty text, or a key that stands in the
@@ -13,26 +14,26 @@ import sys
 from pathlib import Path
 from xml.sax.saxutils import escape, quoteattr
 
-TABLE = Path(__file__).with_name("strings.json")
+PANEL_TABLE = Path(__file__).with_name("strings.json")
 
 
 def unique_keys(pairs):
     keys = [key for key, _ in pairs]
     twice = sorted({key for key in keys if keys.count(key) > 1})
     if twice:
-        raise SystemExit(f"{TABLE.name}: more than once: {', '.join(twice)}")
+        raise SystemExit(f"more than once: {', '.join(twice)}")
     return dict(pairs)
 
 
-def read_table():
-    table = json.loads(TABLE.read_text(encoding="utf-8"), object_pairs_hook=unique_keys)
+def read_table(path):
+    table = json.loads(path.read_text(encoding="utf-8"), object_pairs_hook=unique_keys)
     for key, texts in table["texts"].items():
         for language in table["languages"]:
             if not texts.get(language, "").strip():
-                raise SystemExit(f"{TABLE.name}: {key} has no text in {language}")
+                raise SystemExit(f"{path.name}: {key} has no text in {language}")
         unknown = set(texts) - set(table["languages"])
         if unknown:
-            raise SystemExit(f"{TABLE.name}: {key} has texts in unknown languages: {unknown}")
+            raise SystemExit(f"{path.name}: {key} has texts in unknown languages: {unknown}")
     return table
 
 
@@ -48,16 +49,18 @@ def ts_document(language, texts):
 
 
 def main():
-    if len(sys.argv) != 2:
+    arguments = sys.argv[1:]
+    if len(arguments) not in (1, 3):
         raise SystemExit(__doc__)
-    table = read_table()
-    if sys.argv[1] == "--languages":
+    path, name = (Path(arguments[1]), arguments[2]) if len(arguments) == 3 else (PANEL_TABLE, "Localizable")
+    table = read_table(path)
+    if arguments[0] == "--languages":
         print("\n".join(table["languages"]))
         return
-    outdir = Path(sys.argv[1])
+    outdir = Path(arguments[0])
     outdir.mkdir(parents=True, exist_ok=True)
     for language in table["languages"]:
-        target = outdir / f"Localizable_{language}.ts"
+        target = outdir / f"{name}_{language}.ts"
         target.write_text(ts_document(language, table["texts"]), encoding="utf-8")
 
 
