@@ -1,0 +1,61 @@
+// Presets: a named set of choices for one printer, and which printer that is.
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include <optional>
+
+namespace labelcut {
+
+/// Whose presets they are: a queue, or a printer that is known by a PPD given by hand.
+///
+/// Two of them are equal when they stand for the same printer; queue names differing only in the
+/// case of ASCII letters name one queue, as for the print service.
+class PrinterIdentity {
+public:
+    /// @param name  the queue's name, not empty.
+    static PrinterIdentity forQueue(const QString& name);
+    /// By the PPD's NickName and PCFileName, which stay the same wherever the file lies.
+    /// @param ppd  borrowed for the call; null and a PPD without either give one common identity.
+    static PrinterIdentity forPpd(const ppd_file_t* ppd);
+
+    /// For people: the queue's name, or the PPD's NickName.
+    const QString& title() const { return mTitle; }
+    /// "queue:NAME" or "ppd:NICKNAME:PCFILENAME"; what files say of whose they are.
+    const QString& key() const { return mKey; }
+    /// A bare file name, different for different printers: ASCII letters, digits, '-' and '.'.
+    QString fileName() const;
+    bool operator==(const PrinterIdentity& other) const;
+
+private:
+    PrinterIdentity(QString title, QString key);
+
+    QString mTitle;
+    QString mKey;
+};
+
+/// What a user keeps under a name.
+struct Preset {
+    static constexpr int kMaxNameLength = 100; ///< Characters, as Unicode counts them.
+    static constexpr int kMaxCopies = 9'999;
+
+    /// Compared exactly, see presetNameProblem().
+    QString name;
+    /// The PPD's "PageSize" choice, "Custom.50x500mm" included; empty: the preset leaves it alone.
+    QString pageSize;
+    /// 1 to kMaxCopies.
+    int copies = 1;
+    /// PPD main keyword → choice keyword, "Custom.VALUE" or "{name=value …}". Without PageSize.
+    QMap<QString, QString> options;
+
+    bool operator==(const Preset&) const = default;
+};
+
+/// Why `name` cannot be a preset's: a sentence. It must not be empty, begin or end with a space,
+/// hold control characters or half a surrogate pair, or be longer than kMaxNameLength.
+std::optional<QString> presetNameProblem(const QString& name);
+
+} // namespace labelcut

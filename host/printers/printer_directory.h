@@ -1,0 +1,76 @@
+// Printers: the queues of a print service, asked for without ever making the caller wait.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <vector>
+
+#include "host/printers/background_call.h"
+#include "platform/printing/cups_connection.h"
+#include "platform/printing/ppd_calls.h"
+
+namespace labelcut {
+
+/// Asks for queues and PPDs in the background. Every function returns at once, also with a service
+/// that never answers, and every signal comes later, on this object's own thread; its event loop
+/// must run for them. Destroying it, and every new request, drops the request of the same kind
+/// that is under way: nothing of that one is heard any more.
+class PrinterDirectory : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int kDefaultTimeout = 10'000; ///< Milliseconds.
+
+    explicit PrinterDirectory(CupsConnection service = CupsConnection(), QObject* parent = nullptr);
+    ~PrinterDirectory() override;
+
+    const CupsConnection& service() const { return mService; }
+    /// @param milliseconds  for each request from now on as a whole.
+    void setTimeout(int milliseconds) { mTimeout = milliseconds; }
+
+    /// Asks for all queues. Those known stay until the new list is complete.
+    /// @param first  a queue that is shown before the others are there, such as the one used last;
+    ///               it is asked for alone. Empty: none.
+    void refresh(const QString& first = {});
+    /// Drops the refresh that is running; nothing more is heard of it.
+    void cancelRefresh();
+    bool isRefreshing() const { return mRefreshing; }
+    /// What is known so far, in the service's order, each name once.
+    const std::vector<Queue>& printers() const { return mPrinters; }
+    /// Borrowed until the next change; null when there is none of that name.
+    const Queue* find(const QString& name) const;
+
+    /// Asks for a queue's PPD, which ppdFetched() or ppdFailed() answers.
+    void fetchPpd(const QString& name);
+    void cancelFetch() { mFetch.drop(); }
+
+Q_SIGNALS:
+    /// The list has changed, in full or so far.
+    void printersChanged(const std::vector<labelcut::Queue>& printers);
+    /// The refresh failed; the queues known before stay known. finished() follows.
+    void failed(const labelcut::Error& error);
+    /// The refresh has ended by itself, one way or the other.
+    void finished();
+    void ppdFetched(const QString& name, const QByteArray& ppd);
+    void ppdFailed(const QString& name, const labelcut::Error& error);
+
+private:
+    void showFirst(const Queue& queue);
+    void showAll(std::vector<Queue> queues);
+    void endRefresh();
+
+    CupsConnection mService;
+    int mTimeout = kDefaultTimeout;
+    bool mRefreshing = false;
+    std::vector<Queue> mPrinters;
+    BackgroundCall mRefresh;
+    BackgroundCall mFetch;
+};
+
+/// Opens the PPD that was fetched; a file of it exists only meanwhile, readable by the user alone.
+/// Nothing is marked. May be called on any thread.
+/// @param queue  for the sentence of the failure.
+Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue);
+
+} // namespace labelcut
