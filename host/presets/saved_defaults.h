@@ -49,11 +49,11 @@ std::vector<ppd::Setting> parseOptionText(const QByteArray& text);
 /// begins with the options of its queue. Lines that are none of its kind are passed over.
 void addSavedOptions(SavedOptions& saved, const QByteArray& contents);
 
+/// lpoptions in CUPS_SERVERROOT or /etc/cups, and .cups/lpoptions in the user's home.
+QStringList savedOptionFiles();
 /// The system's file, then the user's.
 /// @param files  in that order; ones that do not exist are passed over.
 SavedOptions readSavedOptions(const QStringList& files = savedOptionFiles());
-/// lpoptions in CUPS_SERVERROOT or /etc/cups, and .cups/lpoptions in the user's home.
-QStringList savedOptionFiles();
 
 /// The destination to begin with when nothing else is known: the environment's LPDEST or PRINTER,
 /// else the files' default. Nothing: the print service's own default.
