@@ -13,7 +13,8 @@ namespace {
 constexpr char kAutoCutHiddenAttribute[] = "KvAutoCutObjHidden";
 
 QVariant keywordOf(const PDEChoice* selection) {
-    return selection && selection->ppdTitle() ? QVariant(*selection->ppdTitle()) : QVariant();
+    // Bytes that are no text show as replacement characters: there is a selection all the same.
+    return selection ? QVariant(QString::fromUtf8(selection->choice()->choice)) : QVariant();
 }
 
 } // namespace
