@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontMetricsF>
+#include <QKeySequence>
 #include <QLabel>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -132,8 +133,12 @@ QString Button::title() const {
 }
 
 void Button::setTitle(const QString& title) {
-    if (box())
-        box()->setText(escaped(title));
+    if (!box())
+        return;
+    // A new text takes the shortcut away with it; the interface file's stays.
+    const QKeySequence shortcut = box()->shortcut();
+    box()->setText(escaped(title));
+    box()->setShortcut(shortcut);
 }
 
 double Button::widthForTitle(const QString& title) const {

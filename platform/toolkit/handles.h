@@ -88,7 +88,7 @@ public:
     /// Sends no action.
     void setState(int state);
     QString title() const;
-    /// Shown as plain text: no mnemonic is read from it.
+    /// Shown as plain text: no mnemonic is read from it, and the box keeps the shortcut it has.
     void setTitle(const QString& title);
     /// Width that the whole title needs, in points; 0 without a widget.
     double widthForTitle(const QString& title) const;
