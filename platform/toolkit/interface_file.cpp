@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QUiLoader>
+#include <QXmlStreamReader>
 
 #include "platform/toolkit/check_box.h"
 #include "platform/toolkit/handles.h"
@@ -101,6 +102,14 @@ void dressComboBox(QComboBox& box, const PDEBundle& bundle) {
         box.setItemData(i, text, Qt::AccessibleTextRole);
         box.setItemData(i, text, Qt::ToolTipRole);
     }
+    if (keys.isEmpty())
+        return;
+    // What is selected is read from its title, which may be empty.
+    const auto describeSelected = [&box] {
+        box.setAccessibleDescription(box.currentData(Qt::AccessibleTextRole).toString());
+    };
+    QObject::connect(&box, &QComboBox::currentIndexChanged, &box, describeSelected);
+    describeSelected();
 }
 
 void dressStepper(Stepper& stepper, QWidget& root, const PDEBundle& bundle) {
@@ -123,12 +132,26 @@ void dress(QWidget& root, const PDEBundle& bundle) {
     }
 }
 
+/// Whether there is a widget to load; the loader would complain aloud of anything else.
+bool holdsWidget(const QByteArray& bytes) {
+    QXmlStreamReader reader(bytes);
+    if (!reader.readNextStartElement() || reader.name() != QLatin1String("ui"))
+        return false;
+    int widgets = 0;
+    while (reader.readNextStartElement()) {
+        widgets += reader.name() == QLatin1String("widget") ? 1 : 0;
+        reader.skipCurrentElement();
+    }
+    return !reader.hasError() && widgets == 1;
+}
+
 } // namespace
 
 std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const PDEBundle& bundle,
                                            const WidgetFactories& factories) {
     QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly) || !holdsWidget(file.readAll()) ||
+        !file.seek(0))
         return nullptr;
     std::unique_ptr<QWidget> root;
     {

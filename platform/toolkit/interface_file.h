@@ -5,7 +5,8 @@
 //    offered by the caller.
 //  - A QComboBox with the dynamic property "entryTags" (list of strings, one per entry) gives its
 //    entries these tags, "entryPictures" (list of picture names) these pictures from the bundle,
-//    and "entryAccessibleKeys" (list of string-table keys) these texts for screen readers.
+//    and "entryAccessibleKeys" (list of string-table keys) these texts for screen readers; the
+//    selected entry's text then is the pop-up's accessible description.
 //  - The dynamic properties "accessibleNameKey", "accessibleDescriptionKey", and on a Stepper
 //    "upNameKey" and "downNameKey", are string-table keys of the texts for screen readers.
 //  - A Stepper's dynamic property "field" names the text field that sends it arrow keys.
