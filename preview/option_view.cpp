@@ -82,7 +82,9 @@ int OptionView13_v400_::targetSlot() const {
 
 const Picture* OptionView13_v400_::targetDrawImage() const {
     const auto slot = static_cast<std::size_t>(targetSlot());
-    return mIsRV ? mOptionImgRV[slot].get() : mOptionImgSG[slot].get();
+    const Picture* picture = mIsRV ? mOptionImgRV[slot].get() : mOptionImgSG[slot].get();
+    // A file without a picture in it leaves its slot empty; that shows when it is first looked at.
+    return picture && !picture->size().isEmpty() ? picture : nullptr;
 }
 
 QString OptionView13_v400_::targetImageName() const {

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QSvgRenderer>
+#include <QXmlStreamReader>
 
 #include <utility>
 
@@ -32,14 +33,26 @@ struct Picture::Variant {
     void parse() {
         if (std::exchange(parsed, true))
             return;
-        const bool isXml = bytes.trimmed().startsWith('<');
-        if (isXml)
-            svg = std::make_unique<QSvgRenderer>(bytes);
-        else
+        if (!bytes.trimmed().startsWith('<'))
             image = QImage::fromData(bytes);
+        else if (isSvg(bytes))
+            svg = std::make_unique<QSvgRenderer>(bytes);
         if (svg && !svg->isValid())
             svg.reset();
         bytes.clear();
+    }
+
+    bool isEmpty() const { return !svg && image.isNull(); }
+
+private:
+    /// The renderer would complain aloud of anything else.
+    static bool isSvg(const QByteArray& bytes) {
+        QXmlStreamReader reader(bytes);
+        if (!reader.readNextStartElement() || reader.name() != QLatin1String("svg"))
+            return false;
+        while (!reader.atEnd())
+            reader.readNext();
+        return !reader.hasError();
     }
 };
 
@@ -64,7 +77,9 @@ QSizeF Picture::size() const {
 }
 
 void Picture::draw(QPainter& painter, const QRectF& target, bool onDark) const {
-    Variant& variant = onDark && mDark ? *mDark : *mLight;
+    if (onDark && mDark)
+        mDark->parse();
+    Variant& variant = onDark && mDark && !mDark->isEmpty() ? *mDark : *mLight;
     variant.parse();
     if (variant.svg)
         variant.svg->render(&painter, target);
