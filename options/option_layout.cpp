@@ -103,7 +103,8 @@ void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
 double OptionPDE13_v400_::missingWidth() const {
     double missing = 0;
     for (const Row& row : rows()) {
-        if (!(this->*row.choices))
+        // Automatic cut without a row of its own is never read.
+        if (!(this->*row.choices) || (row.item == item::kAutoCut && mAutoCutHideKey_dec != 1))
             continue;
         const Button& box = this->*row.checkBox;
         const double needed = box.widthForTitle(titleOfOption(row.keyword, row.titleKey));
@@ -170,6 +171,8 @@ void OptionPDE13_v400_::createPreview(bool isRV) {
         return;
     preview->setObjectName(QStringLiteral("mOptionView"));
     preview->setAccessibleName(localized(QStringLiteral("AX_OptionView")));
+    // One that never entered a view is nobody else's.
+    delete mOptionView.data();
     mOptionView = preview.release();
     mOptionDummyView.superview().replaceSubview(mOptionDummyView, View(mOptionView));
     mOptionView->setCutEveryChkBx(mCutEveryChkBx);
