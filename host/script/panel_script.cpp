@@ -68,6 +68,7 @@ QJsonValue sizeOf(const QWidget* view) {
 }
 
 std::optional<HostPaper> readPaper(const QJsonObject& object) {
+    script::required(object, "name");
     return HostPaper(script::textOrNull(object, "name"), script::number(object, "height"));
 }
 

@@ -59,7 +59,8 @@ inline double number(const QJsonObject& object, const char* name) {
 inline int integerValue(const QJsonValue& value, const char* name) {
     const double read =
         value.isDouble() ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
-    if (std::trunc(read) != read || std::abs(read) > std::numeric_limits<int>::max())
+    if (std::trunc(read) != read || read < std::numeric_limits<int>::min() ||
+        read > std::numeric_limits<int>::max())
         refuseType(name, "a whole number of 32 bits");
     return static_cast<int>(read);
 }
