@@ -1,11 +1,13 @@
 // Input fields: puts a formatter in charge of a line edit.
 #include "fields/vetted_edit.h"
 
+#include <QEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QValidator>
 
+#include <algorithm>
 #include <utility>
 
 namespace labelcut {
@@ -17,14 +19,18 @@ namespace {
 class VettingValidator : public QValidator {
 public:
     VettingValidator(QLineEdit* edit, std::unique_ptr<Formatter> formatter)
-        : QValidator(edit), mEdit(edit), mFormatter(std::move(formatter)), mBefore(current())
+        : QValidator(edit), mEdit(edit), mFormatter(std::move(formatter))
     {
+        remember(current());
         connect(edit, &QLineEdit::cursorPositionChanged, this, &VettingValidator::follow);
         connect(edit, &QLineEdit::selectionChanged, this, &VettingValidator::follow);
+        connect(edit, &QLineEdit::textEdited, this, &VettingValidator::tidySelection);
+        edit->installEventFilter(this);
     }
 
     Formatter* formatter() const { return mFormatter.get(); }
     State validate(QString& input, int& caret) const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Snapshot {
@@ -36,7 +42,9 @@ private:
     };
 
     Snapshot current() const;
+    void remember(const Snapshot& snapshot) const;
     void follow();
+    void tidySelection();
     bool isEdit(const QString& input) const;
     State refuse(QString& input, int& caret) const;
     void stepBack() const;
@@ -45,39 +53,76 @@ private:
     QLineEdit* mEdit;
     std::unique_ptr<Formatter> mFormatter;
     mutable Snapshot mBefore;
+    /// The text that redoing everything leads to.
+    mutable QString mNewest;
     mutable bool mIsRestoring = false;
+    bool mIsCommitting = false;
+    mutable bool mHasRefused = false;
 };
 
 VettingValidator::Snapshot VettingValidator::current() const
 {
     const int caret = mEdit->cursorPosition();
-    const int start = mEdit->hasSelectedText() ? mEdit->selectionStart() : caret;
+    const int start = mEdit->hasSelectedText() ? std::max(0, mEdit->selectionStart()) : caret;
     return {mEdit->text(),
             caret,
             {static_cast<std::size_t>(start), static_cast<std::size_t>(mEdit->selectionLength())},
             mEdit->isRedoAvailable()};
 }
 
+void VettingValidator::remember(const Snapshot& snapshot) const
+{
+    mBefore = snapshot;
+    if (!snapshot.canRedo)
+        mNewest = snapshot.text;
+}
+
 void VettingValidator::follow()
 {
-    if (mEdit->text() == mBefore.text)
-        mBefore = current();
+    if (!mIsCommitting && mEdit->text() == mBefore.text)
+        remember(current());
+}
+
+/// A redo can leave a selection that begins before the text, which the next edit would then replace.
+void VettingValidator::tidySelection()
+{
+    if (mEdit->hasSelectedText() && mEdit->selectionStart() < 0)
+        mEdit->deselect();
+}
+
+/// What an input method does is let through in one piece: the line edit tells of the caret halfway,
+/// and leaves a selection behind where it takes back a commit that replaced text.
+bool VettingValidator::eventFilter(QObject*, QEvent* event)
+{
+    if (event->type() != QEvent::InputMethod)
+        return false;
+    mHasRefused = false;
+    {
+        const QScopedValueRollback committing(mIsCommitting, true);
+        mEdit->event(event);
+    }
+    if (mHasRefused && mEdit->text() == mBefore.text)
+        restoreSelection();
+    follow();
+    return true;
 }
 
 /// Whether the line edit is in the middle of an edit, rather than asking about a text it has had
-/// for long (as it does when it loses focus) or about some other text.
+/// for long, as it does when it loses focus.
 bool VettingValidator::isEdit(const QString& input) const
 {
-    if (input != mEdit->text())
-        return false;
     const bool replacesItself = mBefore.selection.length > 0 && !mEdit->hasSelectedText();
     return input != mBefore.text || replacesItself;
 }
 
 QValidator::State VettingValidator::validate(QString& input, int& caret) const
 {
-    if (mIsRestoring || !isEdit(input))
+    if (mIsRestoring || input != mEdit->text())
         return Acceptable;
+    if (!isEdit(input)) {
+        remember(current()); // an undo can change the selection alone, and tells nobody
+        return Acceptable;
+    }
     // Setting a text forgets all edits; every edit of the user's leaves one to undo or redo.
     const bool isUsers = mEdit->isUndoAvailable() || mEdit->isRedoAvailable();
     QString proposed = input;
@@ -87,7 +132,7 @@ QValidator::State VettingValidator::validate(QString& input, int& caret) const
                                                      mBefore.selection, nullptr);
     if (!isAccepted)
         return refuse(input, caret);
-    mBefore = {input, caret, {static_cast<std::size_t>(caret), 0}, mEdit->isRedoAvailable()};
+    remember(current());
     return Acceptable;
 }
 
@@ -95,14 +140,21 @@ QValidator::State VettingValidator::validate(QString& input, int& caret) const
 /// here, while its signals sleep, and the line edit then finds an unchanged text.
 QValidator::State VettingValidator::refuse(QString& input, int& caret) const
 {
-    // Only an undo leaves something to redo, only a redo had something: else it is a plain edit.
-    if (!mEdit->isRedoAvailable() && !mBefore.canRedo)
+    mHasRefused = true;
+    // A plain edit leaves nothing to redo; of redos only the last one does.
+    const bool isLastRedo = mBefore.canRedo && input == mNewest;
+    if (!mEdit->isRedoAvailable() && !isLastRedo) {
+        mBefore.canRedo = false;
+        mNewest = mBefore.text;
         return Invalid;
+    }
     const QScopedValueRollback restoring(mIsRestoring, true);
     const QSignalBlocker quiet(mEdit);
     stepBack();
     restoreSelection();
     mBefore.canRedo = mEdit->isRedoAvailable();
+    if (!mBefore.canRedo)
+        mNewest = mBefore.text;
     input = mBefore.text;
     caret = mBefore.caret;
     return Acceptable;
