@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <condition_variable>
 #include <cstring>
 #include <future>
@@ -143,29 +144,53 @@ http_status_t finalStatus(http_t* http, const Deadline& deadline) {
     return status == HTTP_STATUS_CONTINUE ? HTTP_STATUS_ERROR : status;
 }
 
-/// Reads an answer's bytes for ippReadIO(), up to a limit.
-struct AnswerReader {
-    http_t* http;
-    qint64 left = kMaxAnswerBytes;
-    bool tooLong = false;
+/// The content of an answer, up to kMaxAnswerBytes.
+class Content {
+public:
+    Content(http_t* http, const Deadline& deadline)
+        : mHttp(http)
+        , mDeadline(deadline)
+        , mDeclared(httpGetLength2(http)) {}
 
-    static ssize_t read(void* context, ipp_uchar_t* buffer, std::size_t bytes) {
-        auto* self = static_cast<AnswerReader*>(context);
-        if (self->left < static_cast<qint64>(bytes)) {
-            self->tooLong = true;
-            return -1;
-        }
-        std::size_t got = 0;
-        while (got < bytes) {
-            const ssize_t now =
-                httpRead2(self->http, reinterpret_cast<char*>(buffer) + got, bytes - got);
-            if (now <= 0)
-                return -1;
-            got += static_cast<std::size_t>(now);
-        }
-        self->left -= static_cast<qint64>(bytes);
-        return static_cast<ssize_t>(bytes);
+    /// Reads up to `size` bytes. @return how many; 0 at the end, however it came.
+    std::size_t some(char* buffer, std::size_t size) {
+        if (mRead > kMaxAnswerBytes || mDeadline.isOver())
+            return 0;
+        const ssize_t got = httpRead2(mHttp, buffer, size);
+        mHasEnded = got <= 0;
+        if (mHasEnded)
+            return 0;
+        mRead += got;
+        return static_cast<std::size_t>(got);
     }
+
+    /// All of `bytes` bytes or a failure, as ippReadIO() wants it. @param content  a Content.
+    static ssize_t exactly(void* content, ipp_uchar_t* buffer, std::size_t bytes) {
+        auto* self = static_cast<Content*>(content);
+        std::size_t all = 0;
+        while (all < bytes) {
+            const std::size_t got = self->some(reinterpret_cast<char*>(buffer) + all, bytes - all);
+            if (got == 0)
+                return -1;
+            all += got;
+        }
+        return static_cast<ssize_t>(all);
+    }
+
+    bool isTooLong() const { return mRead > kMaxAnswerBytes; }
+    /// Whether it ended before its end, so that the connection is at fault and not the sender.
+    bool isCutShort() const {
+        const bool isLengthKnown = mDeclared < INT_MAX; // libcups' number for "until closed"
+        const bool isShort = mRead == 0 || (isLengthKnown && mRead < mDeclared);
+        return mDeadline.isOver() || httpError(mHttp) != 0 || (mHasEnded && isShort);
+    }
+
+private:
+    http_t* mHttp;
+    const Deadline& mDeadline;
+    qint64 mDeclared;
+    qint64 mRead = 0;
+    bool mHasEnded = false;
 };
 
 /// One request on its way over one connection.
@@ -206,7 +231,7 @@ public:
             return Fetched();
         if (status != HTTP_STATUS_OK)
             return printerrors::fromHttp(status, mSubject);
-        return content();
+        return everything();
     }
 
 private:
@@ -245,34 +270,29 @@ private:
 
     Result<IppMessage> answer() {
         IppMessage message(ippNew());
-        AnswerReader reader{mHttp.get()};
+        Content content(mHttp.get(), mDeadline);
         ipp_state_t state = IPP_STATE_IDLE;
         while (state != IPP_STATE_DATA && state != IPP_STATE_ERROR)
-            state = ippReadIO(&reader, AnswerReader::read, 1, nullptr, message.get());
+            state = ippReadIO(&content, Content::exactly, 1, nullptr, message.get());
         if (state == IPP_STATE_DATA)
             return message;
-        return isCutShort() && !reader.tooLong ? broken() : printerrors::notAPrintService(mSubject);
+        return unusable(content);
     }
 
-    /// Whether the connection, rather than what came over it, is at fault.
-    bool isCutShort() const {
-        return mDeadline.isOver() || httpError(mHttp.get()) != 0 ||
-               httpGetRemaining(mHttp.get()) > 0;
-    }
-
-    Result<std::optional<QByteArray>> content() {
+    Result<std::optional<QByteArray>> everything() {
+        Content content(mHttp.get(), mDeadline);
         std::array<char, kChunkBytes> chunk;
         QByteArray all;
-        for (;;) {
-            const ssize_t got = httpRead2(mHttp.get(), chunk.data(), chunk.size());
-            if (got < 0 || (got == 0 && isCutShort()))
-                return broken();
-            if (got == 0)
-                return std::optional(all);
-            all.append(chunk.data(), got);
-            if (all.size() > kMaxAnswerBytes)
-                return printerrors::notAPrintService(mSubject);
-        }
+        while (const std::size_t got = content.some(chunk.data(), chunk.size()))
+            all.append(chunk.data(), static_cast<qsizetype>(got));
+        if (content.isTooLong() || content.isCutShort())
+            return unusable(content);
+        return std::optional(all);
+    }
+
+    Error unusable(const Content& content) const {
+        const bool isConnectionsFault = content.isCutShort() && !content.isTooLong();
+        return isConnectionsFault ? broken() : printerrors::notAPrintService(mSubject);
     }
 
     Http mHttp;

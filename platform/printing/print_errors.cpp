@@ -28,13 +28,6 @@ Error noSuchJob(const RequestSubject& subject) {
                 .arg(subject.job)};
 }
 
-Error rejecting(const RequestSubject& subject) {
-    return {ErrorKind::Rejecting,
-            QStringLiteral("The print queue \"%1\" takes no new jobs at the moment. Let it take "
-                           "jobs again (\"cupsaccept %1\"), or choose another one.")
-                .arg(subject.queue)};
-}
-
 Error formatNotSupported(const RequestSubject& subject) {
     const QString type =
         subject.documentType.isEmpty() ? QStringLiteral("this type") : subject.documentType;
@@ -108,6 +101,13 @@ Error noSuchQueue(const RequestSubject& subject) {
                 .arg(subject.service, subject.queue)};
 }
 
+Error rejecting(const RequestSubject& subject) {
+    return {ErrorKind::Rejecting,
+            QStringLiteral("The print queue \"%1\" takes no new jobs at the moment. Let it take "
+                           "jobs again (\"cupsaccept %1\"), or choose another one.")
+                .arg(subject.queue)};
+}
+
 Error documentUnreadable(const QString& reason) {
     return {ErrorKind::DocumentUnreadable,
             QStringLiteral("The document could not be read while it was sent (%1), and nothing was "
@@ -140,11 +140,7 @@ Error fromIpp(ipp_status_t status, const QString& message, const RequestSubject&
     case IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED:
         return authenticationNeeded(subject);
     case IPP_STATUS_ERROR_NOT_FOUND:
-        if (subject.job != 0)
-            return noSuchJob(subject);
-        if (!subject.queue.isEmpty())
-            return noSuchQueue(subject);
-        break;
+        return subject.job != 0 ? noSuchJob(subject) : noSuchQueue(subject);
     case IPP_STATUS_ERROR_NOT_ACCEPTING_JOBS:
         return rejecting(subject);
     case IPP_STATUS_ERROR_DOCUMENT_FORMAT_NOT_SUPPORTED:

@@ -31,6 +31,7 @@ Error notAPrintService(const RequestSubject& subject);
 Error cancelled();
 Error queueWithoutPpd(const RequestSubject& subject);
 Error noSuchQueue(const RequestSubject& subject);
+Error rejecting(const RequestSubject& subject);
 Error documentUnreadable(const QString& reason);
 
 /// For an HTTP status that is not 200.
