@@ -14,7 +14,7 @@ std::vector<Conflict> findConflicts(ppd_file_t* ppd) {
 QString describe(ppd_file_t* ppd, const ppd::Setting& setting) {
     ppd_option_t* option = ppd::findOption(ppd, setting.keyword.toUtf8().constData());
     ppd_choice_t* choice = ppd::findChoice(option, setting.choice.toUtf8().constData());
-    const QString typed = QStringLiteral("%1=%2").arg(setting.keyword, setting.choice);
+    QString typed = QStringLiteral("%1=%2").arg(setting.keyword, setting.choice);
     if (!choice)
         return typed;
     return QStringLiteral("%1: %2 (%3)")

@@ -17,13 +17,11 @@ class JobDocument {
 public:
     /// Reads, checks, converts and joins `files`.
     ///
-    /// A page that has the paper's measure stays untouched. Any other is centred on a page of the
-    /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,
-    /// never enlarged, to fit what the printer can print on.
-    ///
-    /// @param files  one or more paths. @param paper  nothing: every page keeps its measure.
+    /// @param files  one or more paths.
+    /// @param paper  what pages are fitted to, see PdfFile::join(); nothing: they keep their
+    /// measure.
     /// @return the failure is a sentence that names the file: what documentKind() and
-    ///         convertToPdf() say, and encrypted, broken and empty PDF files.
+    ///         convertToPdf() and PdfFile::open() say.
     static Result<JobDocument> prepare(const QStringList& files,
                                        const std::optional<JobPaper>& paper);
 

@@ -31,7 +31,9 @@ struct PageRange {
     int last = kToTheEnd;
 
     bool isEverything() const { return first <= 1 && last == kToTheEnd; }
-    bool operator==(const PageRange&) const = default;
+    friend bool operator==(const PageRange& a, const PageRange& b) {
+        return a.first == b.first && a.last == b.last;
+    }
 };
 
 /// "3-5", "3-" (to the end), "-5" (from the start) or "3". Nothing for any other text, for a page
