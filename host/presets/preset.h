@@ -7,6 +7,9 @@
 #include <cups/ppd.h>
 
 #include <optional>
+#include <vector>
+
+#include "platform/printing/ppd_calls.h"
 
 namespace labelcut {
 
@@ -52,6 +55,13 @@ struct Preset {
     QMap<QString, QString> options;
 
     bool operator==(const Preset&) const = default;
+
+    /// A preset of these choices; one for PageSize becomes the page size, the last of a keyword
+    /// counts.
+    static Preset of(const QString& name, const std::vector<ppd::Setting>& settings,
+                     int copies = 1);
+    /// Its choices, the page size first.
+    std::vector<ppd::Setting> settings() const;
 };
 
 /// Why `name` cannot be a preset's: a sentence. It must not be empty, begin or end with a space,

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -37,6 +38,7 @@ enum class JobEnd {
     Printed,     ///< The printer has all of it.
     Removed,     ///< Somebody else cancelled it.
     StillQueued, ///< It waits in the queue, and watching was to end.
+    Unknown,     ///< The service keeps no record of jobs that have ended, and this one has.
 };
 
 /// Sends one job after the other in the background. Every function returns at once and every signal

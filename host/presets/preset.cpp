@@ -1,0 +1,105 @@
+// Presets: which printer they are for, and what they may be called.
+#include "host/presets/preset.h"
+
+#include <QCryptographicHash>
+
+#include <algorithm>
+
+namespace labelcut {
+
+namespace {
+
+constexpr qsizetype kMaxReadablePart = 40;
+constexpr qsizetype kHashDigits = 16;
+
+const QString kPageSize = QStringLiteral("PageSize");
+
+bool isAsciiLetterOrDigit(QChar c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+}
+
+QString withSmallAscii(QString text) {
+    for (QChar& c : text)
+        if (c >= u'A' && c <= u'Z')
+            c = c.toLower();
+    return text;
+}
+
+bool isControl(QChar c) {
+    const QChar::Category category = c.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line ||
+           category == QChar::Separator_Paragraph;
+}
+
+} // namespace
+
+PrinterIdentity::PrinterIdentity(QString title, QString key)
+    : mTitle(std::move(title))
+    , mKey(std::move(key)) {}
+
+PrinterIdentity PrinterIdentity::forQueue(const QString& name) {
+    return {name, QStringLiteral("queue:") + name};
+}
+
+PrinterIdentity PrinterIdentity::forPpd(const ppd_file_t* ppd) {
+    const QString nickName = QString::fromUtf8(ppd && ppd->nickname ? ppd->nickname : "");
+    const QString fileName = QString::fromUtf8(ppd && ppd->pcfilename ? ppd->pcfilename : "");
+    const QString title = nickName.isEmpty() ? fileName : nickName;
+    return {title, QStringLiteral("ppd:%1:%2").arg(nickName, fileName)};
+}
+
+QString PrinterIdentity::fileName() const {
+    const bool isQueue = mKey.startsWith(QStringLiteral("queue:"));
+    QString readable;
+    for (const QChar c : mTitle.left(kMaxReadablePart))
+        readable += isAsciiLetterOrDigit(c) ? c.toLower() : QChar(u'-');
+    const QString same = isQueue ? withSmallAscii(mKey) : mKey;
+    const QByteArray hash =
+        QCryptographicHash::hash(same.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return QStringLiteral("%1-%2-%3.json")
+        .arg(isQueue ? QStringLiteral("queue") : QStringLiteral("ppd"), readable,
+             QString::fromLatin1(hash.left(kHashDigits)));
+}
+
+bool PrinterIdentity::operator==(const PrinterIdentity& other) const {
+    return fileName() == other.fileName();
+}
+
+Preset Preset::of(const QString& name, const std::vector<ppd::Setting>& settings, int copies) {
+    Preset preset;
+    preset.name = name;
+    preset.copies = copies;
+    for (const ppd::Setting& setting : settings) {
+        if (setting.keyword == kPageSize)
+            preset.pageSize = setting.choice;
+        else
+            preset.options.insert(setting.keyword, setting.choice);
+    }
+    return preset;
+}
+
+std::vector<ppd::Setting> Preset::settings() const {
+    std::vector<ppd::Setting> all;
+    if (!pageSize.isEmpty())
+        all.push_back({kPageSize, pageSize});
+    for (auto option = options.begin(); option != options.end(); ++option)
+        all.push_back({option.key(), option.value()});
+    return all;
+}
+
+std::optional<QString> presetNameProblem(const QString& name) {
+    if (name.trimmed().isEmpty())
+        return QStringLiteral("A preset needs a name.");
+    if (name != name.trimmed())
+        return QStringLiteral("A preset's name cannot begin or end with a space: \"%1\".")
+            .arg(name.trimmed());
+    if (!name.isValidUtf16() || std::any_of(name.begin(), name.end(), isControl))
+        return QStringLiteral("A preset's name is one line of text without control characters.");
+    if (name.toUcs4().size() > Preset::kMaxNameLength)
+        return QStringLiteral("A preset's name has %1 characters at most; \"%2…\" is longer.")
+            .arg(Preset::kMaxNameLength)
+            .arg(name.left(20));
+    return std::nullopt;
+}
+
+} // namespace labelcut

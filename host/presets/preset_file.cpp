@@ -1,0 +1,219 @@
+// Presets: the contents of one preset file.
+#include "host/presets/preset_file.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/printing/ppd_calls.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr char kFormat[] = "labelcut-presets";
+constexpr int kVersion = 1;
+/// Characters of a choice, custom values included; far beyond what a PPD can hold.
+constexpr qsizetype kMaxChoiceLength = 4096;
+
+const QString kFormatKey = QStringLiteral("format");
+const QString kVersionKey = QStringLiteral("version");
+const QString kPrinterKey = QStringLiteral("printer");
+const QString kPresetsKey = QStringLiteral("presets");
+const QString kNameKey = QStringLiteral("name");
+const QString kPageSizeKey = QStringLiteral("pageSize");
+const QString kCopiesKey = QStringLiteral("copies");
+const QString kOptionsKey = QStringLiteral("options");
+
+std::optional<QString> problemOfOption(const QString& keyword, const QJsonValue& choice) {
+    if (keyword.isEmpty() || keyword.toUtf8().size() >= ppd::kMaxName)
+        return QStringLiteral("\"%1\" is no option's keyword").arg(keyword.left(ppd::kMaxName));
+    if (keyword == u"PageSize")
+        return QStringLiteral("its page size stands among its options");
+    if (!choice.isString() || choice.toString().isEmpty() ||
+        choice.toString().size() > kMaxChoiceLength)
+        return QStringLiteral("its choice for \"%1\" is no text of 1 to %2 characters")
+            .arg(keyword)
+            .arg(kMaxChoiceLength);
+    return std::nullopt;
+}
+
+std::optional<QString> problemOfOptions(const QJsonValue& options) {
+    if (!options.isObject() && !options.isUndefined())
+        return QStringLiteral("its options are no object");
+    const QJsonObject all = options.toObject();
+    for (auto option = all.begin(); option != all.end(); ++option)
+        if (const auto problem = problemOfOption(option.key(), option.value()))
+            return problem;
+    return std::nullopt;
+}
+
+bool isCopies(const QJsonValue& copies) {
+    const double number = copies.toDouble(0);
+    return copies.isUndefined() ||
+           (number >= 1 && number <= Preset::kMaxCopies && std::floor(number) == number);
+}
+
+/// The rest of a sentence about a preset, or nothing when it is good.
+std::optional<QString> problemOf(const QJsonObject& entry) {
+    if (!entry.value(kNameKey).isString())
+        return QStringLiteral("its name is no text");
+    if (presetNameProblem(entry.value(kNameKey).toString()))
+        return QStringLiteral("its name cannot be a preset's");
+    const QJsonValue pageSize = entry.value(kPageSizeKey);
+    if (!pageSize.isUndefined() && !pageSize.isString())
+        return QStringLiteral("its page size is no text");
+    if (!isCopies(entry.value(kCopiesKey)))
+        return QStringLiteral("its copies are no whole number from 1 to %1")
+            .arg(Preset::kMaxCopies);
+    return problemOfOptions(entry.value(kOptionsKey));
+}
+
+Preset presetOf(const QJsonObject& entry) {
+    Preset preset;
+    preset.name = entry.value(kNameKey).toString();
+    preset.pageSize = entry.value(kPageSizeKey).toString();
+    preset.copies = entry.value(kCopiesKey).toInt(1);
+    const QJsonObject options = entry.value(kOptionsKey).toObject();
+    for (auto option = options.begin(); option != options.end(); ++option)
+        preset.options.insert(option.key(), option.value().toString());
+    return preset;
+}
+
+PresetFile::Entry entryOf(const QJsonValue& value) {
+    if (!value.isObject())
+        return PresetFile::Damaged{QString(), QStringLiteral("it is no object")};
+    const QJsonObject entry = value.toObject();
+    if (const auto problem = problemOf(entry))
+        return PresetFile::Damaged{entry.value(kNameKey).toString(), *problem};
+    return presetOf(entry);
+}
+
+/// `entry` with a preset's values; members of other names stay.
+QJsonObject filled(QJsonObject entry, const Preset& preset) {
+    QJsonObject options;
+    for (auto option = preset.options.begin(); option != preset.options.end(); ++option)
+        options.insert(option.key(), option.value());
+    entry.insert(kNameKey, preset.name);
+    entry.insert(kCopiesKey, preset.copies);
+    entry.insert(kOptionsKey, options);
+    entry.remove(kPageSizeKey);
+    if (!preset.pageSize.isEmpty())
+        entry.insert(kPageSizeKey, preset.pageSize);
+    return entry;
+}
+
+std::optional<QString> problemOfRoot(const QJsonObject& root) {
+    if (root.value(kFormatKey) != QLatin1String(kFormat))
+        return QStringLiteral("it is no preset file");
+    if (root.value(kVersionKey) != kVersion)
+        return QStringLiteral("it is of a version that this program does not know");
+    if (!root.value(kPresetsKey).isArray())
+        return QStringLiteral("its list of presets is missing");
+    return std::nullopt;
+}
+
+} // namespace
+
+PresetFile::PresetFile(const PrinterIdentity& printer) {
+    mRoot.insert(kFormatKey, QLatin1String(kFormat));
+    mRoot.insert(kVersionKey, kVersion);
+    mRoot.insert(kPrinterKey, printer.key());
+    mRoot.insert(kPresetsKey, QJsonArray());
+}
+
+std::optional<PresetFile> PresetFile::fromBytes(const QByteArray& bytes, QString* problem) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (error.error != QJsonParseError::NoError) {
+        *problem = QStringLiteral("it is no JSON at byte %1, %2")
+                       .arg(QString::number(error.offset), error.errorString());
+        return std::nullopt;
+    }
+    if (const auto reason = problemOfRoot(document.object())) {
+        *problem = *reason;
+        return std::nullopt;
+    }
+    PresetFile file;
+    file.mRoot = document.object();
+    return file;
+}
+
+QByteArray PresetFile::toBytes() const {
+    return QJsonDocument(mRoot).toJson(QJsonDocument::Indented);
+}
+
+std::vector<PresetFile::Entry> PresetFile::entries() const {
+    std::vector<Entry> all;
+    QSet<QString> names;
+    for (const QJsonValue value : mRoot.value(kPresetsKey).toArray()) {
+        Entry entry = entryOf(value);
+        if (const auto* preset = std::get_if<Preset>(&entry)) {
+            if (names.contains(preset->name))
+                entry = Damaged{preset->name, QStringLiteral("an earlier one has its name")};
+            else
+                names.insert(preset->name);
+        }
+        all.push_back(std::move(entry));
+    }
+    return all;
+}
+
+std::optional<Preset> PresetFile::find(const QString& name) const {
+    const qsizetype index = indexOf(name);
+    if (index < 0)
+        return std::nullopt;
+    return presetOf(mRoot.value(kPresetsKey).toArray().at(index).toObject());
+}
+
+/// Of a preset that is not damaged; −1: there is none.
+qsizetype PresetFile::indexOf(const QString& name) const {
+    const std::vector<Entry> all = entries();
+    const auto found = std::ranges::find_if(all, [&](const Entry& entry) {
+        const auto* preset = std::get_if<Preset>(&entry);
+        return preset && preset->name == name;
+    });
+    return found == all.end() ? -1 : found - all.begin();
+}
+
+void PresetFile::put(const Preset& preset) {
+    QJsonArray array = mRoot.value(kPresetsKey).toArray();
+    const qsizetype index = indexOf(preset.name);
+    if (index < 0)
+        array.append(filled({}, preset));
+    else
+        array.replace(index, filled(array.at(index).toObject(), preset));
+    mRoot.insert(kPresetsKey, array);
+}
+
+bool PresetFile::rename(const QString& from, const QString& to) {
+    const qsizetype index = indexOf(from);
+    if (index < 0)
+        return false;
+    const qsizetype other = from == to ? -1 : indexOf(to);
+    QJsonArray array = mRoot.value(kPresetsKey).toArray();
+    QJsonObject entry = array.at(index).toObject();
+    entry.insert(kNameKey, to);
+    array.replace(index, entry);
+    if (other >= 0)
+        array.removeAt(other);
+    mRoot.insert(kPresetsKey, array);
+    return true;
+}
+
+bool PresetFile::remove(const QString& name) {
+    const std::vector<Entry> all = entries();
+    QJsonArray array = mRoot.value(kPresetsKey).toArray();
+    const qsizetype before = array.size();
+    const auto nameOf = [](const auto& entry) { return entry.name; };
+    for (qsizetype i = before - 1; i >= 0; --i)
+        if (std::visit(nameOf, all.at(static_cast<std::size_t>(i))) == name)
+            array.removeAt(i);
+    mRoot.insert(kPresetsKey, array);
+    return array.size() < before;
+}
+
+} // namespace labelcut

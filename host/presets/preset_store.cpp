@@ -1,0 +1,266 @@
+// Presets: kept in the user's configuration folder, one file a printer.
+#include "host/presets/preset_store.h"
+
+#include <QCollator>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <functional>
+
+#include "host/presets/preset_file.h"
+
+namespace labelcut {
+
+namespace {
+
+/// How many damaged files of one printer can be kept beside each other.
+constexpr int kMaxSetAside = 1'000;
+
+Error failure(QString sentence) {
+    return {ErrorKind::Other, std::move(sentence)};
+}
+
+Error cannotWrite(const QString& path, const QString& reason) {
+    return failure(QStringLiteral("\"%1\" cannot be written (%2), and what was there before is "
+                                  "unchanged. Make room on the disk, or let yourself write into "
+                                  "that folder, then try again.")
+                       .arg(path, reason));
+}
+
+/// What stands in a file, or why it cannot be used.
+struct Contents {
+    bool exists = false;
+    std::optional<PresetFile> file;
+    QString damage; ///< The rest of a sentence; empty when there is none.
+};
+
+Contents damaged(const QString& reason) {
+    return {true, std::nullopt, reason};
+}
+
+Contents contentsOf(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        return {};
+    if (!info.isFile()) // reading from a pipe would wait
+        return damaged(QStringLiteral("it is no regular file"));
+    if (info.size() > PresetStore::kMaxFileSize)
+        return damaged(QStringLiteral("it has more than %1 bytes").arg(PresetStore::kMaxFileSize));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return damaged(file.errorString());
+    const QByteArray bytes = file.read(PresetStore::kMaxFileSize + 1);
+    if (file.error() != QFileDevice::NoError)
+        return damaged(file.errorString());
+    Contents contents{true, std::nullopt, {}};
+    contents.file = PresetFile::fromBytes(bytes, &contents.damage);
+    return contents;
+}
+
+QString sentenceFor(const PresetFile::Damaged& preset, std::size_t number, const QString& path) {
+    const QString which = preset.name.isEmpty()
+                              ? QStringLiteral("Preset number %1").arg(number)
+                              : QStringLiteral("The preset \"%1\"").arg(preset.name);
+    return QStringLiteral("%1 in \"%2\" cannot be used: %3. It stays in the file, and the others "
+                          "are not touched.")
+        .arg(which, path, preset.reason);
+}
+
+/// Renames a file that cannot be used so that nothing writes over it. @return the new path.
+Result<QString> setAside(const QString& path) {
+    for (int number = 1; number <= kMaxSetAside; ++number) {
+        const QString other = QStringLiteral("%1.damaged-%2").arg(path).arg(number);
+        if (const QFileInfo info(other); info.exists() || info.isSymLink())
+            continue;
+        if (QFile file(path); !file.rename(other))
+            return cannotWrite(path, file.errorString());
+        return other;
+    }
+    return cannotWrite(path, QStringLiteral("too many damaged files are kept beside it"));
+}
+
+Result<Done> write(const QString& path, const QByteArray& bytes) {
+    if (bytes.size() > PresetStore::kMaxFileSize)
+        return cannotWrite(path, QStringLiteral("it would have more than %1 bytes; remove presets "
+                                                "that are no longer used")
+                                     .arg(PresetStore::kMaxFileSize));
+    QSaveFile file(path);
+    const bool isOpen = file.open(QIODevice::WriteOnly) &&
+                        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    if (!isOpen || file.write(bytes) != bytes.size() || !file.commit())
+        return cannotWrite(path, file.errorString());
+    return Done();
+}
+
+Error cannotLock(const QString& path, QLockFile::LockError error) {
+    if (error == QLockFile::LockFailedError)
+        return failure(QStringLiteral("\"%1\" is being changed by another program, which does not "
+                                      "come to an end. Close other print dialogs, then try again.")
+                           .arg(path));
+    return cannotWrite(path, error == QLockFile::PermissionError
+                                 ? QStringLiteral("the folder does not let you")
+                                 : QStringLiteral("its lock cannot be made there"));
+}
+
+/// Changes a file's contents. @return why it will not, or nothing.
+using Change = std::function<std::optional<Error>(PresetFile&)>;
+
+Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& printer,
+                                   const Change& change) {
+    const QString folder = QFileInfo(path).path();
+    if (!QDir().mkpath(folder))
+        return cannotWrite(path, QStringLiteral("its folder cannot be made"));
+    QLockFile lock(path + QStringLiteral(".lock"));
+    if (!lock.tryLock(PresetStore::kLockTimeout))
+        return cannotLock(path, lock.error());
+
+    Contents contents = contentsOf(path);
+    PresetFile file = contents.file ? std::move(*contents.file) : PresetFile(printer);
+    if (const std::optional<Error> refusal = change(file))
+        return *refusal;
+    if (contents.damage.isEmpty()) {
+        const Result<Done> written = write(path, file.toBytes());
+        return written ? Result<PresetStore::Notes>(PresetStore::Notes()) : written.error();
+    }
+    const Result<QString> other = setAside(path);
+    if (!other)
+        return other.error();
+    if (const Result<Done> written = write(path, file.toBytes()); !written) {
+        QFile::rename(*other, path);
+        return written.error();
+    }
+    return PresetStore::Notes{QStringLiteral("\"%1\" could not be used: %2. It is kept as \"%3\".")
+                                  .arg(path, contents.damage, *other)};
+}
+
+Error noSuchPreset(const PrinterIdentity& printer, const QString& name,
+                   const std::vector<Preset>& present) {
+    QStringList names;
+    for (const Preset& preset : present)
+        names << u'"' + preset.name + u'"';
+    const QString rest = names.isEmpty()
+                             ? QStringLiteral("It has none.")
+                             : QStringLiteral("It has %1.").arg(names.join(QStringLiteral(", ")));
+    return failure(QStringLiteral("The printer \"%1\" has no preset \"%2\". %3")
+                       .arg(printer.title(), name, rest));
+}
+
+Error nameTaken(const PrinterIdentity& printer, const QString& name) {
+    return failure(QStringLiteral("The printer \"%1\" has a preset \"%2\" already. Choose another "
+                                  "name, or have the old one replaced.")
+                       .arg(printer.title(), name));
+}
+
+std::vector<Preset> presetsIn(const PresetFile& file) {
+    std::vector<Preset> presets;
+    for (const PresetFile::Entry& entry : file.entries())
+        if (const auto* preset = std::get_if<Preset>(&entry))
+            presets.push_back(*preset);
+    return presets;
+}
+
+/// Why these cannot be a preset's contents: what was written must be read again.
+std::optional<Error> problemOf(const PrinterIdentity& printer, const Preset& preset) {
+    if (const auto problem = presetNameProblem(preset.name))
+        return failure(*problem);
+    PresetFile file(printer);
+    file.put(preset);
+    const std::vector<PresetFile::Entry> entries = file.entries();
+    if (const auto* damage = std::get_if<PresetFile::Damaged>(&entries.front()))
+        return failure(QStringLiteral("The preset \"%1\" cannot be kept: %2.")
+                           .arg(preset.name, damage->reason));
+    return std::nullopt;
+}
+
+} // namespace
+
+PresetStore::PresetStore(QString folder)
+    : mFolder(std::move(folder)) {}
+
+QString PresetStore::standardFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/labelcut/presets");
+}
+
+QString PresetStore::filePath(const PrinterIdentity& printer) const {
+    return mFolder + u'/' + printer.fileName();
+}
+
+PresetList PresetStore::list(const PrinterIdentity& printer) const {
+    const QString path = filePath(printer);
+    const Contents contents = contentsOf(path);
+    PresetList list;
+    if (!contents.damage.isEmpty())
+        list.problems << QStringLiteral("The presets in \"%1\" cannot be used: %2. The next preset "
+                                        "that you save goes to a new file, and this one is kept "
+                                        "under another name.")
+                             .arg(path, contents.damage);
+    if (!contents.file)
+        return list;
+    std::size_t number = 0;
+    for (const PresetFile::Entry& entry : contents.file->entries()) {
+        ++number;
+        if (const auto* damage = std::get_if<PresetFile::Damaged>(&entry))
+            list.problems << sentenceFor(*damage, number, path);
+    }
+    list.presets = presetsIn(*contents.file);
+    QCollator collator;
+    collator.setNumericMode(true);
+    std::ranges::stable_sort(list.presets, [&](const Preset& a, const Preset& b) {
+        return collator.compare(a.name, b.name) < 0;
+    });
+    return list;
+}
+
+Result<Preset> PresetStore::load(const PrinterIdentity& printer, const QString& name) const {
+    const PresetList all = list(printer);
+    const auto found = std::ranges::find(all.presets, name, &Preset::name);
+    if (found != all.presets.end())
+        return *found;
+    Error error = noSuchPreset(printer, name, all.presets);
+    for (const QString& problem : all.problems)
+        error.sentence += u' ' + problem;
+    return error;
+}
+
+Result<PresetStore::Notes> PresetStore::save(const PrinterIdentity& printer, const Preset& preset,
+                                             Overwrite overwrite) {
+    if (const std::optional<Error> problem = problemOf(printer, preset))
+        return *problem;
+    return changed(filePath(printer), printer, [&](PresetFile& file) -> std::optional<Error> {
+        if (overwrite == Overwrite::No && file.find(preset.name))
+            return nameTaken(printer, preset.name);
+        file.put(preset);
+        return std::nullopt;
+    });
+}
+
+Result<PresetStore::Notes> PresetStore::rename(const PrinterIdentity& printer, const QString& from,
+                                               const QString& to, Overwrite overwrite) {
+    if (const auto problem = presetNameProblem(to))
+        return failure(*problem);
+    return changed(filePath(printer), printer, [&](PresetFile& file) -> std::optional<Error> {
+        if (!file.find(from))
+            return noSuchPreset(printer, from, presetsIn(file));
+        if (from != to && overwrite == Overwrite::No && file.find(to))
+            return nameTaken(printer, to);
+        file.rename(from, to);
+        return std::nullopt;
+    });
+}
+
+Result<PresetStore::Notes> PresetStore::remove(const PrinterIdentity& printer,
+                                               const QString& name) {
+    return changed(filePath(printer), printer, [&](PresetFile& file) -> std::optional<Error> {
+        if (file.remove(name))
+            return std::nullopt;
+        return noSuchPreset(printer, name, presetsIn(file));
+    });
+}
+
+} // namespace labelcut

@@ -1,0 +1,303 @@
+// Printers: one job on its way to a queue.
+#include "host/printers/job_sender.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <atomic>
+
+#include "host/presets/preset_match.h"
+#include "host/printers/printer_directory.h"
+#include "host/printers/printer_state.h"
+
+namespace labelcut {
+
+namespace {
+
+/// Milliseconds between two reports of progress, so that they do not crowd the event loop.
+constexpr int kProgressInterval = 50;
+/// Milliseconds for the request that removes a job.
+constexpr int kRemoveTime = 1'000;
+/// Milliseconds after which a wish to stop is seen.
+constexpr int kNap = 50;
+
+Error cancelled() {
+    return {ErrorKind::Cancelled, QStringLiteral("Cancelled; nothing is printed.")};
+}
+
+Error unreadable(const QString& path, const QString& reason) {
+    return {ErrorKind::DocumentUnreadable,
+            QStringLiteral("\"%1\" cannot be read (%2), and nothing was printed. Check the file "
+                           "and print again.")
+                .arg(path, reason)};
+}
+
+Error gaveUp(const JobStatus& job) {
+    const QString words =
+        job.message.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(job.message);
+    return {ErrorKind::Other, QStringLiteral("The print service gave up job %1%2. Its error log "
+                                             "says more; your choices are kept, so that you can "
+                                             "print again.")
+                                  .arg(job.id)
+                                  .arg(words)};
+}
+
+QString sentenceFor(const JobStatus& job) {
+    switch (job.state) {
+    case JobState::Pending:
+        return QStringLiteral("Job %1 waits for its turn.").arg(job.id);
+    case JobState::Held:
+        return QStringLiteral("Job %1 is held until somebody releases it.").arg(job.id);
+    case JobState::Processing:
+        return QStringLiteral("Job %1 is being printed.").arg(job.id);
+    case JobState::Stopped:
+        return QStringLiteral("Job %1 has come to a stop.").arg(job.id);
+    case JobState::Canceled:
+        return QStringLiteral("Job %1 was cancelled.").arg(job.id);
+    case JobState::Aborted:
+        return QStringLiteral("Job %1 was given up.").arg(job.id);
+    case JobState::Completed:
+        break;
+    }
+    return QStringLiteral("Job %1: the printer has all of it.").arg(job.id);
+}
+
+std::optional<JobEnd> endOf(JobState state) {
+    if (state == JobState::Completed)
+        return JobEnd::Printed;
+    return state == JobState::Canceled ? std::optional(JobEnd::Removed) : std::nullopt;
+}
+
+} // namespace
+
+/// One send(), run on a thread of its own from beginning to end. The sender is touched by reports
+/// only, which run on its thread and not at all once it is gone.
+struct JobSender::Errand {
+    JobSender* sender = nullptr;
+    CupsConnection service;
+    Limits limits;
+    JobToSend job;
+    /// The user wants the job back: a cancelled call alone does not say so after the document.
+    std::atomic<bool> isTakenBack = false;
+    std::atomic<bool> isWatchingOver = false;
+
+    void run(const BackgroundCall::Link& link);
+
+private:
+    CallLimits within(const BackgroundCall::Link& link, int milliseconds) const {
+        return {milliseconds, &link.cancelFlag()};
+    }
+    void fail(const BackgroundCall::Link& link, const Error& error) const {
+        link.tell([to = sender, error] { to->fail(error); });
+    }
+    void finish(const BackgroundCall::Link& link, JobEnd end) const {
+        link.tell([to = sender, end] { to->finish(end); });
+    }
+    std::optional<Error> checkPpd(const BackgroundCall::Link& link) const;
+    std::optional<Error> sendDocument(const BackgroundCall::Link& link, int id, QFile& document);
+    void watch(const BackgroundCall::Link& link, int id);
+    /// Looks at the job once. @return whether that was the last time.
+    bool look(const BackgroundCall::Link& link, int id);
+    void say(const BackgroundCall::Link& link, const QString& sentences);
+    QString sentencesFor(const BackgroundCall::Link& link, const JobStatus& status) const;
+    void takeBack(const BackgroundCall::Link& link, int id);
+    bool sleep(const BackgroundCall::Link& link) const;
+
+    QString mSaid;
+};
+
+void JobSender::Errand::run(const BackgroundCall::Link& link) {
+    if (const std::optional<Error> problem = checkPpd(link))
+        return fail(link, *problem);
+    QFile document(job.documentPath);
+    if (!QFileInfo(job.documentPath).isFile())
+        return fail(link, unreadable(job.documentPath, QStringLiteral("it is no regular file")));
+    if (!document.open(QIODevice::ReadOnly))
+        return fail(link, unreadable(job.documentPath, document.errorString()));
+    if (link.isCancelled())
+        return fail(link, cancelled());
+
+    // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
+    const Result<int> id = service.createJob(job.request, {limits.request, nullptr});
+    if (!id)
+        return fail(link, id.error());
+    link.tell([to = sender, number = *id] {
+        to->mJobId = number;
+        Q_EMIT to->jobCreated(number);
+    });
+    if (const std::optional<Error> problem = sendDocument(link, *id, document))
+        return fail(link, *problem);
+    link.tell([to = sender] {
+        to->mSent = true;
+        Q_EMIT to->documentSent();
+    });
+    watch(link, *id);
+}
+
+std::optional<Error> JobSender::Errand::checkPpd(const BackgroundCall::Link& link) const {
+    if (!job.checkPpd)
+        return std::nullopt;
+    const auto ppd = service.fetchPpd(job.request.queue, within(link, limits.request));
+    return ppd ? job.checkPpd(*ppd) : ppd.error();
+}
+
+std::optional<Error> JobSender::Errand::sendDocument(const BackgroundCall::Link& link, int id,
+                                                     QFile& document) {
+    QElapsedTimer sinceReport;
+    const SendProgress progress = [&](qint64 sent, qint64 total) {
+        if (sinceReport.isValid() && sinceReport.elapsed() < kProgressInterval && sent != total)
+            return;
+        sinceReport.start();
+        link.tell([to = sender, sent, total] { Q_EMIT to->progress(sent, total); });
+    };
+    const auto sent =
+        service.sendDocument(id, job.request, document, progress, within(link, limits.document));
+    return sent ? std::nullopt : std::optional(sent.error());
+}
+
+void JobSender::Errand::watch(const BackgroundCall::Link& link, int id) {
+    const Deadline end({limits.watch, nullptr});
+    while (!link.isCancelled() && !isWatchingOver && !end.isOver()) {
+        if (look(link, id))
+            return;
+        sleep(link);
+    }
+    if (isTakenBack)
+        takeBack(link, id);
+    else
+        finish(link, JobEnd::StillQueued);
+}
+
+bool JobSender::Errand::look(const BackgroundCall::Link& link, int id) {
+    const Result<JobStatus> status = service.jobAttributes(id, within(link, limits.request));
+    if (!status && status.error().kind == ErrorKind::NoSuchJob) {
+        finish(link, JobEnd::Unknown);
+        return true;
+    }
+    if (!status) { // the job does not need the connection; it may come back
+        say(link, status.error().sentence);
+        return false;
+    }
+    if (status->state == JobState::Aborted) {
+        fail(link, gaveUp(*status));
+        return true;
+    }
+    say(link, sentencesFor(link, *status));
+    const std::optional<JobEnd> end = endOf(status->state);
+    if (end)
+        finish(link, *end);
+    return end.has_value();
+}
+
+void JobSender::Errand::say(const BackgroundCall::Link& link, const QString& sentences) {
+    if (sentences == mSaid || link.isCancelled())
+        return;
+    mSaid = sentences;
+    link.tell([to = sender, sentences] { Q_EMIT to->stateChanged(sentences); });
+}
+
+QString JobSender::Errand::sentencesFor(const BackgroundCall::Link& link,
+                                        const JobStatus& status) const {
+    const QString own = sentenceFor(status);
+    if (endOf(status.state))
+        return own;
+    const auto printer = service.queueAttributes(job.request.queue, within(link, limits.request));
+    if (!printer || !needsAttention(printer->queue))
+        return own;
+    return QStringLiteral("%1 %2: %3").arg(own, printer->queue.name, stateSentence(printer->queue));
+}
+
+void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
+    const auto removed = service.cancelJob(id, job.request.user, {kRemoveTime, nullptr});
+    if (removed)
+        return fail(link, cancelled());
+    // Perhaps it came to its end before.
+    const auto status = service.jobAttributes(id, {kNap, nullptr});
+    const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
+    if (end)
+        finish(link, *end);
+    else
+        fail(link, removed.error());
+}
+
+bool JobSender::Errand::sleep(const BackgroundCall::Link& link) const {
+    const Deadline pause({limits.poll, nullptr});
+    bool goOn = true;
+    while (goOn && !pause.isOver() && !isWatchingOver)
+        goOn = link.sleep(std::min(kNap, pause.remaining()));
+    return goOn;
+}
+
+PpdCheck choicesStillThere(const QString& queue, const std::vector<ppd::Setting>& settings) {
+    return [queue, settings](const QByteArray& bytes) -> std::optional<Error> {
+        const Result<ppd::File> ppd = openPpd(bytes, queue);
+        if (!ppd)
+            return ppd.error();
+        const PresetMatch match = matchSettings(ppd->get(), settings);
+        if (match.missing.empty())
+            return std::nullopt;
+        return Error{ErrorKind::Other,
+                     QStringLiteral("The printer \"%1\" has changed, and nothing was printed. %2 "
+                                    "Look through the choices, then print again.")
+                         .arg(queue, describe(ppd->get(), match.missing).join(u' '))};
+    };
+}
+
+JobSender::JobSender(CupsConnection service, QObject* parent)
+    : QObject(parent)
+    , mService(std::move(service))
+    , mCall(this) {}
+
+JobSender::~JobSender() = default;
+
+void JobSender::send(const JobToSend& job) {
+    if (mBusy)
+        return;
+    mBusy = true;
+    mSent = false;
+    mJobId = 0;
+    mErrand = std::make_shared<Errand>();
+    mErrand->sender = this;
+    mErrand->service = mService;
+    mErrand->limits = mLimits;
+    mErrand->job = job;
+    mCall.start([errand = mErrand](const BackgroundCall::Link& link) { errand->run(link); });
+}
+
+void JobSender::cancel() {
+    if (!mBusy || mErrand->isTakenBack)
+        return;
+    mErrand->isTakenBack = true;
+    mCall.cancel();
+    QTimer::singleShot(kCancelTime, this, [this, errand = mErrand] {
+        if (mBusy && mErrand == errand)
+            giveUpWaiting();
+    });
+}
+
+void JobSender::stopWatching() {
+    if (mErrand)
+        mErrand->isWatchingOver = true;
+}
+
+void JobSender::fail(const Error& error) {
+    mBusy = false;
+    Q_EMIT failed(error);
+}
+
+void JobSender::finish(JobEnd end) {
+    mBusy = false;
+    Q_EMIT done(end);
+}
+
+/// The service is slow to answer; what is left to do is done without anybody waiting for it.
+void JobSender::giveUpWaiting() {
+    mCall.drop();
+    fail({ErrorKind::Cancelled,
+          QStringLiteral("Cancelled. The print service has not confirmed it yet: \"lpstat\" shows "
+                         "whether a job has stayed in its queue.")});
+}
+
+} // namespace labelcut

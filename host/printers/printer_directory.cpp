@@ -1,0 +1,108 @@
+// Printers: the queues of a print service.
+#include "host/printers/printer_directory.h"
+
+#include <QTemporaryFile>
+
+#include <algorithm>
+
+namespace labelcut {
+
+PrinterDirectory::PrinterDirectory(CupsConnection service, QObject* parent)
+    : QObject(parent)
+    , mService(std::move(service))
+    , mRefresh(this)
+    , mFetch(this) {}
+
+PrinterDirectory::~PrinterDirectory() = default;
+
+void PrinterDirectory::refresh(const QString& first) {
+    mRefreshing = true;
+    mRefresh.start(
+        [this, service = mService, first, timeout = mTimeout](const BackgroundCall::Link& link) {
+            // `this` is only for the reports, which are not run once it is gone.
+            const auto end = [&](const Error& error) {
+                link.tell([this, error] {
+                    Q_EMIT failed(error);
+                    endRefresh();
+                });
+            };
+            const Deadline deadline({timeout, &link.cancelFlag()});
+            if (!first.isEmpty()) {
+                const auto found = service.queueAttributes(first, deadline.limits());
+                if (found)
+                    link.tell([this, queue = found->queue] { showFirst(queue); });
+                else if (found.error().kind != ErrorKind::NoSuchQueue)
+                    return end(found.error());
+            }
+            auto queues = service.listQueues({deadline.remaining(), &link.cancelFlag()});
+            if (!queues)
+                return end(queues.error());
+            link.tell([this, all = std::move(*queues)]() mutable {
+                showAll(std::move(all));
+                endRefresh();
+            });
+        });
+}
+
+void PrinterDirectory::cancelRefresh() {
+    mRefresh.drop();
+    mRefreshing = false;
+}
+
+const Queue* PrinterDirectory::find(const QString& name) const {
+    const auto queue = std::ranges::find(mPrinters, name, &Queue::name);
+    return queue == mPrinters.end() ? nullptr : &*queue;
+}
+
+void PrinterDirectory::fetchPpd(const QString& name) {
+    mFetch.start(
+        [this, service = mService, name, timeout = mTimeout](const BackgroundCall::Link& link) {
+            const auto ppd = service.fetchPpd(name, {timeout, &link.cancelFlag()});
+            link.tell([this, name, ppd] {
+                if (ppd)
+                    Q_EMIT ppdFetched(name, *ppd);
+                else
+                    Q_EMIT ppdFailed(name, ppd.error());
+            });
+        });
+}
+
+void PrinterDirectory::showFirst(const Queue& queue) {
+    const auto known = std::ranges::find(mPrinters, queue.name, &Queue::name);
+    if (known == mPrinters.end())
+        mPrinters.insert(mPrinters.begin(), queue);
+    else
+        *known = queue;
+    Q_EMIT printersChanged(mPrinters);
+}
+
+void PrinterDirectory::showAll(std::vector<Queue> queues) {
+    mPrinters = std::move(queues);
+    Q_EMIT printersChanged(mPrinters);
+}
+
+void PrinterDirectory::endRefresh() {
+    mRefreshing = false;
+    Q_EMIT finished();
+}
+
+Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue) {
+    const auto failure = [&](const QString& reason) {
+        return Error{ErrorKind::Other,
+                     QStringLiteral("The printer description (PPD) of \"%1\" cannot be used: %2. "
+                                    "Set the printer up again, or open a PPD file instead.")
+                         .arg(queue, reason)};
+    };
+    QTemporaryFile file;
+    if (!file.open() || file.write(ppd) != ppd.size() || !file.flush())
+        return failure(file.errorString());
+    ppd::OpenError error;
+    ppd::File opened = ppd::openFile(file.fileName(), &error);
+    if (opened)
+        return opened;
+    return failure(error.line == 0
+                       ? error.reason
+                       : QStringLiteral("%1 in line %2").arg(error.reason).arg(error.line));
+}
+
+} // namespace labelcut
