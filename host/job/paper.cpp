@@ -48,4 +48,10 @@ QString toString(const PageRange& range) {
     return QStringLiteral("%1-%2").arg(range.first).arg(range.last);
 }
 
+QString noSuchPage(const PageRange& range, int pages) {
+    return QStringLiteral("There is no page %1; the document has %2.")
+        .arg(toString(range))
+        .arg(pages);
+}
+
 } // namespace labelcut

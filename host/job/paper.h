@@ -43,4 +43,7 @@ std::optional<PageRange> parsePageRange(const QString& text);
 /// The range written in the same way, open ends left out.
 QString toString(const PageRange& range);
 
+/// The sentence for a range that lies behind the last of `pages` pages.
+QString noSuchPage(const PageRange& range, int pages);
+
 } // namespace labelcut

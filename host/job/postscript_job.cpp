@@ -131,9 +131,7 @@ private:
 
 Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
     if (job.document->pagesIn(job.pages) == 0)
-        return failure(QStringLiteral("There is no page %1; the document has %2.")
-                           .arg(toString(job.pages))
-                           .arg(job.document->pages()));
+        return failure(noSuchPage(job.pages, job.document->pages()));
     const Result<QString> pages = pagesAsPostScript(job);
     if (!pages)
         return pages.error();

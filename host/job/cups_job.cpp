@@ -1,0 +1,49 @@
+// The job: its way to a print queue.
+#include "host/job/cups_job.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+#include "host/job/failure.h"
+
+namespace labelcut {
+
+namespace {
+
+JobRequest requestFor(const CupsJob& job) {
+    JobRequest request;
+    request.queue = job.queue;
+    request.title = job.title;
+    request.user = job.user;
+    request.documentFormat = QStringLiteral("application/pdf");
+    request.copies = job.copies;
+    if (!job.pages.isEverything())
+        request.pageRanges.emplace_back(job.pages.first,
+                                        std::min(job.pages.last, job.document->pages()));
+    for (const ppd::Setting& setting : job.settings)
+        request.options.emplace_back(setting.keyword, setting.choice);
+    return request;
+}
+
+} // namespace
+
+Result<int> sendToQueue(const CupsConnection& service, const CupsJob& job, const CallLimits& limits,
+                        const SendProgress& progress) {
+    if (job.document->pagesIn(job.pages) == 0)
+        return failure(noSuchPage(job.pages, job.document->pages()));
+    QFile document(job.document->pdf());
+    if (!document.open(QIODevice::ReadOnly))
+        return failure(QStringLiteral("\"%1\" cannot be read any more (%2); check its permissions.")
+                           .arg(document.fileName(), document.errorString()));
+    const JobRequest request = requestFor(job);
+    Result<int> id = service.createJob(request, limits);
+    if (!id)
+        return id;
+    const Result<Done> sent = service.sendDocument(*id, request, document, progress, limits);
+    if (!sent)
+        return sent.error();
+    return id;
+}
+
+} // namespace labelcut
