@@ -37,8 +37,7 @@ struct Overloaded : Ts... {
 template<class... Ts>
 Overloaded(Ts...) -> Overloaded<Ts...>;
 
-bool isOneOf(char16_t c, QStringView set)
-{
+bool isOneOf(char16_t c, QStringView set) {
     return set.contains(QChar(c));
 }
 
@@ -46,9 +45,7 @@ bool isOneOf(char16_t c, QStringView set)
 class Scanner {
 public:
     explicit Scanner(QStringView format)
-        : mFormat(format)
-    {
-    }
+        : mFormat(format) {}
 
     bool atEnd() const { return mAt >= mFormat.size(); }
     qsizetype at() const { return mAt; }
@@ -56,8 +53,7 @@ public:
     char16_t next() { return mFormat[mAt++].unicode(); }
 
     /// Reads what follows a percent sign. Nothing when that is no directive.
-    std::optional<Directive> directive()
-    {
+    std::optional<Directive> directive() {
         Directive d;
         readPosition(d);
         while (!atEnd() && isOneOf(peek(), u"-+ #0'"))
@@ -79,8 +75,7 @@ public:
     }
 
 private:
-    bool take(char16_t c)
-    {
+    bool take(char16_t c) {
         if (atEnd() || peek() != c)
             return false;
         ++mAt;
@@ -88,16 +83,14 @@ private:
     }
 
     /// Decimal digits, ending at kMaxFieldWidth; nothing without a digit.
-    std::optional<int> number()
-    {
+    std::optional<int> number() {
         std::optional<int> value;
         while (peek() >= u'0' && peek() <= u'9')
             value = std::min(value.value_or(0) * 10 + (next() - u'0'), kMaxFieldWidth);
         return value;
     }
 
-    void readPosition(Directive& d)
-    {
+    void readPosition(Directive& d) {
         const qsizetype start = mAt;
         const std::optional<int> position = number();
         if (position.value_or(0) > 0 && take(u'$'))
@@ -114,13 +107,10 @@ private:
 class Arguments {
 public:
     explicit Arguments(std::span<const FormatArgument> all)
-        : mAll(all)
-    {
-    }
+        : mAll(all) {}
 
     const FormatArgument* next() { return mNext < mAll.size() ? &mAll[mNext++] : nullptr; }
-    const FormatArgument* at(std::size_t index) const
-    {
+    const FormatArgument* at(std::size_t index) const {
         return index < mAll.size() ? &mAll[index] : nullptr;
     }
     std::size_t mark() const { return mNext; }
@@ -131,8 +121,7 @@ private:
     std::size_t mNext = 0;
 };
 
-std::optional<long long> saturated(double value)
-{
+std::optional<long long> saturated(double value) {
     if (std::isnan(value))
         return 0;
     if (value >= 9223372036854775808.0)
@@ -143,8 +132,7 @@ std::optional<long long> saturated(double value)
 }
 
 /// The argument as an integer of 64 bits; nothing for pointers, texts and objects.
-std::optional<long long> integerOf(const FormatArgument& argument)
-{
+std::optional<long long> integerOf(const FormatArgument& argument) {
     return std::visit(Overloaded{
                           [](double value) { return saturated(value); },
                           [](const void*) { return std::optional<long long>(); },
@@ -154,8 +142,7 @@ std::optional<long long> integerOf(const FormatArgument& argument)
                       argument.value());
 }
 
-std::optional<double> realOf(const FormatArgument& argument)
-{
+std::optional<double> realOf(const FormatArgument& argument) {
     return std::visit(Overloaded{
                           [](const void*) { return std::optional<double>(); },
                           [](const std::optional<QString>&) { return std::optional<double>(); },
@@ -166,8 +153,7 @@ std::optional<double> realOf(const FormatArgument& argument)
 
 /// "%" and what fmt needs of the directive. Flags that mean nothing for the conversion are left
 /// out: C leaves some of those undefined.
-std::string specification(const Directive& d, QStringView meaningfulFlags, char conversion)
-{
+std::string specification(const Directive& d, QStringView meaningfulFlags, char conversion) {
     std::string text = "%";
     for (const char16_t flag : {u'-', u'+', u' ', u'#', u'0'}) {
         if (d.has(flag) && isOneOf(flag, meaningfulFlags))
@@ -181,14 +167,12 @@ std::string specification(const Directive& d, QStringView meaningfulFlags, char 
 }
 
 template<typename T>
-QString printed(const std::string& specification, T value)
-{
+QString printed(const std::string& specification, T value) {
     return QString::fromStdString(fmt::sprintf(specification, value));
 }
 
 /// A text in its field.
-QString padded(const Directive& d, const QString& text)
-{
+QString padded(const Directive& d, const QString& text) {
     QString shown = text;
     if (d.precision && *d.precision < shown.size()) {
         qsizetype end = *d.precision;
@@ -200,22 +184,19 @@ QString padded(const Directive& d, const QString& text)
     return d.has(u'-') ? shown.leftJustified(width) : shown.rightJustified(width);
 }
 
-QString described(const Directive& d, const FormatArgument& argument)
-{
+QString described(const Directive& d, const FormatArgument& argument) {
     return padded(d, argument.description().value_or(QStringLiteral("(null)")));
 }
 
 /// A field of nothing but `prefix`: zero printed with a precision of zero has no digits.
-QString withoutDigits(Directive d, const QString& prefix)
-{
+QString withoutDigits(Directive d, const QString& prefix) {
     d.precision.reset();
     return padded(d, prefix);
 }
 
 /// Calls `print` with `value` cut to the length that the directive names; without one, as it is.
 template<typename Value, typename Print>
-QString cut(const QString& length, Value value, Print print)
-{
+QString cut(const QString& length, Value value, Print print) {
     if (length == u"hh")
         return print(static_cast<signed char>(value));
     if (length == u"h")
@@ -225,8 +206,7 @@ QString cut(const QString& length, Value value, Print print)
     return print(value);
 }
 
-QString signedInteger(const Directive& d, const FormatArgument& argument)
-{
+QString signedInteger(const Directive& d, const FormatArgument& argument) {
     const auto flags = d.has(u'-') || d.precision ? u"-+ " : u"-+ 0";
     const std::string spec = specification(d, flags, 'd');
     const QString sign = d.has(u'+') ? QStringLiteral("+") : QString(d.has(u' '), u' ');
@@ -242,8 +222,7 @@ QString signedInteger(const Directive& d, const FormatArgument& argument)
                       argument.value());
 }
 
-QString unsignedInteger(const Directive& d, const FormatArgument& argument, char conversion)
-{
+QString unsignedInteger(const Directive& d, const FormatArgument& argument, char conversion) {
     const auto flags = d.has(u'-') || d.precision ? u"-#" : u"-#0";
     const std::string spec = specification(d, flags, conversion);
     const QString prefix(conversion == 'o' && d.has(u'#'), u'0');
@@ -261,8 +240,7 @@ QString unsignedInteger(const Directive& d, const FormatArgument& argument, char
                       argument.value());
 }
 
-QString realNumber(const Directive& d, const FormatArgument& argument, char conversion)
-{
+QString realNumber(const Directive& d, const FormatArgument& argument, char conversion) {
     const std::optional<double> value = realOf(argument);
     if (!value)
         return described(d, argument);
@@ -271,8 +249,7 @@ QString realNumber(const Directive& d, const FormatArgument& argument, char conv
 }
 
 /// The character of a code; codes that are no characters become U+FFFD.
-QString character(const Directive& d, const FormatArgument& argument)
-{
+QString character(const Directive& d, const FormatArgument& argument) {
     const std::optional<long long> code = integerOf(argument);
     if (!code)
         return described(d, argument);
@@ -282,8 +259,7 @@ QString character(const Directive& d, const FormatArgument& argument)
     return padded(d, QString::fromUcs4(&shown, 1));
 }
 
-QString pointer(const Directive& d, const FormatArgument& argument)
-{
+QString pointer(const Directive& d, const FormatArgument& argument) {
     const auto* address = std::get_if<const void*>(&argument.value());
     const std::optional<long long> number = integerOf(argument);
     if (!address && !number)
@@ -294,8 +270,7 @@ QString pointer(const Directive& d, const FormatArgument& argument)
 }
 
 /// Puts the argument into the directive. Nothing when there is no such conversion.
-std::optional<QString> converted(const Directive& d, const FormatArgument& argument)
-{
+std::optional<QString> converted(const Directive& d, const FormatArgument& argument) {
     switch (d.conversion) {
     case u'@':
     case u's':
@@ -334,8 +309,7 @@ std::optional<QString> converted(const Directive& d, const FormatArgument& argum
 }
 
 /// Replaces "*" by an argument. False when that is missing or no integer.
-bool takeStars(Directive& d, Arguments& arguments)
-{
+bool takeStars(Directive& d, Arguments& arguments) {
     const auto limited = [](long long value) {
         return static_cast<int>(std::clamp<long long>(value, -kMaxFieldWidth, kMaxFieldWidth));
     };
@@ -362,8 +336,7 @@ bool takeStars(Directive& d, Arguments& arguments)
 }
 
 /// The directive filled, or nothing when it must be printed as it is written.
-std::optional<QString> filled(Directive d, Arguments& arguments)
-{
+std::optional<QString> filled(Directive d, Arguments& arguments) {
     if (!takeStars(d, arguments))
         return std::nullopt;
     const FormatArgument* argument = d.position ? arguments.at(*d.position) : arguments.next();
@@ -373,12 +346,9 @@ std::optional<QString> filled(Directive d, Arguments& arguments)
 } // namespace
 
 FormatArgument::FormatArgument(const char* text)
-    : mValue(text ? std::optional(QString::fromLocal8Bit(text)) : std::nullopt)
-{
-}
+    : mValue(text ? std::optional(QString::fromLocal8Bit(text)) : std::nullopt) {}
 
-FormatArgument::FormatArgument(const QObject* object)
-{
+FormatArgument::FormatArgument(const QObject* object) {
     if (!object) {
         mValue = std::optional<QString>();
         return;
@@ -390,8 +360,7 @@ FormatArgument::FormatArgument(const QObject* object)
                            QStringLiteral(">"));
 }
 
-FormatArgument::FormatArgument(const QVariant& value)
-{
+FormatArgument::FormatArgument(const QVariant& value) {
     switch (value.metaType().id()) {
     case QMetaType::UnknownType:
     case QMetaType::Nullptr:
@@ -423,8 +392,7 @@ FormatArgument::FormatArgument(const QVariant& value)
         mValue = std::optional(value.toString());
 }
 
-std::optional<QString> FormatArgument::description() const
-{
+std::optional<QString> FormatArgument::description() const {
     return std::visit(
         Overloaded{
             [](double value) {
@@ -440,8 +408,7 @@ std::optional<QString> FormatArgument::description() const
         mValue);
 }
 
-QString formatArguments(const QString& format, std::span<const FormatArgument> arguments)
-{
+QString formatArguments(const QString& format, std::span<const FormatArgument> arguments) {
     QString text;
     Scanner scanner(format);
     Arguments rest(arguments);

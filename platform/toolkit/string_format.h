@@ -27,6 +27,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <array>
 #include <concepts>
 #include <cstdint>
 #include <optional>
@@ -43,11 +44,8 @@ inline constexpr int kMaxFieldWidth = 1000;
 
 /// Anything that says what it is.
 template<typename T>
-concept Describable = requires(const T& object)
-{
-    {
-        object.description()
-        } -> std::convertible_to<QString>;
+concept Describable = requires(const T& object) {
+    { object.description() } -> std::convertible_to<QString>;
 };
 
 /// One argument of a format: an integer, a real number, a pointer, or anything with a description.
@@ -60,31 +58,19 @@ public:
 
     template<std::integral T>
     FormatArgument(T value)
-        : mValue(widened(value))
-    {
-    }
+        : mValue(widened(value)) {}
     template<std::floating_point T>
     FormatArgument(T value)
-        : mValue(static_cast<double>(value))
-    {
-    }
+        : mValue(static_cast<double>(value)) {}
     template<typename T>
     requires std::is_enum_v<T> FormatArgument(T value)
-        : FormatArgument(static_cast<std::underlying_type_t<T>>(value))
-    {
-    }
+        : FormatArgument(static_cast<std::underlying_type_t<T>>(value)) {}
     FormatArgument(std::nullptr_t)
-        : mValue(std::optional<QString>())
-    {
-    }
+        : mValue(std::optional<QString>()) {}
     FormatArgument(const QString& text)
-        : mValue(std::optional(text))
-    {
-    }
+        : mValue(std::optional(text)) {}
     FormatArgument(const std::optional<QString>& text)
-        : mValue(text)
-    {
-    }
+        : mValue(text) {}
     /// A C string in the system's default encoding, malformed bytes shown as U+FFFD; null is
     /// nothing.
     FormatArgument(const char* text);
@@ -92,19 +78,13 @@ public:
     FormatArgument(const QObject* object);
     FormatArgument(const QVariant& value);
     FormatArgument(const void* pointer)
-        : mValue(pointer)
-    {
-    }
+        : mValue(pointer) {}
     template<Describable T>
     FormatArgument(const T* object)
-        : mValue(object ? std::optional<QString>(object->description()) : std::nullopt)
-    {
-    }
+        : mValue(object ? std::optional<QString>(object->description()) : std::nullopt) {}
     template<Describable T>
     FormatArgument(const T& object)
-        : FormatArgument(&object)
-    {
-    }
+        : FormatArgument(&object) {}
 
     const Value& value() const { return mValue; }
     /// What "%@" prints, or nothing.
@@ -112,8 +92,7 @@ public:
 
 private:
     template<std::integral T>
-    static Value widened(T value)
-    {
+    static Value widened(T value) {
         if constexpr (sizeof(T) < sizeof(int) || std::same_as<T, int>)
             return static_cast<int>(value);
         else if constexpr (std::is_signed_v<T> && sizeof(T) == sizeof(int))
@@ -135,16 +114,16 @@ private:
 ///                   of the others alone.
 QString formatArguments(const QString& format, std::span<const FormatArgument> arguments);
 
+/// Arguments of any types as a list, which lives until the end of the call it is written into.
+template<typename... Args>
+std::array<FormatArgument, sizeof...(Args)> formatArgumentList(const Args&... args) {
+    return {FormatArgument(args)...};
+}
+
 /// formatArguments() of a list written out.
 template<typename... Args>
-QString stringWithFormat(const QString& format, const Args&... args)
-{
-    if constexpr (sizeof...(Args) == 0) {
-        return formatArguments(format, {});
-    } else {
-        const FormatArgument arguments[] = {FormatArgument(args)...};
-        return formatArguments(format, arguments);
-    }
+QString stringWithFormat(const QString& format, const Args&... args) {
+    return formatArguments(format, formatArgumentList(args...));
 }
 
 } // namespace labelcut
