@@ -24,12 +24,11 @@ using CLocale = std::unique_ptr<std::remove_pointer_t<locale_t>, LocaleCloser>;
 class CalendarDate {
 public:
     CalendarDate(const QDateTime& date, const QVariantMap& names)
-        : mDate(date), mNames(names)
+        : mDate(date)
+        , mNames(names)
         , mLocale(names.contains(QLatin1String(kCalendarLocaleName))
                       ? QLocale(names[QLatin1String(kCalendarLocaleName)].toString())
-                      : QLocale::c())
-    {
-    }
+                      : QLocale::c()) {}
 
     QString formatted(QStringView format) const;
 
@@ -46,37 +45,32 @@ private:
     QLocale mLocale;
 };
 
-QString CalendarDate::listed(const char* key, int index, const QString& otherwise) const
-{
+QString CalendarDate::listed(const char* key, int index, const QString& otherwise) const {
     return mNames.value(QLatin1String(key)).toStringList().value(index, otherwise);
 }
 
-QString CalendarDate::weekday(bool isShort) const
-{
+QString CalendarDate::weekday(bool isShort) const {
     const int day = mDate.date().dayOfWeek(); // 1 is Monday, 7 Sunday
     const auto format = isShort ? QLocale::ShortFormat : QLocale::LongFormat;
     return listed(isShort ? kCalendarShortWeekdayNames : kCalendarWeekdayNames, day % 7,
                   mLocale.standaloneDayName(day, format));
 }
 
-QString CalendarDate::month(bool isShort) const
-{
+QString CalendarDate::month(bool isShort) const {
     const int month = mDate.date().month();
     const auto format = isShort ? QLocale::ShortFormat : QLocale::LongFormat;
     return listed(isShort ? kCalendarShortMonthNames : kCalendarMonthNames, month - 1,
                   mLocale.standaloneMonthName(month, format));
 }
 
-QString CalendarDate::halfOfDay() const
-{
+QString CalendarDate::halfOfDay() const {
     const bool isAfternoon = mDate.time().hour() >= 12;
     return listed(kCalendarAMPMDesignation, isAfternoon ? 1 : 0,
                   isAfternoon ? mLocale.pmText() : mLocale.amText());
 }
 
 /// What the C library prints in the "C" locale.
-QString CalendarDate::numeric(char16_t conversion) const
-{
+QString CalendarDate::numeric(char16_t conversion) const {
     static const CLocale cLocale(newlocale(LC_ALL_MASK, "C", nullptr));
     const QByteArray zone = mDate.timeZoneAbbreviation().toUtf8();
     std::tm time{};
@@ -98,8 +92,7 @@ QString CalendarDate::numeric(char16_t conversion) const
 }
 
 /// The text for a directive, or nothing when there is no such directive.
-std::optional<QString> CalendarDate::directive(char16_t conversion) const
-{
+std::optional<QString> CalendarDate::directive(char16_t conversion) const {
     switch (conversion) {
     case u'a':
         return weekday(true);
@@ -126,8 +119,7 @@ std::optional<QString> CalendarDate::directive(char16_t conversion) const
     return std::nullopt;
 }
 
-QString CalendarDate::formatted(QStringView format) const
-{
+QString CalendarDate::formatted(QStringView format) const {
     QString text;
     for (qsizetype i = 0; i < format.size(); ++i) {
         if (format[i] != u'%') {
@@ -147,8 +139,7 @@ QString CalendarDate::formatted(QStringView format) const
 } // namespace
 
 QString formatCalendarDate(const QDateTime& date, const std::optional<QString>& format,
-                           const QVariantMap& locale)
-{
+                           const QVariantMap& locale) {
     return CalendarDate(date, locale)
         .formatted(format.value_or(QStringLiteral("%Y-%m-%d %H:%M:%S %z")));
 }

@@ -18,16 +18,14 @@ namespace labelcut {
 
 namespace {
 
-std::optional<std::int32_t> number(const QLineEdit* field, const char* property)
-{
+std::optional<std::int32_t> number(const QLineEdit* field, const char* property) {
     bool isNumber = false;
     const std::int32_t value = field->property(property).toInt(&isNumber);
     return isNumber ? std::optional(value) : std::nullopt;
 }
 
 /// The formatter that the field's properties describe, or null when they ask for none.
-std::unique_ptr<PDEFormatter> describedFormatter(const QLineEdit* field)
-{
+std::unique_ptr<PDEFormatter> describedFormatter(const QLineEdit* field) {
     const auto style = number(field, "formatterStyle");
     if (!style)
         return nullptr;
@@ -43,26 +41,22 @@ std::unique_ptr<PDEFormatter> describedFormatter(const QLineEdit* field)
     return formatter;
 }
 
-void attachDescribedFormatter(QLineEdit* field)
-{
+void attachDescribedFormatter(QLineEdit* field) {
     if (auto formatter = describedFormatter(field))
         attachFormatter(field, std::move(formatter));
 }
 
 } // namespace
 
-QString textFieldClassName()
-{
+QString textFieldClassName() {
     return QStringLiteral(LABELCUT_NAME(PDETextField13_v400_));
 }
 
-QLineEdit* createTextField(QWidget* parent)
-{
+QLineEdit* createTextField(QWidget* parent) {
     return new PDETextField13_v400_(parent);
 }
 
-void attachFormatters(QWidget* root)
-{
+void attachFormatters(QWidget* root) {
     if (!root)
         return;
     if (auto* field = qobject_cast<QLineEdit*>(root))
@@ -72,8 +66,7 @@ void attachFormatters(QWidget* root)
 }
 
 void setTextDelegate(QLineEdit* field, QObject* delegate,
-                     std::function<void(QLineEdit*)> controlTextDidChange)
-{
+                     std::function<void(QLineEdit*)> controlTextDidChange) {
     if (!field)
         return;
     const QVariant tells = field->property("tellsDelegate");

@@ -18,41 +18,34 @@ namespace {
 
 const QString kObjectPlaceholder = QStringLiteral("%@");
 
-bool isDigit(char16_t c)
-{
+bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
 }
 
-bool isLetter(char16_t c)
-{
+bool isLetter(char16_t c) {
     return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
 }
 
-bool isCodabarFrame(char16_t c)
-{
+bool isCodabarFrame(char16_t c) {
     return (c >= u'A' && c <= u'D') || (c >= u'a' && c <= u'd');
 }
 
-bool isOneOf(char16_t c, QStringView set)
-{
+bool isOneOf(char16_t c, QStringView set) {
     return set.contains(QChar(c));
 }
 
-bool isNumeric(std::int32_t style)
-{
+bool isNumeric(std::int32_t style) {
     return style == kStyleNumber || style == kStyleDecimal;
 }
 
 /// Length in bytes of the default encoding, or in characters when the text cannot be converted.
-qsizetype measuredLength(const QString& text)
-{
+qsizetype measuredLength(const QString& text) {
     return encodedLength(text, TextEncoding::SystemDefault).value_or(text.size());
 }
 
 /// What the edit inserts; nothing when it inserts nothing or the ranges make no sense.
 std::optional<QString> insertedText(const QString* proposed, const TextRange* proposedRange,
-                                    TextRange originalRange)
-{
+                                    TextRange originalRange) {
     if (!proposed || proposed->isEmpty() || !proposedRange)
         return std::nullopt;
     const std::size_t start = originalRange.location;
@@ -63,8 +56,7 @@ std::optional<QString> insertedText(const QString* proposed, const TextRange* pr
 }
 
 /// The integer value of a text or a number, cut towards zero and saturating.
-std::int32_t integerValue(const QVariant& object)
-{
+std::int32_t integerValue(const QVariant& object) {
     if (object.metaType().id() == QMetaType::QString)
         return intValue(object.toString());
     constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
@@ -75,34 +67,30 @@ std::int32_t integerValue(const QVariant& object)
 
 } // namespace
 
-std::unique_ptr<PDEFormatter> PDEFormatter::init()
-{
+std::unique_ptr<PDEFormatter> PDEFormatter::init() {
     return initWithFormatString(kObjectPlaceholder, kStyleNone);
 }
 
-std::unique_ptr<PDEFormatter> PDEFormatter::initWithStyle(std::int32_t style)
-{
+std::unique_ptr<PDEFormatter> PDEFormatter::initWithStyle(std::int32_t style) {
     return initWithFormatString(kObjectPlaceholder, style);
 }
 
-std::unique_ptr<PDEFormatter> PDEFormatter::initWithFormatString(
-    const std::optional<QString>& format)
-{
+std::unique_ptr<PDEFormatter>
+PDEFormatter::initWithFormatString(const std::optional<QString>& format) {
     return initWithFormatString(format, kStyleNone);
 }
 
-std::unique_ptr<PDEFormatter> PDEFormatter::initWithFormatString(
-    const std::optional<QString>& format, std::int32_t style)
-{
+std::unique_ptr<PDEFormatter>
+PDEFormatter::initWithFormatString(const std::optional<QString>& format, std::int32_t style) {
     std::unique_ptr<PDEFormatter> formatter(new PDEFormatter);
     formatter->setFormatString(format);
     formatter->setTextStyle(style);
     return formatter;
 }
 
-std::unique_ptr<PDEFormatter> PDEFormatter::initWithCalendarDate(
-    const std::optional<QDateTime>& date, const std::optional<QVariantMap>& locale)
-{
+std::unique_ptr<PDEFormatter>
+PDEFormatter::initWithCalendarDate(const std::optional<QDateTime>& date,
+                                   const std::optional<QVariantMap>& locale) {
     std::unique_ptr<PDEFormatter> formatter(new PDEFormatter);
     formatter->setTextStyle(kStyleDate);
     formatter->setCalendarDate(date);
@@ -110,54 +98,45 @@ std::unique_ptr<PDEFormatter> PDEFormatter::initWithCalendarDate(
     return formatter;
 }
 
-void PDEFormatter::setFormatString(const std::optional<QString>& format)
-{
+void PDEFormatter::setFormatString(const std::optional<QString>& format) {
     mFormatString = format.value_or(kObjectPlaceholder);
 }
 
-QVariant PDEFormatter::notificationObject() const
-{
+QVariant PDEFormatter::notificationObject() const {
     const bool isGone = mObject.canConvert<QObject*>() && !mObjectGuard;
     return isGone ? QVariant() : mObject;
 }
 
-void PDEFormatter::setNotificationObject(const QVariant& object)
-{
+void PDEFormatter::setNotificationObject(const QVariant& object) {
     mObject = object;
     mObjectGuard = object.value<QObject*>();
 }
 
-void PDEFormatter::setMaxValue(std::int32_t value)
-{
+void PDEFormatter::setMaxValue(std::int32_t value) {
     mMaxValue = value;
     setValidityMaxValue(true);
 }
 
-void PDEFormatter::setMinValue(std::int32_t value)
-{
+void PDEFormatter::setMinValue(std::int32_t value) {
     mMinValue = value;
     setValidityMinValue(true);
 }
 
-void PDEFormatter::addInvalidCharacter(const std::optional<QString>& character)
-{
+void PDEFormatter::addInvalidCharacter(const std::optional<QString>& character) {
     if (character)
         mInvalidCaracters.append(*character);
 }
 
-void PDEFormatter::removeInvalidCharacter(const std::optional<QString>& character)
-{
+void PDEFormatter::removeInvalidCharacter(const std::optional<QString>& character) {
     if (character)
         mInvalidCaracters.removeAll(*character);
 }
 
-bool PDEFormatter::isInvalidCharacter(const std::optional<QString>& character) const
-{
+bool PDEFormatter::isInvalidCharacter(const std::optional<QString>& character) const {
     return character && mInvalidCaracters.contains(*character);
 }
 
-std::optional<QString> PDEFormatter::stringForObjectValue(const QVariant& object) const
-{
+std::optional<QString> PDEFormatter::stringForObjectValue(const QVariant& object) const {
     if (mTextStyle == kStyleDate && mDate)
         return formatCalendarDate(*mDate, mFormatString, mLocale.value_or(QVariantMap()));
     if (!mFormatString)
@@ -168,8 +147,7 @@ std::optional<QString> PDEFormatter::stringForObjectValue(const QVariant& object
 }
 
 bool PDEFormatter::getObjectValue(QVariant* object, const std::optional<QString>& string,
-                                  QString*) const
-{
+                                  QString*) const {
     if (!object || !string)
         return true;
     const std::optional<QString> text = stringForObjectValue(*string);
@@ -178,8 +156,8 @@ bool PDEFormatter::getObjectValue(QVariant* object, const std::optional<QString>
 }
 
 bool PDEFormatter::isPartialStringValid(QString* proposed, TextRange* proposedRange,
-                                        const QString& original, TextRange originalRange, QString*)
-{
+                                        const QString& original, TextRange originalRange,
+                                        QString*) {
     const std::optional<QString> inserted = insertedText(proposed, proposedRange, originalRange);
     if (!inserted)
         return true;
@@ -190,12 +168,11 @@ bool PDEFormatter::isPartialStringValid(QString* proposed, TextRange* proposedRa
     return false;
 }
 
-std::optional<PDEFormatter::Refusal> PDEFormatter::vet(const QString& inserted,
-                                                       const QString& proposed,
-                                                       const QString& original) const
-{
+std::optional<PDEFormatter::Refusal>
+PDEFormatter::vet(const QString& inserted, const QString& proposed, const QString& original) const {
     // These look at whole texts, so they hold for each inserted character; the last one is named.
-    const bool isForeign = mTextStyle != kStyleNone && !canEncode(inserted, TextEncoding::MacOSRoman);
+    const bool isForeign =
+        mTextStyle != kStyleNone && !canEncode(inserted, TextEncoding::MacOSRoman);
     if (isForeign || isInvalidCharacter(inserted))
         return Refusal{kInvalidCharacterNotification, inserted.last(1)};
     const qsizetype length = measuredLength(proposed);
@@ -221,8 +198,7 @@ std::optional<PDEFormatter::Refusal> PDEFormatter::vet(const QString& inserted,
 
 /// @param character  an ASCII character.
 /// @param original   the text before the edit; a second point is looked for in it alone.
-bool PDEFormatter::isAllowedByStyle(QChar character, const QString& original) const
-{
+bool PDEFormatter::isAllowedByStyle(QChar character, const QString& original) const {
     const char16_t c = character.unicode();
     switch (mTextStyle) {
     case kStyleNumber:
@@ -246,16 +222,14 @@ bool PDEFormatter::isAllowedByStyle(QChar character, const QString& original) co
     }
 }
 
-bool PDEFormatter::isInRange(const QString& proposed) const
-{
+bool PDEFormatter::isInRange(const QString& proposed) const {
     const std::int32_t value = intValue(proposed);
     if (mIsValidityMaxValue && mMaxValue < value)
         return false;
     return !mIsValidityMinValue || mMinValue <= value;
 }
 
-void PDEFormatter::announce(const Refusal& refusal)
-{
+void PDEFormatter::announce(const Refusal& refusal) {
     QVariant object = notificationObject();
     if (!refusal.character.isNull())
         object = refusal.character;

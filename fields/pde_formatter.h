@@ -22,16 +22,16 @@ inline constexpr char kFormatErrorNotification[] = "FormatErrorNotification";
 
 /// Text styles with a meaning of their own. Every other number stands for "any ASCII character".
 /// @{
-inline constexpr std::int32_t kStyleNone = 0;      ///< only invalid characters and length count
-inline constexpr std::int32_t kStyleNumber = 2;    ///< digits; the range counts
-inline constexpr std::int32_t kStyleDecimal = 4;   ///< digits and "."; the range counts
-inline constexpr std::int32_t kStyleDate = 5;      ///< any ASCII; conversions show the date
-inline constexpr std::int32_t kStyleAlnum = 6;     ///< digits, letters, space
-inline constexpr std::int32_t kStyleCode39 = 7;    ///< Code 39, lower-case letters too
-inline constexpr std::int32_t kStyleCodabar = 8;   ///< Codabar's data characters
+inline constexpr std::int32_t kStyleNone = 0;         ///< only invalid characters and length count
+inline constexpr std::int32_t kStyleNumber = 2;       ///< digits; the range counts
+inline constexpr std::int32_t kStyleDecimal = 4;      ///< digits and "."; the range counts
+inline constexpr std::int32_t kStyleDate = 5;         ///< any ASCII; conversions show the date
+inline constexpr std::int32_t kStyleAlnum = 6;        ///< digits, letters, space
+inline constexpr std::int32_t kStyleCode39 = 7;       ///< Code 39, lower-case letters too
+inline constexpr std::int32_t kStyleCodabar = 8;      ///< Codabar's data characters
 inline constexpr std::int32_t kStyleCodabarFrame = 9; ///< with start and stop characters
-inline constexpr std::int32_t kStylePrintable = 10; ///< 0x20 to 0x7E
-inline constexpr std::int32_t kStyleText = 11;      ///< digits, letters, some punctuation
+inline constexpr std::int32_t kStylePrintable = 10;   ///< 0x20 to 0x7E
+inline constexpr std::int32_t kStyleText = 11;        ///< digits, letters, some punctuation
 /// @}
 
 /// Vets edits by text style, length and range, and converts through a format string.
@@ -53,8 +53,9 @@ public:
     /// The date style. The format stays absent until setFormatString() is called.
     /// @param date    the date shown; nothing: none.
     /// @param locale  names of months and days, see calendar_format.h; nothing: none.
-    static std::unique_ptr<PDEFormatter> initWithCalendarDate(
-        const std::optional<QDateTime>& date, const std::optional<QVariantMap>& locale);
+    static std::unique_ptr<PDEFormatter>
+    initWithCalendarDate(const std::optional<QDateTime>& date,
+                         const std::optional<QVariantMap>& locale);
     /// @}
 
     /// The format of the conversions: one "%@", or one integer conversion; for the date style a

@@ -5,14 +5,13 @@
 
 namespace labelcut {
 
-PDETextField13_v400_::PDETextField13_v400_(QWidget* parent) : QLineEdit(parent)
-{
+PDETextField13_v400_::PDETextField13_v400_(QWidget* parent)
+    : QLineEdit(parent) {
     connect(this, &QLineEdit::textEdited, this, [this] { textDidChange(); });
     connect(this, &QLineEdit::editingFinished, this, [this] { textDidEndEditing(); });
 }
 
-void PDETextField13_v400_::sendFirstResponderNotification(bool flag)
-{
+void PDETextField13_v400_::sendFirstResponderNotification(bool flag) {
     if (flag)
         return;
     NotificationCentre::defaultCentre().post(
@@ -20,20 +19,17 @@ void PDETextField13_v400_::sendFirstResponderNotification(bool flag)
         QVariant::fromValue<QObject*>(this));
 }
 
-bool PDETextField13_v400_::becomeFirstResponder()
-{
+bool PDETextField13_v400_::becomeFirstResponder() {
     setFocus();
     return hasFocus();
 }
 
-void PDETextField13_v400_::focusInEvent(QFocusEvent* event)
-{
+void PDETextField13_v400_::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     sendFirstResponderNotification(true);
 }
 
-void PDETextField13_v400_::textDidEndEditing()
-{
+void PDETextField13_v400_::textDidEndEditing() {
     // Without the focus there is nothing to give up; a window in the background keeps its field.
     if (hasFocus())
         clearFocus();
@@ -41,13 +37,11 @@ void PDETextField13_v400_::textDidEndEditing()
         sendFirstResponderNotification(true);
 }
 
-void PDETextField13_v400_::textDidChange()
-{
+void PDETextField13_v400_::textDidChange() {
     sendFirstResponderNotification(false);
 }
 
-void PDETextField13_v400_::selectText()
-{
+void PDETextField13_v400_::selectText() {
     sendFirstResponderNotification(false);
 }
 

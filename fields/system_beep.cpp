@@ -13,16 +13,14 @@ Beep replacement;
 
 } // namespace
 
-void systemBeep()
-{
+void systemBeep() {
     if (replacement)
         replacement();
     else
         QApplication::beep();
 }
 
-Beep setSystemBeep(Beep beep)
-{
+Beep setSystemBeep(Beep beep) {
     return std::exchange(replacement, std::move(beep));
 }
 

@@ -19,8 +19,9 @@ namespace {
 class VettingValidator : public QValidator {
 public:
     VettingValidator(QLineEdit* edit, std::unique_ptr<Formatter> formatter)
-        : QValidator(edit), mEdit(edit), mFormatter(std::move(formatter))
-    {
+        : QValidator(edit)
+        , mEdit(edit)
+        , mFormatter(std::move(formatter)) {
         remember(current());
         connect(edit, &QLineEdit::cursorPositionChanged, this, &VettingValidator::follow);
         connect(edit, &QLineEdit::selectionChanged, this, &VettingValidator::follow);
@@ -60,9 +61,8 @@ private:
     mutable bool mHasRefused = false;
 };
 
-VettingValidator::Snapshot VettingValidator::current() const
-{
-    const int caret = mEdit->cursorPosition();
+VettingValidator::Snapshot VettingValidator::current() const {
+    const int caret = std::min(mEdit->cursorPosition(), static_cast<int>(mEdit->text().size()));
     const int start = mEdit->hasSelectedText() ? std::max(0, mEdit->selectionStart()) : caret;
     return {mEdit->text(),
             caret,
@@ -70,30 +70,27 @@ VettingValidator::Snapshot VettingValidator::current() const
             mEdit->isRedoAvailable()};
 }
 
-void VettingValidator::remember(const Snapshot& snapshot) const
-{
+void VettingValidator::remember(const Snapshot& snapshot) const {
     mBefore = snapshot;
     if (!snapshot.canRedo)
         mNewest = snapshot.text;
 }
 
-void VettingValidator::follow()
-{
+void VettingValidator::follow() {
     if (!mIsCommitting && mEdit->text() == mBefore.text)
         remember(current());
 }
 
-/// A redo can leave a selection that begins before the text, which the next edit would then replace.
-void VettingValidator::tidySelection()
-{
+/// A line edit's redo can leave a selection that begins before the text, and the next edit would
+/// then damage the text.
+void VettingValidator::tidySelection() {
     if (mEdit->hasSelectedText() && mEdit->selectionStart() < 0)
         mEdit->deselect();
 }
 
 /// What an input method does is let through in one piece: the line edit tells of the caret halfway,
 /// and leaves a selection behind where it takes back a commit that replaced text.
-bool VettingValidator::eventFilter(QObject*, QEvent* event)
-{
+bool VettingValidator::eventFilter(QObject*, QEvent* event) {
     if (event->type() != QEvent::InputMethod)
         return false;
     mHasRefused = false;
@@ -109,16 +106,16 @@ bool VettingValidator::eventFilter(QObject*, QEvent* event)
 
 /// Whether the line edit is in the middle of an edit, rather than asking about a text it has had
 /// for long, as it does when it loses focus.
-bool VettingValidator::isEdit(const QString& input) const
-{
+bool VettingValidator::isEdit(const QString& input) const {
     const bool replacesItself = mBefore.selection.length > 0 && !mEdit->hasSelectedText();
     return input != mBefore.text || replacesItself;
 }
 
-QValidator::State VettingValidator::validate(QString& input, int& caret) const
-{
+QValidator::State VettingValidator::validate(QString& input, int& caret) const {
     if (mIsRestoring || input != mEdit->text())
         return Acceptable;
+    // A line edit's redo can put the caret behind the text; what is set here is where it goes.
+    caret = std::min(caret, static_cast<int>(input.size()));
     if (!isEdit(input)) {
         remember(current()); // an undo can change the selection alone, and tells nobody
         return Acceptable;
@@ -138,8 +135,7 @@ QValidator::State VettingValidator::validate(QString& input, int& caret) const
 
 /// A line edit takes back a refused edit by itself, but not a refused undo or redo: that is done
 /// here, while its signals sleep, and the line edit then finds an unchanged text.
-QValidator::State VettingValidator::refuse(QString& input, int& caret) const
-{
+QValidator::State VettingValidator::refuse(QString& input, int& caret) const {
     mHasRefused = true;
     // A plain edit leaves nothing to redo; of redos only the last one does.
     const bool isLastRedo = mBefore.canRedo && input == mNewest;
@@ -161,8 +157,7 @@ QValidator::State VettingValidator::refuse(QString& input, int& caret) const
 }
 
 /// Brings the old text back, keeping the edits that can be undone where that is possible.
-void VettingValidator::stepBack() const
-{
+void VettingValidator::stepBack() const {
     if (mEdit->isRedoAvailable()) {
         mEdit->redo();
         if (mEdit->text() == mBefore.text)
@@ -174,8 +169,7 @@ void VettingValidator::stepBack() const
         mEdit->setText(mBefore.text);
 }
 
-void VettingValidator::restoreSelection() const
-{
+void VettingValidator::restoreSelection() const {
     const int start = static_cast<int>(mBefore.selection.location);
     const int length = static_cast<int>(mBefore.selection.length);
     if (length == 0)
@@ -186,27 +180,23 @@ void VettingValidator::restoreSelection() const
         mEdit->setSelection(start, length);
 }
 
-const VettingValidator* validatorOf(const QLineEdit* edit)
-{
+const VettingValidator* validatorOf(const QLineEdit* edit) {
     return edit ? dynamic_cast<const VettingValidator*>(edit->validator()) : nullptr;
 }
 
 } // namespace
 
-void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter)
-{
+void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter) {
     delete validatorOf(edit);
     edit->setValidator(new VettingValidator(edit, std::move(formatter)));
 }
 
-Formatter* attachedFormatter(const QLineEdit* edit)
-{
+Formatter* attachedFormatter(const QLineEdit* edit) {
     const VettingValidator* validator = validatorOf(edit);
     return validator ? validator->formatter() : nullptr;
 }
 
-void setObjectValue(QLineEdit* edit, const QVariant& object)
-{
+void setObjectValue(QLineEdit* edit, const QVariant& object) {
     if (!edit)
         return;
     const Formatter* formatter = attachedFormatter(edit);
@@ -216,8 +206,7 @@ void setObjectValue(QLineEdit* edit, const QVariant& object)
         edit->setText(*text);
 }
 
-QVariant objectValue(const QLineEdit* edit)
-{
+QVariant objectValue(const QLineEdit* edit) {
     if (!edit)
         return {};
     const Formatter* formatter = attachedFormatter(edit);

@@ -6,25 +6,21 @@
 
 namespace labelcut {
 
-bool NotificationCentre::Registration::wants(const QString& posted, const QVariant& about) const
-{
+bool NotificationCentre::Registration::wants(const QString& posted, const QVariant& about) const {
     return isAlive() && name == posted && (!object.isValid() || object == about);
 }
 
-NotificationCentre& NotificationCentre::defaultCentre()
-{
+NotificationCentre& NotificationCentre::defaultCentre() {
     static NotificationCentre centre;
     return centre;
 }
 
-void NotificationCentre::forgetDead()
-{
+void NotificationCentre::forgetDead() {
     std::erase_if(mRegistrations, [](const Registration& r) { return !r.isAlive(); });
 }
 
 void NotificationCentre::addObserver(QObject* observer, const QString& name, const QVariant& object,
-                                     Handler handler)
-{
+                                     Handler handler) {
     forgetDead();
     auto* const about = object.value<QObject*>();
     mRegistrations.push_back(
@@ -32,15 +28,13 @@ void NotificationCentre::addObserver(QObject* observer, const QString& name, con
 }
 
 void NotificationCentre::removeObserver(const QObject* observer, const QString& name,
-                                        const QVariant& object)
-{
+                                        const QVariant& object) {
     std::erase_if(mRegistrations, [&](const Registration& r) {
         return r.observer == observer && r.name == name && r.object == object;
     });
 }
 
-void NotificationCentre::post(const QString& name, const QVariant& object)
-{
+void NotificationCentre::post(const QString& name, const QVariant& object) {
     forgetDead();
     const Notification notification{name, object};
     const quint64 newest = mLastSerial;
@@ -58,8 +52,7 @@ void NotificationCentre::post(const QString& name, const QVariant& object)
     }
 }
 
-int NotificationCentre::observerCount() const
-{
+int NotificationCentre::observerCount() const {
     return static_cast<int>(
         std::ranges::count_if(mRegistrations, [](const Registration& r) { return r.isAlive(); }));
 }

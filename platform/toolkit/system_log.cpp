@@ -15,16 +15,14 @@ std::atomic<SystemLogSink*> currentSink{nullptr};
 
 } // namespace
 
-void systemLog(const QString& line)
-{
+void systemLog(const QString& line) {
     if (SystemLogSink* sink = currentSink.load())
         sink->write(line);
     else
         syslog(LOG_USER | LOG_NOTICE, "%s", encodeLossyUtf8(line).constData());
 }
 
-SystemLogSink* setSystemLogSink(SystemLogSink* sink)
-{
+SystemLogSink* setSystemLogSink(SystemLogSink* sink) {
     return currentSink.exchange(sink);
 }
 

@@ -23,17 +23,12 @@ using Converter = std::unique_ptr<UConverter, ConverterCloser>;
 // ICU's own callbacks of this purpose silently drop characters that are usually invisible (a soft
 // hyphen, a variation selector); these leave every error as it is.
 void stopEncoding(const void*, UConverterFromUnicodeArgs*, const char16_t*, std::int32_t, UChar32,
-                  UConverterCallbackReason, UErrorCode*)
-{
-}
+                  UConverterCallbackReason, UErrorCode*) {}
 void stopDecoding(const void*, UConverterToUnicodeArgs*, const char*, std::int32_t,
-                  UConverterCallbackReason, UErrorCode*)
-{
-}
+                  UConverterCallbackReason, UErrorCode*) {}
 
 /// A converter that stops at the first character or byte sequence without a counterpart.
-Converter openConverter(const char* name)
-{
+Converter openConverter(const char* name) {
     UErrorCode status = U_ZERO_ERROR;
     Converter converter(ucnv_open(name, &status));
     if (U_FAILURE(status))
@@ -43,8 +38,7 @@ Converter openConverter(const char* name)
     return U_SUCCESS(status) ? std::move(converter) : nullptr;
 }
 
-Converter openConverter(TextEncoding encoding)
-{
+Converter openConverter(TextEncoding encoding) {
     if (encoding == TextEncoding::MacOSRoman)
         return openConverter("macintosh");
     if (encoding == TextEncoding::SystemDefault) {
@@ -54,19 +48,16 @@ Converter openConverter(TextEncoding encoding)
     return openConverter("UTF-8");
 }
 
-const char16_t* unitsOf(const QString& text)
-{
+const char16_t* unitsOf(const QString& text) {
     return reinterpret_cast<const char16_t*>(text.utf16());
 }
 
 /// ICU counts in 32 bits; longer texts are refused as inconvertible.
-bool isConvertibleSize(qsizetype size)
-{
+bool isConvertibleSize(qsizetype size) {
     return size <= std::numeric_limits<std::int32_t>::max() / 8;
 }
 
-std::optional<qsizetype> lengthIn(const Converter& converter, const QString& text)
-{
+std::optional<qsizetype> lengthIn(const Converter& converter, const QString& text) {
     if (!converter || !isConvertibleSize(text.size()))
         return std::nullopt;
     UErrorCode status = U_ZERO_ERROR;
@@ -77,20 +68,17 @@ std::optional<qsizetype> lengthIn(const Converter& converter, const QString& tex
     return length;
 }
 
-bool isAscii(QByteArrayView bytes)
-{
+bool isAscii(QByteArrayView bytes) {
     return std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-bool isAscii(const QString& text)
-{
+bool isAscii(const QString& text) {
     return std::ranges::all_of(text, [](QChar c) { return c.unicode() < 0x80; });
 }
 
 } // namespace
 
-std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding)
-{
+std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding) {
     if (encoding == TextEncoding::Ascii)
         return isAscii(text) ? std::optional(text.toLatin1()) : std::nullopt;
     const Converter converter = openConverter(encoding);
@@ -104,8 +92,7 @@ std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding)
     return U_SUCCESS(status) ? std::optional(bytes) : std::nullopt;
 }
 
-QByteArray encodeLossyUtf8(const QString& text)
-{
+QByteArray encodeLossyUtf8(const QString& text) {
     QString pairsOnly = text;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (!text[i].isSurrogate())
@@ -120,20 +107,17 @@ QByteArray encodeLossyUtf8(const QString& text)
     return pairsOnly.toUtf8();
 }
 
-std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding)
-{
+std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding) {
     if (encoding == TextEncoding::Ascii)
         return isAscii(text) ? std::optional(text.size()) : std::nullopt;
     return lengthIn(openConverter(encoding), text);
 }
 
-bool canEncode(const QString& text, TextEncoding encoding)
-{
+bool canEncode(const QString& text, TextEncoding encoding) {
     return encodedLength(text, encoding).has_value();
 }
 
-std::optional<QString> decodeText(QByteArrayView bytes, TextEncoding encoding)
-{
+std::optional<QString> decodeText(QByteArrayView bytes, TextEncoding encoding) {
     if (bytes.isEmpty())
         return QStringLiteral("");
     if (encoding == TextEncoding::Ascii)
@@ -154,15 +138,13 @@ std::optional<QString> decodeText(QByteArrayView bytes, TextEncoding encoding)
     return text;
 }
 
-std::optional<QString> decodeCString(const char* bytes, TextEncoding encoding)
-{
+std::optional<QString> decodeCString(const char* bytes, TextEncoding encoding) {
     if (!bytes)
         return std::nullopt;
     return decodeText(QByteArrayView(bytes, static_cast<qsizetype>(std::strlen(bytes))), encoding);
 }
 
-const std::vector<QByteArray>& availableEncodings()
-{
+const std::vector<QByteArray>& availableEncodings() {
     static const std::vector<QByteArray> names = [] {
         std::vector<QByteArray> all;
         const std::int32_t count = ucnv_countAvailable();
@@ -173,14 +155,12 @@ const std::vector<QByteArray>& availableEncodings()
     return names;
 }
 
-std::optional<qsizetype> encodedLengthByName(const QString& text, const QByteArray& name)
-{
+std::optional<qsizetype> encodedLengthByName(const QString& text, const QByteArray& name) {
     // ICU takes an empty name for the default encoding.
     return name.isEmpty() ? std::nullopt : lengthIn(openConverter(name.constData()), text);
 }
 
-bool CFStringGetCString(const QString& text, std::span<char> buffer, TextEncoding encoding)
-{
+bool CFStringGetCString(const QString& text, std::span<char> buffer, TextEncoding encoding) {
     if (buffer.empty())
         return false;
     buffer.front() = '\0';

@@ -14,19 +14,16 @@ namespace {
 
 const QDateTime kDate(QDate(2024, 2, 29), QTime(15, 4, 5), Qt::OffsetFromUTC, 3600);
 
-std::string format(const char* text, const QVariantMap& locale = {})
-{
+std::string format(const char* text, const QVariantMap& locale = {}) {
     return formatCalendarDate(kDate, QString::fromUtf8(text), locale).toStdString();
 }
 
-TEST(CalendarFormat, HasADefault)
-{
+TEST(CalendarFormat, HasADefault) {
     EXPECT_EQ(formatCalendarDate(kDate, std::nullopt, {}),
               QStringLiteral("2024-02-29 15:04:05 +0100"));
 }
 
-TEST(CalendarFormat, AgreesWithTheCLibraryInTheCLocale)
-{
+TEST(CalendarFormat, AgreesWithTheCLibraryInTheCLocale) {
     const char* const directives = "aAbBcCdDeFgGhHIjklmMnprRStTuUVwWxXyYz%";
     const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
     std::mt19937 random(7);
@@ -48,15 +45,13 @@ TEST(CalendarFormat, AgreesWithTheCLibraryInTheCLocale)
     freelocale(c);
 }
 
-TEST(CalendarFormat, TakesNamesFromTheNamedLocale)
-{
+TEST(CalendarFormat, TakesNamesFromTheNamedLocale) {
     const QVariantMap german{{QStringLiteral("LocaleName"), QStringLiteral("de_DE")}};
     EXPECT_EQ(format("%A, %d. %B %Y", german), "Donnerstag, 29. Februar 2024");
     EXPECT_EQ(format("%A, %d. %B %Y"), "Thursday, 29. February 2024");
 }
 
-TEST(CalendarFormat, TakesNamesFromListsFirst)
-{
+TEST(CalendarFormat, TakesNamesFromListsFirst) {
     const QVariantMap locale{
         {QStringLiteral("MonthNames"), QStringList{QStringLiteral("I"), QStringLiteral("II")}},
         {QStringLiteral("WeekdayNames"), QStringList{QStringLiteral("So")}},
@@ -64,16 +59,14 @@ TEST(CalendarFormat, TakesNamesFromListsFirst)
     EXPECT_EQ(format("%B %A %p", locale), "II Thursday n");
 }
 
-TEST(CalendarFormat, PrintsUnknownAndUnfinishedDirectivesAsWritten)
-{
+TEST(CalendarFormat, PrintsUnknownAndUnfinishedDirectivesAsWritten) {
     EXPECT_EQ(format("%Q %@ %"), "%Q %@ %");
     EXPECT_EQ(format("%E"), "%E");
     EXPECT_EQ(format("%Ey"), "24");
     EXPECT_EQ(format("é 🏷"), "é 🏷");
 }
 
-TEST(CalendarFormat, PrintsInTheDatesOwnZone)
-{
+TEST(CalendarFormat, PrintsInTheDatesOwnZone) {
     EXPECT_EQ(format("%H:%M %z"), "15:04 +0100");
 }
 

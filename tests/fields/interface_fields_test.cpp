@@ -17,8 +17,8 @@ using labelcut::test::Refusals;
 namespace {
 
 struct NoBundle : PDEBundle {
-    QString localizedStringForKey(const QString& key, const QString&, const QString&) const override
-    {
+    QString localizedStringForKey(const QString& key, const QString&,
+                                  const QString&) const override {
         return key;
     }
     QString pathForImageResource(const QString&) const override { return {}; }
@@ -27,15 +27,13 @@ struct NoBundle : PDEBundle {
 
 class InterfaceFields : public testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         root = loadInterfaceFile(QStringLiteral(FIELDS_TEST_DATA "/fields.ui"), NoBundle(),
                                  {{textFieldClassName(), createTextField}});
         ASSERT_TRUE(root);
         attachFormatters(root.get());
     }
-    QLineEdit* field(const char* name) const
-    {
+    QLineEdit* field(const char* name) const {
         return root->findChild<QLineEdit*>(QLatin1String(name));
     }
 
@@ -43,8 +41,7 @@ protected:
     std::unique_ptr<QWidget> root;
 };
 
-TEST_F(InterfaceFields, GiveAFieldTheFormatterThatTheFileDescribes)
-{
+TEST_F(InterfaceFields, GiveAFieldTheFormatterThatTheFileDescribes) {
     auto* const formatter = dynamic_cast<PDEFormatter*>(attachedFormatter(field("count")));
     ASSERT_TRUE(formatter);
     EXPECT_EQ(formatter->textStyle(), 2);
@@ -56,8 +53,7 @@ TEST_F(InterfaceFields, GiveAFieldTheFormatterThatTheFileDescribes)
     EXPECT_EQ(formatter->formatString(), QStringLiteral("%d"));
 }
 
-TEST_F(InterfaceFields, VetWhatIsTypedIntoThem)
-{
+TEST_F(InterfaceFields, VetWhatIsTypedIntoThem) {
     QTest::keyClicks(field("count"), QStringLiteral("4a2"));
     EXPECT_EQ(field("count")->text(), QStringLiteral("42"));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
@@ -66,8 +62,7 @@ TEST_F(InterfaceFields, VetWhatIsTypedIntoThem)
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(InterfaceFields, AnnounceEditsWhenTheFileSaysSoAndVetThemToo)
-{
+TEST_F(InterfaceFields, AnnounceEditsWhenTheFileSaysSoAndVetThemToo) {
     QLineEdit* const announcing = field("announcing");
     ASSERT_TRUE(dynamic_cast<PDETextField13_v400_*>(announcing));
     std::vector<QObject*> posted;
@@ -81,8 +76,7 @@ TEST_F(InterfaceFields, AnnounceEditsWhenTheFileSaysSoAndVetThemToo)
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(InterfaceFields, SwitchOnOnlyTheBoundsThatAreGiven)
-{
+TEST_F(InterfaceFields, SwitchOnOnlyTheBoundsThatAreGiven) {
     auto* const formatter = dynamic_cast<PDEFormatter*>(attachedFormatter(field("announcing")));
     ASSERT_TRUE(formatter);
     EXPECT_EQ(formatter->textStyle(), 6);
@@ -92,16 +86,14 @@ TEST_F(InterfaceFields, SwitchOnOnlyTheBoundsThatAreGiven)
     EXPECT_EQ(formatter->formatString(), QStringLiteral("%@"));
 }
 
-TEST_F(InterfaceFields, LeaveAPlainFieldAlone)
-{
+TEST_F(InterfaceFields, LeaveAPlainFieldAlone) {
     EXPECT_EQ(attachedFormatter(field("plain")), nullptr);
     EXPECT_EQ(attachedFormatter(field("misspelt")), nullptr) << "its style is no number";
     QTest::keyClicks(field("plain"), QStringLiteral("x"));
     EXPECT_EQ(field("plain")->text(), QStringLiteral("x"));
 }
 
-TEST(AttachFormatters, LooksAtTheTopWidgetItselfToo)
-{
+TEST(AttachFormatters, LooksAtTheTopWidgetItselfToo) {
     QLineEdit top;
     top.setProperty("formatterStyle", 2);
     attachFormatters(&top);
@@ -109,8 +101,7 @@ TEST(AttachFormatters, LooksAtTheTopWidgetItselfToo)
     attachFormatters(nullptr);
 }
 
-TEST(TextFieldClassName, IsTheNameOfTheClass)
-{
+TEST(TextFieldClassName, IsTheNameOfTheClass) {
     const std::unique_ptr<QLineEdit> field(createTextField(nullptr));
     const QString qualified = QLatin1String(field->metaObject()->className());
     EXPECT_TRUE(qualified.endsWith(QStringLiteral("::") + textFieldClassName()))

@@ -15,15 +15,13 @@ namespace {
 
 const QStringList kNoRefusal;
 
-std::string name(const std::optional<QString>& text)
-{
+std::string name(const std::optional<QString>& text) {
     return text ? text->toStdString() : "nothing";
 }
 
 // ---- initialisers and accessors
 
-TEST(PDEFormatterInit, StartsWithThePlaceholderAndNoStyle)
-{
+TEST(PDEFormatterInit, StartsWithThePlaceholderAndNoStyle) {
     const auto formatter = PDEFormatter::init();
     EXPECT_EQ(name(formatter->formatString()), "%@");
     EXPECT_EQ(formatter->textStyle(), 0);
@@ -38,8 +36,7 @@ TEST(PDEFormatterInit, StartsWithThePlaceholderAndNoStyle)
     EXPECT_FALSE(formatter->isInvalidCharacter(QStringLiteral("x")));
 }
 
-TEST(PDEFormatterInit, TakesStyleAndFormat)
-{
+TEST(PDEFormatterInit, TakesStyleAndFormat) {
     EXPECT_EQ(PDEFormatter::initWithStyle(-7)->textStyle(), -7);
     EXPECT_EQ(name(PDEFormatter::initWithStyle(2)->formatString()), "%@");
     EXPECT_EQ(name(PDEFormatter::initWithFormatString(QStringLiteral("%d"))->formatString()), "%d");
@@ -50,8 +47,7 @@ TEST(PDEFormatterInit, TakesStyleAndFormat)
     EXPECT_EQ(both->textStyle(), 4);
 }
 
-TEST(PDEFormatterInit, LeavesTheFormatOfTheDateStyleAbsent)
-{
+TEST(PDEFormatterInit, LeavesTheFormatOfTheDateStyleAbsent) {
     const QDateTime date(QDate(2024, 2, 29), QTime(12, 0));
     const QVariantMap locale{{QStringLiteral("LocaleName"), QStringLiteral("de_DE")}};
     const auto formatter = PDEFormatter::initWithCalendarDate(date, locale);
@@ -63,8 +59,7 @@ TEST(PDEFormatterInit, LeavesTheFormatOfTheDateStyleAbsent)
     EXPECT_FALSE(formatter->calendarDate());
 }
 
-TEST(PDEFormatterAccessors, SetThePlaceholderWhenNoFormatIsGiven)
-{
+TEST(PDEFormatterAccessors, SetThePlaceholderWhenNoFormatIsGiven) {
     const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("%d"));
     formatter->setFormatString(std::nullopt);
     EXPECT_EQ(name(formatter->formatString()), "%@");
@@ -72,8 +67,7 @@ TEST(PDEFormatterAccessors, SetThePlaceholderWhenNoFormatIsGiven)
     EXPECT_EQ(name(formatter->formatString()), "");
 }
 
-TEST(PDEFormatterAccessors, SwitchACheckOnWithItsBound)
-{
+TEST(PDEFormatterAccessors, SwitchACheckOnWithItsBound) {
     const auto formatter = PDEFormatter::init();
     formatter->setMaxValue(9);
     EXPECT_TRUE(formatter->isValidityMaxValue());
@@ -86,8 +80,7 @@ TEST(PDEFormatterAccessors, SwitchACheckOnWithItsBound)
     EXPECT_EQ(formatter->minValue(), -1);
 }
 
-TEST(PDEFormatterAccessors, ForgetANotificationObjectThatIsGone)
-{
+TEST(PDEFormatterAccessors, ForgetANotificationObjectThatIsGone) {
     const auto formatter = PDEFormatter::init();
     {
         QObject owner;
@@ -101,8 +94,7 @@ TEST(PDEFormatterAccessors, ForgetANotificationObjectThatIsGone)
     EXPECT_FALSE(formatter->notificationObject().isValid());
 }
 
-TEST(PDEFormatterInvalidCharacters, AreComparedAsWholesAndWithCase)
-{
+TEST(PDEFormatterInvalidCharacters, AreComparedAsWholesAndWithCase) {
     const auto formatter = PDEFormatter::init();
     formatter->addInvalidCharacter(QStringLiteral("ab"));
     EXPECT_TRUE(formatter->isInvalidCharacter(QStringLiteral("ab")));
@@ -112,8 +104,7 @@ TEST(PDEFormatterInvalidCharacters, AreComparedAsWholesAndWithCase)
     EXPECT_FALSE(formatter->isInvalidCharacter(std::nullopt));
 }
 
-TEST(PDEFormatterInvalidCharacters, RemoveTakesEveryEqualEntry)
-{
+TEST(PDEFormatterInvalidCharacters, RemoveTakesEveryEqualEntry) {
     const auto formatter = PDEFormatter::init();
     for (const char* entry : {"x", "y", "x"})
         formatter->addInvalidCharacter(QLatin1String(entry));
@@ -125,8 +116,7 @@ TEST(PDEFormatterInvalidCharacters, RemoveTakesEveryEqualEntry)
     EXPECT_TRUE(formatter->isInvalidCharacter(QStringLiteral("y")));
 }
 
-TEST(PDEFormatterInvalidCharacters, IgnoreNothingWhenAdding)
-{
+TEST(PDEFormatterInvalidCharacters, IgnoreNothingWhenAdding) {
     const auto formatter = PDEFormatter::init();
     formatter->addInvalidCharacter(std::nullopt);
     EXPECT_FALSE(formatter->isInvalidCharacter(QStringLiteral("")));
@@ -135,16 +125,14 @@ TEST(PDEFormatterInvalidCharacters, IgnoreNothingWhenAdding)
 
 // ---- conversions
 
-TEST(PDEFormatterConversion, FillsThePlaceholderWithTheObject)
-{
+TEST(PDEFormatterConversion, FillsThePlaceholderWithTheObject) {
     const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("No. %@"), 2);
     EXPECT_EQ(name(formatter->stringForObjectValue(QStringLiteral("007"))), "No. 007");
     EXPECT_EQ(name(formatter->stringForObjectValue(12)), "No. 12");
     EXPECT_EQ(name(formatter->stringForObjectValue({})), "No. (null)");
 }
 
-TEST(PDEFormatterConversion, FillsAnIntegerFormatWithTheIntegerValueInStyles2And4)
-{
+TEST(PDEFormatterConversion, FillsAnIntegerFormatWithTheIntegerValueInStyles2And4) {
     for (const int style : {2, 4}) {
         const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("%03d mm"), style);
         EXPECT_EQ(name(formatter->stringForObjectValue(QStringLiteral(" 7 labels"))), "007 mm");
@@ -154,22 +142,19 @@ TEST(PDEFormatterConversion, FillsAnIntegerFormatWithTheIntegerValueInStyles2And
     }
 }
 
-TEST(PDEFormatterConversion, SaturatesIntegerValues)
-{
+TEST(PDEFormatterConversion, SaturatesIntegerValues) {
     const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("%d"), 2);
     EXPECT_EQ(name(formatter->stringForObjectValue(1e99)), "2147483647");
     EXPECT_EQ(name(formatter->stringForObjectValue(QStringLiteral("-99999999999"))), "-2147483648");
     EXPECT_EQ(name(formatter->stringForObjectValue(std::numeric_limits<double>::quiet_NaN())), "0");
 }
 
-TEST(PDEFormatterConversion, GivesOtherStylesTheObjectItselfWhateverTheFormat)
-{
+TEST(PDEFormatterConversion, GivesOtherStylesTheObjectItselfWhateverTheFormat) {
     const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("%s"), 6);
     EXPECT_EQ(name(formatter->stringForObjectValue(QStringLiteral("abc"))), "abc");
 }
 
-TEST(PDEFormatterConversion, ShowsTheDateAndIgnoresTheObject)
-{
+TEST(PDEFormatterConversion, ShowsTheDateAndIgnoresTheObject) {
     const QDateTime date(QDate(2024, 2, 29), QTime(9, 5));
     const auto formatter = PDEFormatter::initWithCalendarDate(
         date, QVariantMap{{QStringLiteral("LocaleName"), QStringLiteral("de_DE")}});
@@ -180,14 +165,12 @@ TEST(PDEFormatterConversion, ShowsTheDateAndIgnoresTheObject)
     EXPECT_EQ(object.toString(), QStringLiteral("29. Februar 2024"));
 }
 
-TEST(PDEFormatterConversion, FallsBackToTheFormatInTheDateStyleWithoutADate)
-{
+TEST(PDEFormatterConversion, FallsBackToTheFormatInTheDateStyleWithoutADate) {
     const auto formatter = PDEFormatter::initWithStyle(5);
     EXPECT_EQ(name(formatter->stringForObjectValue(QStringLiteral("text"))), "text");
 }
 
-TEST(PDEFormatterConversion, PassesOnAMissingFormat)
-{
+TEST(PDEFormatterConversion, PassesOnAMissingFormat) {
     const auto formatter = PDEFormatter::initWithCalendarDate(std::nullopt, std::nullopt);
     EXPECT_FALSE(formatter->stringForObjectValue(QStringLiteral("text")));
     QVariant object(7);
@@ -195,8 +178,7 @@ TEST(PDEFormatterConversion, PassesOnAMissingFormat)
     EXPECT_FALSE(object.isValid());
 }
 
-TEST(PDEFormatterConversion, AlwaysMakesATextOfATextAndNeverSetsAnError)
-{
+TEST(PDEFormatterConversion, AlwaysMakesATextOfATextAndNeverSetsAnError) {
     const auto formatter = PDEFormatter::initWithFormatString(QStringLiteral("%d"), 2);
     QVariant object;
     QString error = QStringLiteral("untouched");
@@ -206,8 +188,7 @@ TEST(PDEFormatterConversion, AlwaysMakesATextOfATextAndNeverSetsAnError)
     EXPECT_EQ(error, QStringLiteral("untouched"));
 }
 
-TEST(PDEFormatterConversion, StoresNothingWithoutATextOrAPlaceForTheValue)
-{
+TEST(PDEFormatterConversion, StoresNothingWithoutATextOrAPlaceForTheValue) {
     const auto formatter = PDEFormatter::init();
     QVariant object(7);
     EXPECT_TRUE(formatter->getObjectValue(&object, std::nullopt, nullptr));
@@ -220,8 +201,7 @@ TEST(PDEFormatterConversion, StoresNothingWithoutATextOrAPlaceForTheValue)
 class PDEFormatterVetting : public testing::Test {
 protected:
     std::unique_ptr<PDEFormatter> style(int number) { return PDEFormatter::initWithStyle(number); }
-    static std::unique_ptr<PDEFormatter> numberWithin(int low, int high, int maxLength = 0)
-    {
+    static std::unique_ptr<PDEFormatter> numberWithin(int low, int high, int maxLength = 0) {
         auto formatter = PDEFormatter::initWithStyle(2);
         formatter->setMinValue(low);
         formatter->setMaxValue(high);
@@ -234,8 +214,7 @@ protected:
 
 /// Which ASCII characters a style allows in a single insertion into an empty field, written from
 /// the characters' numbers.
-bool isAllowed(int style, int c)
-{
+bool isAllowed(int style, int c) {
     const bool digit = c >= 0x30 && c <= 0x39;
     const bool letter = (c >= 0x41 && c <= 0x5A) || (c >= 0x61 && c <= 0x7A);
     const bool codabar = digit || c == 0x24 || (c >= 0x2D && c <= 0x2F) || c == 0x2B || c == 0x3A;
@@ -263,8 +242,7 @@ bool isAllowed(int style, int c)
     }
 }
 
-TEST_F(PDEFormatterVetting, AllowsInEveryStyleExactlyItsCharacters)
-{
+TEST_F(PDEFormatterVetting, AllowsInEveryStyleExactlyItsCharacters) {
     std::vector<QString> characters;
     for (int c = 0; c <= 0xFF; ++c)
         characters.push_back(QString(QChar(c)));
@@ -283,8 +261,7 @@ TEST_F(PDEFormatterVetting, AllowsInEveryStyleExactlyItsCharacters)
     }
 }
 
-TEST_F(PDEFormatterVetting, NamesTheCharacterOnlyWhenItIsForeignToMacOSRoman)
-{
+TEST_F(PDEFormatterVetting, NamesTheCharacterOnlyWhenItIsForeignToMacOSRoman) {
     const auto formatter = style(6);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("日")));
     EXPECT_EQ(refusals.object.toString(), QStringLiteral("日"));
@@ -292,23 +269,20 @@ TEST_F(PDEFormatterVetting, NamesTheCharacterOnlyWhenItIsForeignToMacOSRoman)
     EXPECT_EQ(refusals.object.value<QObject*>(), formatter.get());
 }
 
-TEST_F(PDEFormatterVetting, NamesTheLastCharacterOfAForeignPaste)
-{
+TEST_F(PDEFormatterVetting, NamesTheLastCharacterOfAForeignPaste) {
     const auto formatter = style(6);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("a日b")));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
     EXPECT_EQ(refusals.object.toString(), QStringLiteral("b"));
 }
 
-TEST_F(PDEFormatterVetting, AcceptsAnyTextInStyle0)
-{
+TEST_F(PDEFormatterVetting, AcceptsAnyTextInStyle0) {
     const auto formatter = style(0);
     EXPECT_TRUE(append(*formatter, QString(), QString::fromUtf8("日🏷\n") + QChar(0xD800)));
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterVetting, AcceptsAtOnceWhatProposesNothing)
-{
+TEST_F(PDEFormatterVetting, AcceptsAtOnceWhatProposesNothing) {
     const auto formatter = numberWithin(5, 6);
     TextRange caret{1, 0};
     QString text = QStringLiteral("x");
@@ -319,23 +293,21 @@ TEST_F(PDEFormatterVetting, AcceptsAtOnceWhatProposesNothing)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterVetting, NeverVetsAnEditThatLeavesTheCaretAtOrBeforeTheOldSelection)
-{
+TEST_F(PDEFormatterVetting, NeverVetsAnEditThatLeavesTheCaretAtOrBeforeTheOldSelection) {
     const auto formatter = style(2);
     QString text = QStringLiteral("xyz");
     for (const std::size_t location : {0u, 1u, 2u}) {
         TextRange caret{location, 0};
-        EXPECT_TRUE(formatter->isPartialStringValid(&text, &caret, QStringLiteral("w"), {2, 0},
-                                                    nullptr));
+        EXPECT_TRUE(
+            formatter->isPartialStringValid(&text, &caret, QStringLiteral("w"), {2, 0}, nullptr));
     }
     TextRange past{3, 0};
-    EXPECT_FALSE(formatter->isPartialStringValid(&text, &past, QStringLiteral("w"), {2, 0},
-                                                 nullptr));
+    EXPECT_FALSE(
+        formatter->isPartialStringValid(&text, &past, QStringLiteral("w"), {2, 0}, nullptr));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(PDEFormatterVetting, ComparesLocationsAsUnsignedNumbersAndAcceptsRangesOutsideTheText)
-{
+TEST_F(PDEFormatterVetting, ComparesLocationsAsUnsignedNumbersAndAcceptsRangesOutsideTheText) {
     const auto formatter = style(2);
     QString text = QStringLiteral("x");
     const std::size_t notFound = std::numeric_limits<std::size_t>::max();
@@ -348,8 +320,7 @@ TEST_F(PDEFormatterVetting, ComparesLocationsAsUnsignedNumbersAndAcceptsRangesOu
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterVetting, ChangesNeitherTextNorRangeNorError)
-{
+TEST_F(PDEFormatterVetting, ChangesNeitherTextNorRangeNorError) {
     const auto formatter = style(2);
     QString text = QStringLiteral("1x");
     TextRange caret{2, 0};
@@ -361,15 +332,13 @@ TEST_F(PDEFormatterVetting, ChangesNeitherTextNorRangeNorError)
     EXPECT_EQ(error, QStringLiteral("untouched"));
 }
 
-TEST_F(PDEFormatterVetting, VetsOnlyTheInsertedPartOfTheText)
-{
+TEST_F(PDEFormatterVetting, VetsOnlyTheInsertedPartOfTheText) {
     const auto formatter = style(2);
     EXPECT_TRUE(insertInto(*formatter, QStringLiteral("ab"), {1, 0}, QStringLiteral("7")));
     EXPECT_FALSE(insertInto(*formatter, QStringLiteral("12"), {0, 2}, QStringLiteral("x")));
 }
 
-TEST_F(PDEFormatterVetting, AcceptsDeletionsThatLeaveABrokenTextInEveryStyle)
-{
+TEST_F(PDEFormatterVetting, AcceptsDeletionsThatLeaveABrokenTextInEveryStyle) {
     for (int number = 0; number < 14; ++number) {
         const auto formatter = style(number);
         formatter->setMaxLength(1);
@@ -383,8 +352,7 @@ TEST_F(PDEFormatterVetting, AcceptsDeletionsThatLeaveABrokenTextInEveryStyle)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterVetting, RefusesATextOfTooManyBytesInEveryStyle)
-{
+TEST_F(PDEFormatterVetting, RefusesATextOfTooManyBytesInEveryStyle) {
     for (int number = 0; number < 14; ++number) {
         const auto formatter = style(number);
         formatter->setMaxLength(2);
@@ -395,8 +363,7 @@ TEST_F(PDEFormatterVetting, RefusesATextOfTooManyBytesInEveryStyle)
     }
 }
 
-TEST_F(PDEFormatterVetting, CountsTheBytesOfTheWholeText)
-{
+TEST_F(PDEFormatterVetting, CountsTheBytesOfTheWholeText) {
     const auto formatter = style(0);
     formatter->setMaxLength(3);
     EXPECT_TRUE(append(*formatter, QString(), QStringLiteral("日")));
@@ -404,8 +371,7 @@ TEST_F(PDEFormatterVetting, CountsTheBytesOfTheWholeText)
     EXPECT_FALSE(insertInto(*formatter, QStringLiteral("日"), {0, 0}, QStringLiteral("a")));
 }
 
-TEST_F(PDEFormatterVetting, CountsCharactersOfATextThatCannotBeConverted)
-{
+TEST_F(PDEFormatterVetting, CountsCharactersOfATextThatCannotBeConverted) {
     const auto formatter = style(0);
     formatter->setMaxLength(2);
     const QString lone = QString(QChar(0xD800));
@@ -413,15 +379,13 @@ TEST_F(PDEFormatterVetting, CountsCharactersOfATextThatCannotBeConverted)
     EXPECT_FALSE(append(*formatter, QStringLiteral("éa"), lone)) << "three";
 }
 
-TEST_F(PDEFormatterVetting, RefusesEverythingUnderANegativeLimit)
-{
+TEST_F(PDEFormatterVetting, RefusesEverythingUnderANegativeLimit) {
     const auto formatter = style(0);
     formatter->setMaxLength(-1);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("a")));
 }
 
-TEST_F(PDEFormatterVetting, SendsTheNotificationObjectWhenItIsSet)
-{
+TEST_F(PDEFormatterVetting, SendsTheNotificationObjectWhenItIsSet) {
     QObject owner;
     const auto formatter = style(2);
     formatter->setNotificationObject(QVariant::fromValue(&owner));
@@ -429,17 +393,15 @@ TEST_F(PDEFormatterVetting, SendsTheNotificationObjectWhenItIsSet)
     EXPECT_EQ(refusals.object.value<QObject*>(), &owner);
 }
 
-TEST_F(PDEFormatterVetting, BeepsBeforeItPosts)
-{
+TEST_F(PDEFormatterVetting, BeepsBeforeItPosts) {
     EXPECT_FALSE(append(*style(2), QString(), QStringLiteral("a")));
-    EXPECT_EQ(refusals.events,
-              (QStringList{QStringLiteral("beep"), QStringLiteral("InvalidCharacterNotification")}));
+    EXPECT_EQ(refusals.events, (QStringList{QStringLiteral("beep"),
+                                            QStringLiteral("InvalidCharacterNotification")}));
 }
 
 using PDEFormatterStyle0 = PDEFormatterVetting;
 
-TEST_F(PDEFormatterStyle0, RefusesAnInvalidStringAndNamesIt)
-{
+TEST_F(PDEFormatterStyle0, RefusesAnInvalidStringAndNamesIt) {
     const auto formatter = style(0);
     formatter->addInvalidCharacter(QStringLiteral("x"));
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("x")));
@@ -448,16 +410,14 @@ TEST_F(PDEFormatterStyle0, RefusesAnInvalidStringAndNamesIt)
     EXPECT_EQ(refusals.object.toString(), QStringLiteral("x"));
 }
 
-TEST_F(PDEFormatterStyle0, AcceptsAPasteThatOnlyContainsAnInvalidString)
-{
+TEST_F(PDEFormatterStyle0, AcceptsAPasteThatOnlyContainsAnInvalidString) {
     const auto formatter = style(0);
     formatter->addInvalidCharacter(QStringLiteral("x"));
     EXPECT_TRUE(append(*formatter, QString(), QStringLiteral("xy")));
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterStyle0, NamesTheLastCharacterOfAnInvalidStringOfSeveral)
-{
+TEST_F(PDEFormatterStyle0, NamesTheLastCharacterOfAnInvalidStringOfSeveral) {
     const auto formatter = style(0);
     formatter->addInvalidCharacter(QStringLiteral("xy"));
     EXPECT_TRUE(append(*formatter, QString(), QStringLiteral("x")));
@@ -465,8 +425,7 @@ TEST_F(PDEFormatterStyle0, NamesTheLastCharacterOfAnInvalidStringOfSeveral)
     EXPECT_EQ(refusals.object.toString(), QStringLiteral("y"));
 }
 
-TEST_F(PDEFormatterStyle0, EnforcesNoRange)
-{
+TEST_F(PDEFormatterStyle0, EnforcesNoRange) {
     const auto formatter = style(0);
     formatter->setMinValue(5);
     formatter->setMaxValue(6);
@@ -475,36 +434,31 @@ TEST_F(PDEFormatterStyle0, EnforcesNoRange)
 
 using PDEFormatterStyle2 = PDEFormatterVetting;
 
-TEST_F(PDEFormatterStyle2, AcceptsADigitInAnEmptyFieldWithoutBounds)
-{
+TEST_F(PDEFormatterStyle2, AcceptsADigitInAnEmptyFieldWithoutBounds) {
     EXPECT_TRUE(append(*style(2), QString(), QStringLiteral("7")));
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterStyle2, RefusesANumberBelowItsBoundAsAFormatError)
-{
+TEST_F(PDEFormatterStyle2, RefusesANumberBelowItsBoundAsAFormatError) {
     EXPECT_FALSE(append(*numberWithin(1, 99), QString(), QStringLiteral("0")));
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(PDEFormatterStyle2, RefusesANumberAboveItsBoundAsAFormatError)
-{
+TEST_F(PDEFormatterStyle2, RefusesANumberAboveItsBoundAsAFormatError) {
     const auto formatter = numberWithin(1, 99);
     EXPECT_TRUE(append(*formatter, QStringLiteral("9"), QStringLiteral("9")));
     EXPECT_FALSE(append(*formatter, QStringLiteral("10"), QStringLiteral("0")));
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(PDEFormatterStyle2, RefusesALetterWithItselfAsObjectNotTheLetter)
-{
+TEST_F(PDEFormatterStyle2, RefusesALetterWithItselfAsObjectNotTheLetter) {
     const auto formatter = numberWithin(1, 99);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("a")));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
     EXPECT_EQ(refusals.object.value<QObject*>(), formatter.get());
 }
 
-TEST_F(PDEFormatterStyle2, EnforcesTheRangeOnlyAtFullLength)
-{
+TEST_F(PDEFormatterStyle2, EnforcesTheRangeOnlyAtFullLength) {
     const auto formatter = numberWithin(5, 20, 2);
     EXPECT_TRUE(append(*formatter, QString(), QStringLiteral("1")));
     EXPECT_TRUE(append(*formatter, QStringLiteral("1"), QStringLiteral("3")));
@@ -516,8 +470,7 @@ TEST_F(PDEFormatterStyle2, EnforcesTheRangeOnlyAtFullLength)
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(PDEFormatterStyle2, EnforcesNoBoundThatIsSwitchedOff)
-{
+TEST_F(PDEFormatterStyle2, EnforcesNoBoundThatIsSwitchedOff) {
     const auto formatter = numberWithin(5, 20);
     formatter->setValidityMaxValue(false);
     EXPECT_TRUE(append(*formatter, QStringLiteral("9"), QStringLiteral("9")));
@@ -526,14 +479,12 @@ TEST_F(PDEFormatterStyle2, EnforcesNoBoundThatIsSwitchedOff)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterStyle2, SaturatesANumberBeyond32Bits)
-{
+TEST_F(PDEFormatterStyle2, SaturatesANumberBeyond32Bits) {
     const auto formatter = numberWithin(0, std::numeric_limits<std::int32_t>::max());
     EXPECT_TRUE(append(*formatter, QString(), QStringLiteral("99999999999999999999")));
 }
 
-TEST_F(PDEFormatterStyle2, LetsTheLastRefusalNameTheNotification)
-{
+TEST_F(PDEFormatterStyle2, LetsTheLastRefusalNameTheNotification) {
     const auto formatter = numberWithin(1, 99);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral("0a")));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
@@ -541,33 +492,28 @@ TEST_F(PDEFormatterStyle2, LetsTheLastRefusalNameTheNotification)
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(PDEFormatterStyle2, RemembersARefusalThoughLaterCharactersPass)
-{
+TEST_F(PDEFormatterStyle2, RemembersARefusalThoughLaterCharactersPass) {
     EXPECT_FALSE(append(*style(2), QString(), QStringLiteral("a1")));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
 using PDEFormatterStyle4 = PDEFormatterVetting;
 
-TEST_F(PDEFormatterStyle4, RefusesSecondPointWhenTextBeforeHoldsOne)
-{
+TEST_F(PDEFormatterStyle4, RefusesSecondPointWhenTextBeforeHoldsOne) {
     EXPECT_FALSE(append(*style(4), QStringLiteral("1.5"), QStringLiteral(".")));
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(PDEFormatterStyle4, RefusesAPointOverASelectedPointToo)
-{
+TEST_F(PDEFormatterStyle4, RefusesAPointOverASelectedPointToo) {
     EXPECT_FALSE(insertInto(*style(4), QStringLiteral("1.5"), {1, 1}, QStringLiteral(".")));
 }
 
-TEST_F(PDEFormatterStyle4, AcceptsSeveralPointsPastedIntoAnEmptyField)
-{
+TEST_F(PDEFormatterStyle4, AcceptsSeveralPointsPastedIntoAnEmptyField) {
     EXPECT_TRUE(append(*style(4), QString(), QStringLiteral("1.2.3")));
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(PDEFormatterStyle4, MeasuresTheIntegerPartAgainstTheRange)
-{
+TEST_F(PDEFormatterStyle4, MeasuresTheIntegerPartAgainstTheRange) {
     const auto formatter = style(4);
     formatter->setMaxValue(1);
     EXPECT_TRUE(append(*formatter, QStringLiteral("1."), QStringLiteral("9")));
@@ -575,16 +521,14 @@ TEST_F(PDEFormatterStyle4, MeasuresTheIntegerPartAgainstTheRange)
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(PDEFormatterStyle4, ChecksTheRangeForAPointAsWell)
-{
+TEST_F(PDEFormatterStyle4, ChecksTheRangeForAPointAsWell) {
     const auto formatter = style(4);
     formatter->setMinValue(1);
     EXPECT_FALSE(append(*formatter, QString(), QStringLiteral(".")));
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(PDEFormatterVetting, EnforcesNoRangeInOtherStyles)
-{
+TEST_F(PDEFormatterVetting, EnforcesNoRangeInOtherStyles) {
     for (const int number : {1, 3, 5, 6, 7, 8, 9, 10, 11, 12}) {
         const auto formatter = style(number);
         formatter->setMinValue(5);

@@ -16,8 +16,7 @@ namespace {
 
 class PDETextField : public testing::Test {
 protected:
-    PDETextField()
-    {
+    PDETextField() {
         NotificationCentre::defaultCentre().addObserver(
             &observer, QStringLiteral("TextFieldResignFirstResponderNotification"), {},
             [this](const Notification& n) { objects.push_back(n.object.value<QObject*>()); });
@@ -34,8 +33,7 @@ protected:
     std::vector<QObject*> objects;
 };
 
-TEST_F(PDETextField, PostsOnceForOneTypedCharacterWithItselfAsObject)
-{
+TEST_F(PDETextField, PostsOnceForOneTypedCharacterWithItselfAsObject) {
     QTest::keyClicks(&field, QStringLiteral("a"));
     EXPECT_EQ(objects, std::vector<QObject*>{&field});
     QTest::keyClick(&field, Qt::Key_Backspace);
@@ -43,8 +41,7 @@ TEST_F(PDETextField, PostsOnceForOneTypedCharacterWithItselfAsObject)
     EXPECT_EQ(field.text(), QString());
 }
 
-TEST_F(PDETextField, PostsNothingWhenItIsClickedAndTabbedOutOf)
-{
+TEST_F(PDETextField, PostsNothingWhenItIsClickedAndTabbedOutOf) {
     QTest::mouseClick(&field, Qt::LeftButton);
     ASSERT_TRUE(field.hasFocus());
     QTest::keyClick(&field, Qt::Key_Tab);
@@ -53,14 +50,12 @@ TEST_F(PDETextField, PostsNothingWhenItIsClickedAndTabbedOutOf)
     EXPECT_TRUE(objects.empty());
 }
 
-TEST_F(PDETextField, PostsNothingWhenTheProgramSetsItsText)
-{
+TEST_F(PDETextField, PostsNothingWhenTheProgramSetsItsText) {
     field.setText(QStringLiteral("abc"));
     EXPECT_TRUE(objects.empty());
 }
 
-TEST_F(PDETextField, PostsForSelectTextAndLeavesTheSelectionAsItWas)
-{
+TEST_F(PDETextField, PostsForSelectTextAndLeavesTheSelectionAsItWas) {
     field.setText(QStringLiteral("abcd"));
     field.setSelection(1, 2);
     field.selectText();
@@ -71,16 +66,14 @@ TEST_F(PDETextField, PostsForSelectTextAndLeavesTheSelectionAsItWas)
     EXPECT_FALSE(field.hasSelectedText());
 }
 
-TEST_F(PDETextField, PostsWhenTheFlagIsFalseOnly)
-{
+TEST_F(PDETextField, PostsWhenTheFlagIsFalseOnly) {
     field.sendFirstResponderNotification(true);
     EXPECT_TRUE(objects.empty());
     field.sendFirstResponderNotification(false);
     EXPECT_EQ(objects.size(), 1u);
 }
 
-TEST_F(PDETextField, AnswersWhetherItCouldTakeTheFocus)
-{
+TEST_F(PDETextField, AnswersWhetherItCouldTakeTheFocus) {
     EXPECT_TRUE(field.becomeFirstResponder());
     EXPECT_TRUE(field.hasFocus());
     other.setFocus();
@@ -89,16 +82,14 @@ TEST_F(PDETextField, AnswersWhetherItCouldTakeTheFocus)
     EXPECT_TRUE(objects.empty());
 }
 
-TEST_F(PDETextField, GivesUpTheFocusWhenAnEditEnds)
-{
+TEST_F(PDETextField, GivesUpTheFocusWhenAnEditEnds) {
     field.setFocus();
     QTest::keyClick(&field, Qt::Key_Return);
     EXPECT_FALSE(field.hasFocus());
     EXPECT_TRUE(objects.empty());
 }
 
-TEST_F(PDETextField, PassesOnWhatAnObserverThrows)
-{
+TEST_F(PDETextField, PassesOnWhatAnObserverThrows) {
     NotificationCentre::defaultCentre().addObserver(
         &observer, QStringLiteral("TextFieldResignFirstResponderNotification"), {},
         [](const Notification&) { throw std::runtime_error("observer"); });
@@ -106,8 +97,7 @@ TEST_F(PDETextField, PassesOnWhatAnObserverThrows)
     EXPECT_NO_THROW(field.textDidEndEditing());
 }
 
-TEST_F(PDETextField, KeepsTextChangesFromItsDelegate)
-{
+TEST_F(PDETextField, KeepsTextChangesFromItsDelegate) {
     int told = 0;
     QObject delegate;
     setTextDelegate(&field, &delegate, [&](QLineEdit*) { ++told; });
@@ -116,8 +106,7 @@ TEST_F(PDETextField, KeepsTextChangesFromItsDelegate)
     EXPECT_EQ(objects.size(), 2u);
 }
 
-TEST_F(PDETextField, LeavesThePlainFieldsDelegateItsChanges)
-{
+TEST_F(PDETextField, LeavesThePlainFieldsDelegateItsChanges) {
     std::vector<QLineEdit*> told;
     {
         QObject delegate;

@@ -13,22 +13,20 @@ namespace labelcut::test {
 /// While one lives, beeps are silent, and beeps and refusal notifications are kept in order.
 class Refusals : public QObject {
 public:
-    Refusals()
-    {
+    Refusals() {
         mBefore = setSystemBeep([this] { events += QStringLiteral("beep"); });
         for (const char* name : {kInvalidCharacterNotification, kFormatErrorNotification}) {
-            NotificationCentre::defaultCentre().addObserver(
-                this, QLatin1String(name), {}, [this](const Notification& n) {
-                    events += n.name;
-                    object = n.object;
-                });
+            NotificationCentre::defaultCentre().addObserver(this, QLatin1String(name), {},
+                                                            [this](const Notification& n) {
+                                                                events += n.name;
+                                                                object = n.object;
+                                                            });
         }
     }
     ~Refusals() override { setSystemBeep(mBefore); }
 
     /// What one refusal of that kind leaves in events.
-    static QStringList one(const char* name)
-    {
+    static QStringList one(const char* name) {
         return {QStringLiteral("beep"), QLatin1String(name)};
     }
     static QStringList invalidCharacter() { return one(kInvalidCharacterNotification); }
@@ -45,8 +43,7 @@ private:
 
 /// Types or pastes `inserted` over `selection` of `text`, as a field would propose it.
 inline bool insertInto(Formatter& formatter, const QString& text, TextRange selection,
-                       const QString& inserted)
-{
+                       const QString& inserted) {
     QString proposed = text;
     proposed.replace(static_cast<qsizetype>(selection.location),
                      static_cast<qsizetype>(selection.length), inserted);
@@ -55,8 +52,7 @@ inline bool insertInto(Formatter& formatter, const QString& text, TextRange sele
 }
 
 /// The same at the end of the text.
-inline bool append(Formatter& formatter, const QString& text, const QString& inserted)
-{
+inline bool append(Formatter& formatter, const QString& text, const QString& inserted) {
     return insertInto(formatter, text, {static_cast<std::size_t>(text.size()), 0}, inserted);
 }
 

@@ -22,8 +22,7 @@ namespace {
 
 class VettedEdit : public testing::Test {
 protected:
-    PDEFormatter* attach(int style)
-    {
+    PDEFormatter* attach(int style) {
         auto formatter = PDEFormatter::initWithStyle(style);
         PDEFormatter* const borrowed = formatter.get();
         attachFormatter(&edit, std::move(formatter));
@@ -31,19 +30,16 @@ protected:
     }
     void type(const char* text) { QTest::keyClicks(&edit, QLatin1String(text)); }
     void press(QKeySequence::StandardKey key) { QTest::keySequence(&edit, QKeySequence(key)); }
-    void paste(const QString& text)
-    {
+    void paste(const QString& text) {
         QApplication::clipboard()->setText(text);
         press(QKeySequence::Paste);
     }
-    void commit(const QString& text, int replaceFrom = 0, int replaceLength = 0)
-    {
+    void commit(const QString& text, int replaceFrom = 0, int replaceLength = 0) {
         QInputMethodEvent event;
         event.setCommitString(text, replaceFrom, replaceLength);
         QApplication::sendEvent(&edit, &event);
     }
-    void drop(const QString& text, const QPoint& position)
-    {
+    void drop(const QString& text, const QPoint& position) {
         QMimeData data;
         data.setText(text);
         QDragEnterEvent enter(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -61,8 +57,7 @@ protected:
 
 const QStringList kNoRefusal;
 
-TEST_F(VettedEdit, LetsThroughWhatTheFormatterAllows)
-{
+TEST_F(VettedEdit, LetsThroughWhatTheFormatterAllows) {
     attach(2);
     type("42");
     EXPECT_EQ(text(), "42");
@@ -70,8 +65,7 @@ TEST_F(VettedEdit, LetsThroughWhatTheFormatterAllows)
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
-TEST_F(VettedEdit, AppliesNoRefusedKeyAndBeepsAndPostsOnceForEach)
-{
+TEST_F(VettedEdit, AppliesNoRefusedKeyAndBeepsAndPostsOnceForEach) {
     attach(2);
     type("4x");
     EXPECT_EQ(text(), "4");
@@ -84,8 +78,7 @@ TEST_F(VettedEdit, AppliesNoRefusedKeyAndBeepsAndPostsOnceForEach)
     EXPECT_EQ(text(), "42");
 }
 
-TEST_F(VettedEdit, KeepsCaretAndSelectionOfARefusedEdit)
-{
+TEST_F(VettedEdit, KeepsCaretAndSelectionOfARefusedEdit) {
     attach(2);
     type("1234");
     edit.setSelection(1, 2);
@@ -99,8 +92,7 @@ TEST_F(VettedEdit, KeepsCaretAndSelectionOfARefusedEdit)
     EXPECT_FALSE(edit.hasSelectedText());
 }
 
-TEST_F(VettedEdit, ReplacesASelectionByWhatIsAllowed)
-{
+TEST_F(VettedEdit, ReplacesASelectionByWhatIsAllowed) {
     attach(2);
     type("1234");
     edit.setSelection(1, 2);
@@ -109,8 +101,7 @@ TEST_F(VettedEdit, ReplacesASelectionByWhatIsAllowed)
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
-TEST_F(VettedEdit, VetsACharacterTypedOverItself)
-{
+TEST_F(VettedEdit, VetsACharacterTypedOverItself) {
     PDEFormatter* const formatter = attach(2);
     type("7");
     formatter->setMaxValue(5);
@@ -121,8 +112,7 @@ TEST_F(VettedEdit, VetsACharacterTypedOverItself)
     EXPECT_EQ(edit.selectedText().toStdString(), "7");
 }
 
-TEST_F(VettedEdit, EnforcesRangeAndLengthWhileTyping)
-{
+TEST_F(VettedEdit, EnforcesRangeAndLengthWhileTyping) {
     PDEFormatter* const formatter = attach(2);
     formatter->setMaxLength(2);
     formatter->setMinValue(5);
@@ -137,8 +127,7 @@ TEST_F(VettedEdit, EnforcesRangeAndLengthWhileTyping)
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(VettedEdit, VetsAPasteAsAWhole)
-{
+TEST_F(VettedEdit, VetsAPasteAsAWhole) {
     PDEFormatter* const formatter = attach(0);
     formatter->addInvalidCharacter(QStringLiteral("x"));
     paste(QStringLiteral("x"));
@@ -150,16 +139,14 @@ TEST_F(VettedEdit, VetsAPasteAsAWhole)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(VettedEdit, RefusesALongPasteWithOneBeep)
-{
+TEST_F(VettedEdit, RefusesALongPasteWithOneBeep) {
     attach(2);
     paste(QStringLiteral("no digit at all"));
     EXPECT_EQ(text(), "");
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(VettedEdit, VetsADropWhereItLands)
-{
+TEST_F(VettedEdit, VetsADropWhereItLands) {
     attach(4);
     type("1.5");
     edit.show();
@@ -172,8 +159,7 @@ TEST_F(VettedEdit, VetsADropWhereItLands)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(VettedEdit, NeverVetsCuttingAndDeleting)
-{
+TEST_F(VettedEdit, NeverVetsCuttingAndDeleting) {
     PDEFormatter* const formatter = attach(2);
     type("1234");
     formatter->setMinValue(1000);
@@ -190,8 +176,7 @@ TEST_F(VettedEdit, NeverVetsCuttingAndDeleting)
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
-TEST_F(VettedEdit, VetsWhatAnInputMethodCommits)
-{
+TEST_F(VettedEdit, VetsWhatAnInputMethodCommits) {
     attach(2);
     commit(QStringLiteral("日"));
     EXPECT_EQ(text(), "");
@@ -202,8 +187,7 @@ TEST_F(VettedEdit, VetsWhatAnInputMethodCommits)
     EXPECT_EQ(refusals.take(), kNoRefusal);
 }
 
-TEST_F(VettedEdit, DoesNotVetAPreeditBeforeItIsCommitted)
-{
+TEST_F(VettedEdit, DoesNotVetAPreeditBeforeItIsCommitted) {
     attach(2);
     QInputMethodEvent preedit(QStringLiteral("に"), {});
     QApplication::sendEvent(&edit, &preedit);
@@ -215,8 +199,7 @@ TEST_F(VettedEdit, DoesNotVetAPreeditBeforeItIsCommitted)
     EXPECT_EQ(text(), "2");
 }
 
-TEST_F(VettedEdit, VetsACommitThatReplacesTextBeforeTheCaret)
-{
+TEST_F(VettedEdit, VetsACommitThatReplacesTextBeforeTheCaret) {
     attach(2);
     type("12");
     commit(QStringLiteral("345x"), -1, 1);
@@ -228,8 +211,7 @@ TEST_F(VettedEdit, VetsACommitThatReplacesTextBeforeTheCaret)
     EXPECT_EQ(text(), "1345");
 }
 
-TEST_F(VettedEdit, VetsACommitThatReplacesASelectionByItself)
-{
+TEST_F(VettedEdit, VetsACommitThatReplacesASelectionByItself) {
     PDEFormatter* const formatter = attach(2);
     type("7");
     formatter->setMaxValue(5);
@@ -240,8 +222,7 @@ TEST_F(VettedEdit, VetsACommitThatReplacesASelectionByItself)
     EXPECT_EQ(edit.selectedText().toStdString(), "7");
 }
 
-TEST_F(VettedEdit, UndoesAndRedoesWhatIsAllowed)
-{
+TEST_F(VettedEdit, UndoesAndRedoesWhatIsAllowed) {
     attach(2);
     type("12");
     press(QKeySequence::Undo);
@@ -251,8 +232,7 @@ TEST_F(VettedEdit, UndoesAndRedoesWhatIsAllowed)
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
-TEST_F(VettedEdit, RefusesAnUndoThatBringsBackWhatMayNoLongerBeTyped)
-{
+TEST_F(VettedEdit, RefusesAnUndoThatBringsBackWhatMayNoLongerBeTyped) {
     PDEFormatter* const formatter = attach(2);
     type("12");
     edit.selectAll();
@@ -271,8 +251,7 @@ TEST_F(VettedEdit, RefusesAnUndoThatBringsBackWhatMayNoLongerBeTyped)
     EXPECT_EQ(text(), "12") << "the refused undo is still there to be tried again";
 }
 
-TEST_F(VettedEdit, RefusesARedoOfWhatMayNoLongerBeTyped)
-{
+TEST_F(VettedEdit, RefusesARedoOfWhatMayNoLongerBeTyped) {
     PDEFormatter* const formatter = attach(2);
     type("12");
     press(QKeySequence::Undo);
@@ -288,8 +267,7 @@ TEST_F(VettedEdit, RefusesARedoOfWhatMayNoLongerBeTyped)
     EXPECT_EQ(text(), "12");
 }
 
-TEST_F(VettedEdit, RefusesAPartialRedoAndStaysWhereItWas)
-{
+TEST_F(VettedEdit, RefusesAPartialRedoAndStaysWhereItWas) {
     PDEFormatter* const formatter = attach(2);
     type("12");
     QTest::keyClick(&edit, Qt::Key_Backspace);
@@ -303,8 +281,7 @@ TEST_F(VettedEdit, RefusesAPartialRedoAndStaysWhereItWas)
     EXPECT_EQ(refusals.take(), Refusals::formatError());
 }
 
-TEST_F(VettedEdit, TakesBackARefusedKeyTypedAfterAnUndo)
-{
+TEST_F(VettedEdit, TakesBackARefusedKeyTypedAfterAnUndo) {
     attach(2);
     type("12");
     edit.setCursorPosition(0);
@@ -319,8 +296,7 @@ TEST_F(VettedEdit, TakesBackARefusedKeyTypedAfterAnUndo)
     EXPECT_EQ(edited.count() + changed.count(), 0);
 }
 
-TEST_F(VettedEdit, NeverVetsWhatTheProgramSets)
-{
+TEST_F(VettedEdit, NeverVetsWhatTheProgramSets) {
     attach(2);
     edit.setText(QStringLiteral("anything"));
     EXPECT_EQ(text(), "anything");
@@ -332,8 +308,7 @@ TEST_F(VettedEdit, NeverVetsWhatTheProgramSets)
     EXPECT_EQ(text(), "anything1");
 }
 
-TEST_F(VettedEdit, AsksNothingWhenTheFieldIsEnteredAndLeft)
-{
+TEST_F(VettedEdit, AsksNothingWhenTheFieldIsEnteredAndLeft) {
     attach(2);
     edit.setText(QStringLiteral("anything"));
     QWidget window;
@@ -355,8 +330,7 @@ TEST_F(VettedEdit, AsksNothingWhenTheFieldIsEnteredAndLeft)
     field->setParent(nullptr);
 }
 
-TEST_F(VettedEdit, LetsAnObserverOfARefusalSetTheText)
-{
+TEST_F(VettedEdit, LetsAnObserverOfARefusalSetTheText) {
     attach(2);
     QObject observer;
     NotificationCentre::defaultCentre().addObserver(
@@ -369,8 +343,7 @@ TEST_F(VettedEdit, LetsAnObserverOfARefusalSetTheText)
     EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
 }
 
-TEST_F(VettedEdit, ReplacesAFormatterByAnother)
-{
+TEST_F(VettedEdit, ReplacesAFormatterByAnother) {
     attach(2);
     EXPECT_EQ(attachedFormatter(&edit), attach(6));
     type("a");
@@ -378,14 +351,12 @@ TEST_F(VettedEdit, ReplacesAFormatterByAnother)
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
-TEST_F(VettedEdit, HasNoFormatterBeforeOneIsAttached)
-{
+TEST_F(VettedEdit, HasNoFormatterBeforeOneIsAttached) {
     EXPECT_EQ(attachedFormatter(&edit), nullptr);
     EXPECT_EQ(attachedFormatter(nullptr), nullptr);
 }
 
-TEST_F(VettedEdit, ShowsAndReadsValuesThroughTheFormat)
-{
+TEST_F(VettedEdit, ShowsAndReadsValuesThroughTheFormat) {
     attachFormatter(&edit, PDEFormatter::initWithFormatString(QStringLiteral("%03d"), 2));
     setObjectValue(&edit, 7);
     EXPECT_EQ(text(), "007");
@@ -394,8 +365,7 @@ TEST_F(VettedEdit, ShowsAndReadsValuesThroughTheFormat)
     EXPECT_EQ(objectValue(&edit), QVariant(QStringLiteral("009")));
 }
 
-TEST_F(VettedEdit, ShowsAndReadsValuesAsTheyAreWithoutAFormatter)
-{
+TEST_F(VettedEdit, ShowsAndReadsValuesAsTheyAreWithoutAFormatter) {
     setObjectValue(&edit, QStringLiteral("abc"));
     EXPECT_EQ(objectValue(&edit), QVariant(QStringLiteral("abc")));
     setObjectValue(nullptr, 1);

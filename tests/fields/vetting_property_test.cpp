@@ -30,20 +30,19 @@ struct Question {
 /// Keeps what the line edit asks a formatter, and the answers.
 class Recorder : public Formatter {
 public:
-    Recorder(Formatter* inner, std::vector<Question>* log) : mInner(inner), mLog(log) {}
+    Recorder(Formatter* inner, std::vector<Question>* log)
+        : mInner(inner)
+        , mLog(log) {}
 
-    std::optional<QString> stringForObjectValue(const QVariant& object) const override
-    {
+    std::optional<QString> stringForObjectValue(const QVariant& object) const override {
         return mInner->stringForObjectValue(object);
     }
     bool getObjectValue(QVariant* object, const std::optional<QString>& string,
-                        QString* error) const override
-    {
+                        QString* error) const override {
         return mInner->getObjectValue(object, string, error);
     }
     bool isPartialStringValid(QString* proposed, TextRange* proposedRange, const QString& original,
-                              TextRange originalRange, QString* error) override
-    {
+                              TextRange originalRange, QString* error) override {
         Question question{*proposed, *proposedRange, original, originalRange};
         question.isAccepted =
             mInner->isPartialStringValid(proposed, proposedRange, original, originalRange, error);
@@ -59,8 +58,8 @@ private:
 /// A field under random edits.
 class RandomField {
 public:
-    explicit RandomField(unsigned seed) : mRandom(seed)
-    {
+    explicit RandomField(unsigned seed)
+        : mRandom(seed) {
         mStyle = below(14);
         mFormatter = configured();
         if (below(2))
@@ -72,14 +71,12 @@ public:
         attachFormatter(&mEdit, std::make_unique<Recorder>(mFormatter.get(), &mLog));
     }
 
-    std::string description() const
-    {
+    std::string description() const {
         return "style " + std::to_string(mStyle) + ", text \"" + mEdit.text().toStdString() + "\"";
     }
 
     /// One random edit, with all that must hold for it.
-    void edit()
-    {
+    void edit() {
         moveAround();
         const QString before = mEdit.text();
         const int caret = mEdit.cursorPosition();
@@ -114,8 +111,7 @@ public:
     /// With no invalid strings and settings that stay, from an empty field: whatever edits were
     /// accepted, no character of the text is one that the style refuses. Length and range are left
     /// out, since they look at the whole text, which deletions shorten.
-    void checkCharacters()
-    {
+    void checkCharacters() {
         const QString text = mEdit.text();
         const auto fresh = PDEFormatter::initWithStyle(mStyle);
         ASSERT_TRUE(test::append(*fresh, QString(), text)) << text.toStdString();
@@ -126,21 +122,16 @@ public:
     int refused = 0;
 
 private:
-    int below(int limit)
-    {
-        return static_cast<int>(mRandom() % static_cast<unsigned long>(limit));
-    }
+    int below(int limit) { return static_cast<int>(mRandom() % static_cast<unsigned long>(limit)); }
 
     std::unique_ptr<PDEFormatter> configured() { return PDEFormatter::initWithStyle(mStyle); }
 
-    TextRange selected() const
-    {
+    TextRange selected() const {
         const int start = mEdit.hasSelectedText() ? mEdit.selectionStart() : mEdit.cursorPosition();
         return {static_cast<std::size_t>(start), static_cast<std::size_t>(mEdit.selectionLength())};
     }
 
-    void moveAround()
-    {
+    void moveAround() {
         const int size = static_cast<int>(mEdit.text().size());
         switch (below(4)) {
         case 0:
@@ -159,9 +150,9 @@ private:
         }
     }
 
-    QString randomText(int most)
-    {
-        static const QString kAlphabet = QStringLiteral("0123456789019.. aBdxZ$+-:/%\"#~_*é日\u00AD");
+    QString randomText(int most) {
+        static const QString kAlphabet =
+            QStringLiteral("0123456789019.. aBdxZ$+-:/%\"#~_*é日\u00AD");
         QString text;
         for (int i = 1 + below(most); i > 0; --i)
             text += kAlphabet[below(static_cast<int>(kAlphabet.size()))];
@@ -169,8 +160,7 @@ private:
     }
 
     /// @return what was inserted over the selection; nothing for an edit of another kind.
-    std::optional<QString> apply()
-    {
+    std::optional<QString> apply() {
         switch (below(9)) {
         case 0:
         case 1:
@@ -207,8 +197,7 @@ private:
         }
     }
 
-    static void checkProposal(const Question& asked, const QString& inserted)
-    {
+    static void checkProposal(const Question& asked, const QString& inserted) {
         QString expected = asked.original;
         expected.replace(static_cast<qsizetype>(asked.originalRange.location),
                          static_cast<qsizetype>(asked.originalRange.length), inserted);
@@ -217,8 +206,7 @@ private:
                   asked.originalRange.location + static_cast<std::size_t>(inserted.size()));
     }
 
-    void checkVerdict(const Question& asked)
-    {
+    void checkVerdict(const Question& asked) {
         const QStringList heard = mRefusals.take();
         QString proposed = asked.proposed;
         TextRange range = asked.proposedRange;
@@ -237,15 +225,14 @@ private:
     QLineEdit mEdit;
 };
 
-TEST(VettingProperty, HoldsForRandomStylesBoundsLimitsAndEdits)
-{
+TEST(VettingProperty, HoldsForRandomStylesBoundsLimitsAndEdits) {
     int accepted = 0;
     int refused = 0;
     for (unsigned seed = 0; seed < 600; ++seed) {
         RandomField field(seed);
         for (int round = 0; round < 40; ++round) {
-            SCOPED_TRACE(testing::Message() << "seed " << seed << ", edit " << round << ", "
-                                            << field.description());
+            SCOPED_TRACE(testing::Message()
+                         << "seed " << seed << ", edit " << round << ", " << field.description());
             field.edit();
             field.checkCharacters();
             if (testing::Test::HasFatalFailure())

@@ -8,20 +8,17 @@ using labelcut::PDEUtils_String;
 
 namespace {
 
-TEST(StringLengthConvertedToEncoding, IsZeroForNothingAndForTheEmptyText)
-{
+TEST(StringLengthConvertedToEncoding, IsZeroForNothingAndForTheEmptyText) {
     EXPECT_EQ(PDEUtils_String::stringLengthConvertedToEncoding(std::nullopt), 0);
     EXPECT_EQ(PDEUtils_String::stringLengthConvertedToEncoding(QStringLiteral("")), 0);
 }
 
-TEST(StringLengthConvertedToEncoding, CountsBytesOfTheDefaultEncoding)
-{
+TEST(StringLengthConvertedToEncoding, CountsBytesOfTheDefaultEncoding) {
     EXPECT_EQ(PDEUtils_String::stringLengthConvertedToEncoding(QStringLiteral("abc")), 3);
     EXPECT_EQ(PDEUtils_String::stringLengthConvertedToEncoding(QStringLiteral("é日")), 5);
 }
 
-TEST(StringLengthConvertedToEncoding, TakesTheFirstEncodingOfTheListThatCanConvert)
-{
+TEST(StringLengthConvertedToEncoding, TakesTheFirstEncodingOfTheListThatCanConvert) {
     const QString lone = QStringLiteral("a") + QChar(0xD800);
     ASSERT_FALSE(labelcut::canEncode(lone, labelcut::TextEncoding::SystemDefault));
     qsizetype expected = 0;
@@ -35,8 +32,7 @@ TEST(StringLengthConvertedToEncoding, TakesTheFirstEncodingOfTheListThatCanConve
     EXPECT_GT(expected, 0) << "some encoding carries any UTF-16 unit";
 }
 
-TEST(ScanString, FindsATextAnywhereLiterallyAndWithCase)
-{
+TEST(ScanString, FindsATextAnywhereLiterallyAndWithCase) {
     EXPECT_TRUE(PDEUtils_String::scanString(QStringLiteral("KVSGUSB"), QStringLiteral("USB")));
     EXPECT_TRUE(PDEUtils_String::scanString(QStringLiteral("USB"), QStringLiteral("USB")));
     EXPECT_FALSE(PDEUtils_String::scanString(QStringLiteral("kvsgusb"), QStringLiteral("USB")));
@@ -45,35 +41,30 @@ TEST(ScanString, FindsATextAnywhereLiterallyAndWithCase)
     EXPECT_FALSE(PDEUtils_String::scanString(QStringLiteral("é"), QStringLiteral("e\u0301")));
 }
 
-TEST(ScanString, NeverFindsNothingOrTheEmptyText)
-{
+TEST(ScanString, NeverFindsNothingOrTheEmptyText) {
     EXPECT_FALSE(PDEUtils_String::scanString(QStringLiteral("a"), QStringLiteral("")));
     EXPECT_FALSE(PDEUtils_String::scanString(QStringLiteral("a"), std::nullopt));
     EXPECT_FALSE(PDEUtils_String::scanString(std::nullopt, QStringLiteral("a")));
 }
 
-TEST(DeleteString, RemovesOnlyTheFirstOccurrence)
-{
+TEST(DeleteString, RemovesOnlyTheFirstOccurrence) {
     EXPECT_EQ(PDEUtils_String::deleteString(QStringLiteral("xabyabz"), QStringLiteral("ab")),
               QStringLiteral("xyabz"));
 }
 
-TEST(DeleteString, LeavesAnEmptyTextWhenAllIsRemoved)
-{
+TEST(DeleteString, LeavesAnEmptyTextWhenAllIsRemoved) {
     const auto rest = PDEUtils_String::deleteString(QStringLiteral("ab"), QStringLiteral("ab"));
     ASSERT_TRUE(rest);
     EXPECT_TRUE(rest->isEmpty());
 }
 
-TEST(DeleteString, GivesNothingWhenTheTextDoesNotOccur)
-{
+TEST(DeleteString, GivesNothingWhenTheTextDoesNotOccur) {
     EXPECT_FALSE(PDEUtils_String::deleteString(QStringLiteral("ab"), QStringLiteral("c")));
     EXPECT_FALSE(PDEUtils_String::deleteString(QStringLiteral("ab"), QStringLiteral("")));
     EXPECT_FALSE(PDEUtils_String::deleteString(std::nullopt, QStringLiteral("c")));
 }
 
-TEST(DeleteString, LeavesTheOriginalAlone)
-{
+TEST(DeleteString, LeavesTheOriginalAlone) {
     const QString original = QStringLiteral("ab");
     PDEUtils_String::deleteString(original, QStringLiteral("a"));
     EXPECT_EQ(original, QStringLiteral("ab"));

@@ -17,8 +17,7 @@ const QString kName = QStringLiteral("Happened");
 
 class NotificationCentreTest : public testing::Test {
 protected:
-    NotificationCentre::Handler note(const std::string& who)
-    {
+    NotificationCentre::Handler note(const std::string& who) {
         return [this, who](const Notification&) { heard.push_back(who); };
     }
     static QVariant about(QObject* object) { return QVariant::fromValue(object); }
@@ -28,16 +27,14 @@ protected:
     std::vector<std::string> heard;
 };
 
-TEST_F(NotificationCentreTest, DeliversBeforePostReturnsInTheOrderOfRegistration)
-{
+TEST_F(NotificationCentreTest, DeliversBeforePostReturnsInTheOrderOfRegistration) {
     centre.addObserver(&observer, kName, {}, note("first"));
     centre.addObserver(&observer, kName, {}, note("second"));
     centre.post(kName, {});
     EXPECT_THAT(heard, ElementsAre("first", "second"));
 }
 
-TEST_F(NotificationCentreTest, TellsNameAndObject)
-{
+TEST_F(NotificationCentreTest, TellsNameAndObject) {
     QObject subject;
     Notification received;
     centre.addObserver(&observer, kName, {}, [&](const Notification& n) { received = n; });
@@ -46,16 +43,14 @@ TEST_F(NotificationCentreTest, TellsNameAndObject)
     EXPECT_EQ(received.object.value<QObject*>(), &subject);
 }
 
-TEST_F(NotificationCentreTest, ComparesNamesExactly)
-{
+TEST_F(NotificationCentreTest, ComparesNamesExactly) {
     centre.addObserver(&observer, kName, {}, note("it"));
     centre.post(QStringLiteral("happened"), {});
     centre.post(QStringLiteral("Happened "), {});
     EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(NotificationCentreTest, TellsObserversOfOneObjectNothingAboutOthers)
-{
+TEST_F(NotificationCentreTest, TellsObserversOfOneObjectNothingAboutOthers) {
     QObject mine;
     QObject other;
     centre.addObserver(&observer, kName, about(&mine), note("mine"));
@@ -67,8 +62,7 @@ TEST_F(NotificationCentreTest, TellsObserversOfOneObjectNothingAboutOthers)
     EXPECT_THAT(heard, ElementsAre("any", "any", "mine", "any"));
 }
 
-TEST_F(NotificationCentreTest, ForgetsAnObserverThatVanishes)
-{
+TEST_F(NotificationCentreTest, ForgetsAnObserverThatVanishes) {
     auto shortLived = std::make_unique<QObject>();
     centre.addObserver(shortLived.get(), kName, {}, note("gone"));
     EXPECT_EQ(centre.observerCount(), 1);
@@ -78,16 +72,14 @@ TEST_F(NotificationCentreTest, ForgetsAnObserverThatVanishes)
     EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(NotificationCentreTest, ForgetsARegistrationWhoseObjectVanishes)
-{
+TEST_F(NotificationCentreTest, ForgetsARegistrationWhoseObjectVanishes) {
     auto subject = std::make_unique<QObject>();
     centre.addObserver(&observer, kName, about(subject.get()), note("it"));
     subject.reset();
     EXPECT_EQ(centre.observerCount(), 0);
 }
 
-TEST_F(NotificationCentreTest, RemovesExactlyTheRegistrationNamed)
-{
+TEST_F(NotificationCentreTest, RemovesExactlyTheRegistrationNamed) {
     QObject subject;
     centre.addObserver(&observer, kName, {}, note("any"));
     centre.addObserver(&observer, kName, about(&subject), note("one"));
@@ -96,8 +88,7 @@ TEST_F(NotificationCentreTest, RemovesExactlyTheRegistrationNamed)
     EXPECT_THAT(heard, ElementsAre("one"));
 }
 
-TEST_F(NotificationCentreTest, DeliversAPostMadeWhilePostingBeforeTheOuterGoesOn)
-{
+TEST_F(NotificationCentreTest, DeliversAPostMadeWhilePostingBeforeTheOuterGoesOn) {
     const QString inner = QStringLiteral("Inner");
     centre.addObserver(&observer, kName, {}, [&](const Notification&) { centre.post(inner, {}); });
     centre.addObserver(&observer, kName, {}, note("outer"));
@@ -106,8 +97,7 @@ TEST_F(NotificationCentreTest, DeliversAPostMadeWhilePostingBeforeTheOuterGoesOn
     EXPECT_THAT(heard, ElementsAre("inner", "outer"));
 }
 
-TEST_F(NotificationCentreTest, TellsAnObserverRegisteredWhilePostingOnlyOfTheNextPost)
-{
+TEST_F(NotificationCentreTest, TellsAnObserverRegisteredWhilePostingOnlyOfTheNextPost) {
     centre.addObserver(&observer, kName, {}, [&](const Notification&) {
         centre.addObserver(&observer, kName, {}, note("late"));
     });
@@ -117,8 +107,7 @@ TEST_F(NotificationCentreTest, TellsAnObserverRegisteredWhilePostingOnlyOfTheNex
     EXPECT_THAT(heard, ElementsAre("late"));
 }
 
-TEST_F(NotificationCentreTest, TellsAnObserverRemovedWhilePostingNothingMore)
-{
+TEST_F(NotificationCentreTest, TellsAnObserverRemovedWhilePostingNothingMore) {
     QObject second;
     centre.addObserver(&observer, kName, {},
                        [&](const Notification&) { centre.removeObserver(&second, kName, {}); });
@@ -128,8 +117,7 @@ TEST_F(NotificationCentreTest, TellsAnObserverRemovedWhilePostingNothingMore)
     EXPECT_THAT(heard, ElementsAre("third"));
 }
 
-TEST_F(NotificationCentreTest, SurvivesAnObserverThatRemovesItself)
-{
+TEST_F(NotificationCentreTest, SurvivesAnObserverThatRemovesItself) {
     centre.addObserver(&observer, kName, {}, [this](const Notification&) {
         centre.removeObserver(&observer, kName, {});
         heard.push_back("once");
@@ -139,8 +127,7 @@ TEST_F(NotificationCentreTest, SurvivesAnObserverThatRemovesItself)
     EXPECT_THAT(heard, ElementsAre("once"));
 }
 
-TEST_F(NotificationCentreTest, SurvivesAnObserverDestroyedByAnother)
-{
+TEST_F(NotificationCentreTest, SurvivesAnObserverDestroyedByAnother) {
     auto victim = std::make_unique<QObject>();
     centre.addObserver(&observer, kName, {}, [&](const Notification&) { victim.reset(); });
     centre.addObserver(victim.get(), kName, {}, note("victim"));
@@ -149,15 +136,13 @@ TEST_F(NotificationCentreTest, SurvivesAnObserverDestroyedByAnother)
     EXPECT_THAT(heard, ElementsAre("last"));
 }
 
-TEST_F(NotificationCentreTest, PassesOnWhatAHandlerThrows)
-{
+TEST_F(NotificationCentreTest, PassesOnWhatAHandlerThrows) {
     centre.addObserver(&observer, kName, {},
                        [](const Notification&) { throw std::runtime_error("handler"); });
     EXPECT_THROW(centre.post(kName, {}), std::runtime_error);
 }
 
-TEST_F(NotificationCentreTest, HasOneDefaultCentre)
-{
+TEST_F(NotificationCentreTest, HasOneDefaultCentre) {
     EXPECT_EQ(&NotificationCentre::defaultCentre(), &NotificationCentre::defaultCentre());
 }
 

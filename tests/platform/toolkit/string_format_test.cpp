@@ -18,15 +18,13 @@ struct Label {
     QString description() const { return QStringLiteral("a label"); }
 };
 
-std::string format(const char* text, const std::vector<FormatArgument>& arguments = {})
-{
+std::string format(const char* text, const std::vector<FormatArgument>& arguments = {}) {
     return labelcut::formatArguments(QString::fromUtf8(text), arguments).toStdString();
 }
 
 /// What the C library prints; the reference for all that C defines.
 template<typename T>
-std::string c(const char* text, T value)
-{
+std::string c(const char* text, T value) {
     char buffer[2048];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -36,8 +34,7 @@ std::string c(const char* text, T value)
     return buffer;
 }
 
-TEST(StringFormat, PrintsAnObjectsDescription)
-{
+TEST(StringFormat, PrintsAnObjectsDescription) {
     const Label label;
     EXPECT_EQ(stringWithFormat("%@", label), QStringLiteral("a label"));
     EXPECT_EQ(stringWithFormat("%@", &label), QStringLiteral("a label"));
@@ -45,8 +42,7 @@ TEST(StringFormat, PrintsAnObjectsDescription)
     EXPECT_EQ(stringWithFormat("%@ %@ %@", 5, 1.5, "c"), QStringLiteral("5 1.5 c"));
 }
 
-TEST(StringFormat, PrintsNothingAsNull)
-{
+TEST(StringFormat, PrintsNothingAsNull) {
     EXPECT_EQ(stringWithFormat("%@ %s", nullptr, static_cast<const char*>(nullptr)),
               QStringLiteral("(null) (null)"));
     EXPECT_EQ(stringWithFormat("%@", std::optional<QString>()), QStringLiteral("(null)"));
@@ -56,8 +52,7 @@ TEST(StringFormat, PrintsNothingAsNull)
               QStringLiteral("(null)"));
 }
 
-TEST(StringFormat, DescribesAnObjectByClassAddressAndName)
-{
+TEST(StringFormat, DescribesAnObjectByClassAddressAndName) {
     QObject object;
     object.setObjectName(QStringLiteral("field"));
     char expected[64];
@@ -66,8 +61,7 @@ TEST(StringFormat, DescribesAnObjectByClassAddressAndName)
     EXPECT_EQ(stringWithFormat("%@", QVariant::fromValue(&object)).toStdString(), expected);
 }
 
-TEST(StringFormat, PrintsIntegersAsTheCLibraryDoes)
-{
+TEST(StringFormat, PrintsIntegersAsTheCLibraryDoes) {
     for (const char* flags : {"", "-", "+", " ", "0", "+0", "-+", "-0", "+ "}) {
         for (const char* field : {"", "1", "7", "12", ".0", ".3", "9.4", "12.7", "4.0"}) {
             for (const int value : {0, 1, -1, 42, -12345, INT_MAX, INT_MIN}) {
@@ -78,8 +72,7 @@ TEST(StringFormat, PrintsIntegersAsTheCLibraryDoes)
     }
 }
 
-TEST(StringFormat, PrintsUnsignedIntegersAsTheCLibraryDoes)
-{
+TEST(StringFormat, PrintsUnsignedIntegersAsTheCLibraryDoes) {
     for (const char* flags : {"", "-", "#", "0", "#0", "-#"}) {
         for (const char* field : {"", "7", "12", ".0", ".3", "9.4", "5.0"}) {
             for (const char* conversion : {"u", "x", "X", "o"}) {
@@ -93,8 +86,7 @@ TEST(StringFormat, PrintsUnsignedIntegersAsTheCLibraryDoes)
     }
 }
 
-TEST(StringFormat, PrintsRealNumbersAsTheCLibraryDoes)
-{
+TEST(StringFormat, PrintsRealNumbersAsTheCLibraryDoes) {
     for (const char* flags : {"", "-", "+", " ", "0", "+0", "-+"}) {
         for (const char* field : {"", "3", "14", ".0", ".2", "14.3", ".20"}) {
             for (const char* conversion : {"f", "e", "E", "g", "G"}) {
@@ -107,8 +99,7 @@ TEST(StringFormat, PrintsRealNumbersAsTheCLibraryDoes)
     }
 }
 
-TEST(StringFormat, CutsIntegersToTheLengthNamed)
-{
+TEST(StringFormat, CutsIntegersToTheLengthNamed) {
     EXPECT_EQ(format("%hhx", {-1}), "ff");
     EXPECT_EQ(format("%hhd", {300}), "44");
     EXPECT_EQ(format("%hd", {70000}), "4464");
@@ -118,14 +109,12 @@ TEST(StringFormat, CutsIntegersToTheLengthNamed)
     EXPECT_EQ(format("%llu", {ULLONG_MAX}), "18446744073709551615");
 }
 
-TEST(StringFormat, ShowsAWideIntegerWholeWithoutALength)
-{
+TEST(StringFormat, ShowsAWideIntegerWholeWithoutALength) {
     EXPECT_EQ(format("%d", {5000000000LL}), "5000000000");
     EXPECT_EQ(format("%u", {-1LL}), "18446744073709551615");
 }
 
-TEST(StringFormat, PrintsTextsCharactersAndPointers)
-{
+TEST(StringFormat, PrintsTextsCharactersAndPointers) {
     EXPECT_EQ(format("[%s] [%5s] [%-5s] [%.2s]", {"abc", "abc", "abc", "abc"}),
               "[abc] [  abc] [abc  ] [ab]");
     EXPECT_EQ(format("%c%c%C", {'a', 0x1F3F7, 0xE9}), "a🏷é");
@@ -134,8 +123,7 @@ TEST(StringFormat, PrintsTextsCharactersAndPointers)
     EXPECT_EQ(format("100%%"), "100%");
 }
 
-TEST(StringFormat, TakesWidthAndPrecisionFromArguments)
-{
+TEST(StringFormat, TakesWidthAndPrecisionFromArguments) {
     EXPECT_EQ(format("[%*d]", {5, 42}), "[   42]");
     EXPECT_EQ(format("[%*d]", {-5, 42}), "[42   ]");
     EXPECT_EQ(format("[%.*f]", {1, 2.25}), "[2.2]");
@@ -144,15 +132,13 @@ TEST(StringFormat, TakesWidthAndPrecisionFromArguments)
     EXPECT_EQ(format("[%*d]", {INT_MIN, 1}).size(), static_cast<size_t>(kMaxFieldWidth) + 2);
 }
 
-TEST(StringFormat, TakesArgumentsByPosition)
-{
+TEST(StringFormat, TakesArgumentsByPosition) {
     EXPECT_EQ(format("%2$@ %1$@", {"a", "b"}), "b a");
     EXPECT_EQ(format("%2$@ %d", {7, "b"}), "b 7");
     EXPECT_EQ(format("%3$@ %0$@", {"a", "b"}), "%3$@ %0$@");
 }
 
-TEST(StringFormat, PrintsADirectiveWithoutAnArgumentAsWritten)
-{
+TEST(StringFormat, PrintsADirectiveWithoutAnArgumentAsWritten) {
     EXPECT_EQ(format("%@"), "%@");
     EXPECT_EQ(format("%d of %d", {1}), "1 of %d");
     EXPECT_EQ(format("%-5.2f|"), "%-5.2f|");
@@ -160,8 +146,7 @@ TEST(StringFormat, PrintsADirectiveWithoutAnArgumentAsWritten)
     EXPECT_EQ(format("%*d"), "%*d");
 }
 
-TEST(StringFormat, PrintsAnUnknownDirectiveAsWrittenAndTakesNothingForIt)
-{
+TEST(StringFormat, PrintsAnUnknownDirectiveAsWrittenAndTakesNothingForIt) {
     EXPECT_EQ(format("%y %d", {1}), "%y 1");
     EXPECT_EQ(format("%n %d", {1}), "%n 1");
     EXPECT_EQ(format("%*y %d", {1, 2}), "%*y 1");
@@ -169,28 +154,24 @@ TEST(StringFormat, PrintsAnUnknownDirectiveAsWrittenAndTakesNothingForIt)
     EXPECT_EQ(format("%é", {1}), "%é");
 }
 
-TEST(StringFormat, PrintsAnUnfinishedDirectiveAsWritten)
-{
+TEST(StringFormat, PrintsAnUnfinishedDirectiveAsWritten) {
     for (const char* text : {"%", "a%", "%5", "%-", "%5.", "%.3", "%ll", "%1$", "%*", "%-+ #0'"})
         EXPECT_EQ(format(text, {1, 2}), text);
 }
 
-TEST(StringFormat, WritesNothingThroughAPointerForN)
-{
+TEST(StringFormat, WritesNothingThroughAPointerForN) {
     int untouched = 7;
     EXPECT_EQ(format("abc%n", {&untouched}), "abc%n");
     EXPECT_EQ(untouched, 7);
 }
 
-TEST(StringFormat, LimitsHugeWidthsAndPrecisions)
-{
+TEST(StringFormat, LimitsHugeWidthsAndPrecisions) {
     EXPECT_EQ(format("%99999999999999999999d", {1}).size(), static_cast<size_t>(kMaxFieldWidth));
     EXPECT_EQ(format("%.99999999999f", {0.0}).size(), static_cast<size_t>(kMaxFieldWidth) + 2);
     EXPECT_EQ(format("%2147483648$@", {1}), "%2147483648$@");
 }
 
-TEST(StringFormat, LetsNumbersBecomeEachOther)
-{
+TEST(StringFormat, LetsNumbersBecomeEachOther) {
     EXPECT_EQ(format("%d", {2.9}), "2");
     EXPECT_EQ(format("%d", {-2.9}), "-2");
     EXPECT_EQ(format("%d", {1e300}), "9223372036854775807");
@@ -200,45 +181,38 @@ TEST(StringFormat, LetsNumbersBecomeEachOther)
     EXPECT_EQ(format("%s", {3}), "3");
 }
 
-TEST(StringFormat, DescribesAnArgumentOfTheWrongKind)
-{
+TEST(StringFormat, DescribesAnArgumentOfTheWrongKind) {
     EXPECT_EQ(format("[%5d] [%x] [%f] [%c]", {"abc", "abc", "abc", "abc"}),
               "[  abc] [abc] [abc] [abc]");
     EXPECT_EQ(format("%p", {"text"}), "text");
     EXPECT_EQ(format("%d", {reinterpret_cast<const void*>(0x10)}), "0x10");
 }
 
-TEST(StringFormat, ReplacesCodesThatAreNoCharacters)
-{
+TEST(StringFormat, ReplacesCodesThatAreNoCharacters) {
     EXPECT_EQ(format("%c%c%c", {-1, 0xD800, 0x110000}), "\uFFFD\uFFFD\uFFFD");
 }
 
-TEST(StringFormat, ReplacesMalformedBytesOfCStrings)
-{
+TEST(StringFormat, ReplacesMalformedBytesOfCStrings) {
     EXPECT_EQ(format("%s", {"a\xFF"}), "a\uFFFD");
 }
 
-TEST(StringFormat, NeverCutsASurrogatePair)
-{
+TEST(StringFormat, NeverCutsASurrogatePair) {
     const QString label = QString::fromUtf8("🏷");
     EXPECT_EQ(stringWithFormat("%.1s|", label), QStringLiteral("|"));
     EXPECT_EQ(stringWithFormat("%.2s|", label), label + u'|');
 }
 
-TEST(StringFormat, KeepsLoneSurrogatesAndZerosOfTheFormat)
-{
+TEST(StringFormat, KeepsLoneSurrogatesAndZerosOfTheFormat) {
     const QString odd = QString(QChar(0xD800)) + QChar(0) + QStringLiteral("%") + QChar(0xDC00);
     EXPECT_EQ(labelcut::formatArguments(odd, {}), odd);
 }
 
-TEST(StringFormat, IgnoresArgumentsLeftOverAndQuotes)
-{
+TEST(StringFormat, IgnoresArgumentsLeftOverAndQuotes) {
     EXPECT_EQ(format("x", {1, 2, 3}), "x");
     EXPECT_EQ(format("%'d", {1234567}), "1234567");
 }
 
-TEST(StringFormat, ReadsVariants)
-{
+TEST(StringFormat, ReadsVariants) {
     EXPECT_EQ(stringWithFormat("%d", QVariant(7)), QStringLiteral("7"));
     EXPECT_EQ(stringWithFormat("%u", QVariant(-1)), QStringLiteral("4294967295"));
     EXPECT_EQ(stringWithFormat("%.1f", QVariant(0.5)), QStringLiteral("0.5"));
@@ -247,8 +221,7 @@ TEST(StringFormat, ReadsVariants)
 
 /// Random formats out of the characters that matter, random arguments: nothing crashes, throws or
 /// grows beyond its bound, and a format without a percent sign comes back unchanged.
-TEST(StringFormat, StandsUpToAnyFormat)
-{
+TEST(StringFormat, StandsUpToAnyFormat) {
     std::mt19937 random(20240229);
     const QString alphabet =
         QStringLiteral("%%%%@diouxXfFeEgGaAcCsSpn*$.0123456789-+ #'hlqLztj\nä");

@@ -11,8 +11,7 @@ struct Recorder : labelcut::SystemLogSink {
     QStringList lines;
 };
 
-TEST(SystemLog, SendsLinesToTheSinkUntilAnotherIsSet)
-{
+TEST(SystemLog, SendsLinesToTheSinkUntilAnotherIsSet) {
     Recorder first;
     Recorder second;
     labelcut::SystemLogSink* const before = labelcut::setSystemLogSink(&first);

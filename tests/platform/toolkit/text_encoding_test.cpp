@@ -15,14 +15,12 @@ namespace {
 const QString kLoneSurrogate = QString(QChar(0xD800));
 const QString kEmoji = QString::fromUtf8("\xF0\x9F\x8F\xB7"); // U+1F3F7, a label
 
-TEST(TextEncoding, TakesTheLocalesEncodingWhichIsUtf8)
-{
+TEST(TextEncoding, TakesTheLocalesEncodingWhichIsUtf8) {
     EXPECT_EQ(encodeText(QStringLiteral("é"), TextEncoding::SystemDefault), QByteArray("\xC3\xA9"));
     EXPECT_EQ(decodeText("\xC3\xA9", TextEncoding::SystemDefault), QStringLiteral("é"));
 }
 
-TEST(TextEncoding, MeasuresBytesNotCharacters)
-{
+TEST(TextEncoding, MeasuresBytesNotCharacters) {
     EXPECT_EQ(encodedLength(QStringLiteral("ab"), TextEncoding::SystemDefault), 2);
     EXPECT_EQ(encodedLength(QStringLiteral("é"), TextEncoding::SystemDefault), 2);
     EXPECT_EQ(encodedLength(QStringLiteral("日"), TextEncoding::SystemDefault), 3);
@@ -31,8 +29,7 @@ TEST(TextEncoding, MeasuresBytesNotCharacters)
     EXPECT_EQ(encodedLength(QStringLiteral("é"), TextEncoding::MacOSRoman), 1);
 }
 
-TEST(TextEncoding, GivesNothingForALoneSurrogate)
-{
+TEST(TextEncoding, GivesNothingForALoneSurrogate) {
     for (const auto encoding : {TextEncoding::Ascii, TextEncoding::Utf8, TextEncoding::MacOSRoman,
                                 TextEncoding::SystemDefault}) {
         EXPECT_FALSE(canEncode(kLoneSurrogate, encoding));
@@ -40,8 +37,7 @@ TEST(TextEncoding, GivesNothingForALoneSurrogate)
     }
 }
 
-TEST(TextEncoding, AgreesWithQtsMacOSRomanOnEveryCharacterOfTheBasicPlane)
-{
+TEST(TextEncoding, AgreesWithQtsMacOSRomanOnEveryCharacterOfTheBasicPlane) {
     int convertible = 0;
     for (int code = 0; code < 0x10000; ++code) {
         if (QChar::isSurrogate(static_cast<char32_t>(code)))
@@ -59,21 +55,18 @@ TEST(TextEncoding, AgreesWithQtsMacOSRomanOnEveryCharacterOfTheBasicPlane)
     EXPECT_GE(convertible, 256);
 }
 
-TEST(TextEncoding, EncodesAsciiOnlyBelow0x80)
-{
+TEST(TextEncoding, EncodesAsciiOnlyBelow0x80) {
     EXPECT_TRUE(canEncode(QString(QChar(0x7F)), TextEncoding::Ascii));
     EXPECT_FALSE(canEncode(QString(QChar(0x80)), TextEncoding::Ascii));
     EXPECT_TRUE(canEncode(QString(QChar(0)), TextEncoding::Ascii));
 }
 
-TEST(TextEncoding, DecodesAsciiOnlyBelow0x80)
-{
+TEST(TextEncoding, DecodesAsciiOnlyBelow0x80) {
     EXPECT_EQ(decodeText("KvHalfCut", TextEncoding::Ascii), QStringLiteral("KvHalfCut"));
     EXPECT_FALSE(decodeText("Kv\x80", TextEncoding::Ascii));
 }
 
-TEST(TextEncoding, RefusesMalformedUtf8)
-{
+TEST(TextEncoding, RefusesMalformedUtf8) {
     const QByteArray malformed[] = {
         "\x80",             // continuation alone
         "a\xC3",            // cut short
@@ -87,8 +80,7 @@ TEST(TextEncoding, RefusesMalformedUtf8)
         EXPECT_FALSE(decodeText(bytes, TextEncoding::Utf8)) << bytes.toHex().toStdString();
 }
 
-TEST(TextEncoding, DecodesEveryUtf8LengthAndKeepsZerosAndMarks)
-{
+TEST(TextEncoding, DecodesEveryUtf8LengthAndKeepsZerosAndMarks) {
     EXPECT_EQ(decodeText("\xF0\x9F\x8F\xB7", TextEncoding::Utf8), kEmoji);
     EXPECT_EQ(decodeText(QByteArray("a\0b", 3), TextEncoding::Utf8)->size(), 3);
     EXPECT_EQ(decodeText("\xEF\xBB\xBFx", TextEncoding::Utf8), QStringLiteral("\uFEFFx"));
@@ -97,14 +89,12 @@ TEST(TextEncoding, DecodesEveryUtf8LengthAndKeepsZerosAndMarks)
     EXPECT_FALSE(empty->isNull());
 }
 
-TEST(TextEncoding, DecodesNoTextFromANullCString)
-{
+TEST(TextEncoding, DecodesNoTextFromANullCString) {
     EXPECT_FALSE(decodeCString(nullptr, TextEncoding::Utf8));
     EXPECT_EQ(decodeCString("x", TextEncoding::Utf8), QStringLiteral("x"));
 }
 
-TEST(TextEncoding, ListsEncodingsOnceAndAlwaysInTheSameOrder)
-{
+TEST(TextEncoding, ListsEncodingsOnceAndAlwaysInTheSameOrder) {
     const auto& names = availableEncodings();
     EXPECT_GT(names.size(), 100u);
     EXPECT_EQ(std::set<QByteArray>(names.begin(), names.end()).size(), names.size());
@@ -112,8 +102,7 @@ TEST(TextEncoding, ListsEncodingsOnceAndAlwaysInTheSameOrder)
     EXPECT_EQ(&names, &availableEncodings());
 }
 
-TEST(TextEncoding, MeasuresByNameAndKnowsNoUnknownName)
-{
+TEST(TextEncoding, MeasuresByNameAndKnowsNoUnknownName) {
     EXPECT_EQ(encodedLengthByName(QStringLiteral("é"), "ISO-8859-1"), 1);
     EXPECT_EQ(encodedLengthByName(QStringLiteral("é"), "UTF-8"), 2);
     EXPECT_FALSE(encodedLengthByName(QStringLiteral("日"), "ISO-8859-1"));
@@ -121,43 +110,37 @@ TEST(TextEncoding, MeasuresByNameAndKnowsNoUnknownName)
     EXPECT_FALSE(encodedLengthByName(QStringLiteral("a"), ""));
 }
 
-TEST(TextEncoding, ShowsEachInconvertibleCharacterAsOneQuestionMark)
-{
+TEST(TextEncoding, ShowsEachInconvertibleCharacterAsOneQuestionMark) {
     EXPECT_EQ(encodeLossyUtf8(QStringLiteral("é")), QByteArray("\xC3\xA9"));
     EXPECT_EQ(encodeLossyUtf8(u'a' + kLoneSurrogate + u'b'), QByteArray("a?b"));
     EXPECT_EQ(encodeLossyUtf8(kLoneSurrogate + kEmoji + QChar(0xDC00)),
               QByteArray("?\xF0\x9F\x8F\xB7?"));
 }
 
-TEST(CFStringGetCString, FillsABufferThatJustFits)
-{
+TEST(CFStringGetCString, FillsABufferThatJustFits) {
     std::array<char, 4> buffer{'x', 'x', 'x', 'x'};
     ASSERT_TRUE(CFStringGetCString(QStringLiteral("abc"), buffer, TextEncoding::Utf8));
     EXPECT_STREQ(buffer.data(), "abc");
 }
 
-TEST(CFStringGetCString, LeavesTheBufferEmptyWhenTheTerminatorDoesNotFit)
-{
+TEST(CFStringGetCString, LeavesTheBufferEmptyWhenTheTerminatorDoesNotFit) {
     std::array<char, 3> buffer{'x', 'x', 'x'};
     EXPECT_FALSE(CFStringGetCString(QStringLiteral("abc"), buffer, TextEncoding::Utf8));
     EXPECT_EQ(buffer[0], '\0');
     EXPECT_EQ(buffer[1], 'x');
 }
 
-TEST(CFStringGetCString, LeavesTheBufferEmptyForATextThatCannotBeEncoded)
-{
+TEST(CFStringGetCString, LeavesTheBufferEmptyForATextThatCannotBeEncoded) {
     std::array<char, 8> buffer{'x'};
     EXPECT_FALSE(CFStringGetCString(QStringLiteral("é"), buffer, TextEncoding::Ascii));
     EXPECT_EQ(buffer[0], '\0');
 }
 
-TEST(CFStringGetCString, FailsWithoutABuffer)
-{
+TEST(CFStringGetCString, FailsWithoutABuffer) {
     EXPECT_FALSE(CFStringGetCString(QString(), {}, TextEncoding::Utf8));
 }
 
-TEST(CFStringGetCString, CountsBytesForNonAsciiTexts)
-{
+TEST(CFStringGetCString, CountsBytesForNonAsciiTexts) {
     std::array<char, 3> three{};
     EXPECT_TRUE(CFStringGetCString(QStringLiteral("é"), three, TextEncoding::Utf8));
     std::array<char, 2> two{};
