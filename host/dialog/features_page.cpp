@@ -1,0 +1,80 @@
+// The dialog: every option of the printer that no panel and no other page shows.
+#include "host/dialog/features_page.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <span>
+
+#include "host/dialog/option_editor.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr char kInstallable[] = "InstallableOptions";
+
+std::span<ppd_group_t> groupsOf(ppd_file_t* ppd) {
+    return ppd ? std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups))
+               : std::span<ppd_group_t>();
+}
+
+} // namespace
+
+FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
+    : QScrollArea(parent)
+    , mModel(model) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    auto* page = new QWidget;
+    new QVBoxLayout(page);
+    setWidget(page);
+    const QStringList elsewhere = model.panelKeywords() + QStringList{QStringLiteral("PageSize"),
+                                                                      QStringLiteral("PageRegion")};
+    for (const ppd_group_t& group : groupsOf(model.ppd()))
+        addGroup(group, elsewhere);
+    if (mEditors.empty()) {
+        auto* none = new QLabel(hostText("NoFeatures"));
+        none->setAlignment(Qt::AlignCenter);
+        page->layout()->addWidget(none);
+    }
+    static_cast<QVBoxLayout*>(page->layout())->addStretch(1);
+}
+
+void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhere) {
+    if (QLatin1String(group.name) == QLatin1String(kInstallable))
+        return;
+    auto* box = new QGroupBox(QString::fromUtf8(group.text).replace(u'&', QStringLiteral("&&")));
+    auto* form = new QFormLayout(box);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    for (const ppd_option_t& option :
+         std::span(group.options, static_cast<std::size_t>(group.num_options))) {
+        const QString keyword = QString::fromUtf8(option.keyword);
+        if (elsewhere.contains(keyword) || option.num_choices == 0)
+            continue;
+        auto* editor = new OptionEditor(mModel, keyword);
+        auto* label = new QLabel(QString::fromUtf8(option.text));
+        label->setTextFormat(Qt::PlainText);
+        label->setBuddy(editor->choices());
+        form->addRow(label, editor);
+        mEditors.push_back(editor);
+    }
+    if (form->rowCount() == 0)
+        delete box;
+    else
+        widget()->layout()->addWidget(box);
+    for (const ppd_group_t& subgroup :
+         std::span(group.subgroups, static_cast<std::size_t>(group.num_subgroups)))
+        addGroup(subgroup, elsewhere);
+}
+
+void FeaturesPage::refresh() {
+    for (OptionEditor* editor : mEditors)
+        editor->refresh();
+}
+
+} // namespace labelcut

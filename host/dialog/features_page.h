@@ -1,0 +1,31 @@
+// The dialog: every option of the printer that no panel and no other page shows.
+#pragma once
+
+#include <QScrollArea>
+
+#include <vector>
+
+#include "host/dialog/job_model.h"
+
+namespace labelcut {
+
+class OptionEditor;
+
+/// The PPD's options in its groups, in its language. Installable options are the printer's
+/// equipment and no choice of a job; they are not shown.
+class FeaturesPage : public QScrollArea {
+    Q_OBJECT
+public:
+    explicit FeaturesPage(JobModel& model, QWidget* parent = nullptr);
+
+    void refresh();
+    bool isEmpty() const { return mEditors.empty(); }
+
+private:
+    void addGroup(const ppd_group_t& group, const QStringList& elsewhere);
+
+    JobModel& mModel;
+    std::vector<OptionEditor*> mEditors;
+};
+
+} // namespace labelcut

@@ -1,0 +1,127 @@
+// The dialog without its widgets: what is chosen, told as a summary, a sentence, and commands.
+#include <QRegularExpression>
+
+#include "host/dialog/job_model.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr char kPageSize[] = "PageSize";
+
+/// A word as a POSIX shell reads it back unchanged.
+QString shellWord(const QString& word) {
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_@%+=:,./-]+$"));
+    if (plain.match(word).hasMatch())
+        return word;
+    QString quoted = word;
+    quoted.replace(u'\'', QStringLiteral("'\\''"));
+    return u'\'' + quoted + u'\'';
+}
+
+QString commandLine(const QStringList& words) {
+    QStringList quoted;
+    for (const QString& word : words)
+        quoted.append(shellWord(word));
+    return quoted.join(u' ');
+}
+
+} // namespace
+
+std::vector<JobModel::SummaryEntry> JobModel::summary() const {
+    std::vector<SummaryEntry> entries;
+    for (const PanelSet::Entry& entry : panels()) {
+        const std::optional<QVariantMap> info = entry.panel->summaryInfo();
+        if (!info)
+            continue;
+        const QString panel = entry.panel->panelName();
+        for (const QString& title : info->value(QLatin1String(kSummaryDisplayOrder)).toStringList())
+            entries.push_back({panel, title, info->value(title).toString()});
+    }
+    return entries;
+}
+
+/// What a summary's entry adds to the sentence: its title for yes, nothing for no, both otherwise.
+QString JobModel::entryForSentence(const SummaryEntry& entry) const {
+    for (const PanelSet::Entry& panel : panels()) {
+        if (panel.panel->panelName() != entry.panel)
+            continue;
+        if (entry.value == panel.bundle->localizedStringForKey(QStringLiteral("RS_STitle_Yes")))
+            return entry.title;
+        if (entry.value == panel.bundle->localizedStringForKey(QStringLiteral("RS_STitle_No")))
+            return {};
+    }
+    return entry.title + u' ' + entry.value;
+}
+
+QString JobModel::sentence() const {
+    if (!hasPrinter())
+        return {};
+    const int labels = labelCount();
+    QStringList parts;
+    const QString paper =
+        titleOf(QLatin1String(kPageSize), choice(QLatin1String(kPageSize)).value_or(QString()));
+    const QString amount =
+        labels > 0 ? hostText("OneLabel", "ManyLabels", labels) : hostText("SomeLabels");
+    parts.append(paper.isEmpty() ? amount : hostText("LabelsOnPaper").arg(amount, paper));
+    for (const SummaryEntry& entry : summary()) {
+        const QString part = entryForSentence(entry);
+        if (!part.isEmpty())
+            parts.append(part);
+    }
+    if (parts.size() == 1 && !panelKeywords().isEmpty())
+        parts.append(hostText("NoCutOptions"));
+    return parts.join(hostText("SentenceSeparator"));
+}
+
+std::vector<OptionChoice> JobModel::jobChoices() const {
+    std::vector<OptionChoice> choices;
+    QStringList keys{QLatin1String(kPageSize)};
+    keys += panelKeywords();
+    for (const QString& key : changedMarks().keys()) {
+        if (!keys.contains(key))
+            keys.append(key);
+    }
+    for (const QString& key : keys) {
+        if (const std::optional<QString> marked = choice(key))
+            choices.push_back({key, *marked});
+    }
+    return choices;
+}
+
+QString JobModel::labelcutCommand() const {
+    QStringList words{QStringLiteral("labelcut"), QStringLiteral("print")};
+    words += mPrinter.isQueue() ? QStringList{QStringLiteral("--printer"), mPrinter.queue}
+                                : QStringList{QStringLiteral("--ppd"), mPrinter.ppdPath};
+    for (const OptionChoice& option : jobChoices()) {
+        if (option.key == QLatin1String(kPageSize))
+            words += {QStringLiteral("--page-size"), option.choice};
+        else
+            words += {QStringLiteral("--set"), option.key + u'=' + option.choice};
+    }
+    if (mCopies != 1)
+        words += {QStringLiteral("--copies"), QString::number(mCopies)};
+    if (!mPages.isEverything())
+        words += {QStringLiteral("--pages"), toString(mPages)};
+    if (!mPrinter.isQueue())
+        words += {QStringLiteral("-o"), QStringLiteral("labels.ps")};
+    words += QStringLiteral("--");
+    return commandLine(words + mFiles);
+}
+
+QString JobModel::lpCommand() const {
+    if (!mPrinter.isQueue())
+        return {};
+    QStringList words{QStringLiteral("lp"), QStringLiteral("-d"), mPrinter.queue};
+    if (mCopies != 1)
+        words += {QStringLiteral("-n"), QString::number(mCopies)};
+    if (!mPages.isEverything())
+        words += {QStringLiteral("-P"), toString(mPages)};
+    for (const OptionChoice& option : jobChoices())
+        words += {QStringLiteral("-o"), option.key + u'=' + option.choice};
+    words += QStringLiteral("--");
+    return commandLine(words + mFiles);
+}
+
+} // namespace labelcut

@@ -1,0 +1,357 @@
+// The dialog without its widgets: one printer, one document, and what is chosen for the job.
+#include "host/dialog/job_model.h"
+
+#include <QFileInfo>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr char kPageSize[] = "PageSize";
+constexpr char kPageRegion[] = "PageRegion";
+/// More than anybody takes back; the oldest steps are forgotten.
+constexpr std::size_t kUndoSteps = 100;
+
+template<typename Visit>
+void forEachOption(std::span<ppd_group_t> groups, Visit visit) {
+    for (ppd_group_t& group : groups) {
+        for (ppd_option_t& option :
+             std::span(group.options, static_cast<std::size_t>(group.num_options)))
+            visit(option);
+        forEachOption(std::span(group.subgroups, static_cast<std::size_t>(group.num_subgroups)),
+                      visit);
+    }
+}
+
+template<typename Visit>
+void forEachOption(ppd_file_t* ppd, Visit visit) {
+    if (ppd)
+        forEachOption(std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups)), visit);
+}
+
+Marks marksOf(const PanelHost& host) {
+    Marks marks;
+    forEachOption(host.ppd(), [&](const ppd_option_t& option) {
+        const QString key = QString::fromUtf8(option.keyword);
+        if (key == QLatin1String(kPageRegion))
+            return;
+        if (const std::optional<QString> choice = host.marked(key))
+            marks.insert(key, *choice);
+    });
+    return marks;
+}
+
+} // namespace
+
+JobModel::JobModel(const PluginSearch& plugins, const PDESystem& system, QObject* parent)
+    : QObject(parent)
+    , mPlugins(plugins)
+    , mSystem(system) {}
+
+JobModel::~JobModel() = default;
+
+ppd_file_t* JobModel::ppd() const {
+    return mHost ? mHost->ppd() : nullptr;
+}
+
+void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& ppdFile,
+                           const Marks& wanted) {
+    mPanels.reset();
+    mHost.reset();
+    mUndo.clear();
+    mLatest.reset();
+    mPrinter = printer;
+    mPpdFile = ppdFile;
+
+    PanelHostSetup setup;
+    setup.ppd = std::move(ppd);
+    setup.deviceURI = printer.deviceUri;
+    mHost = std::make_unique<PanelHost>(std::move(setup));
+    ppd::markDefaults(mHost->ppd());
+    mDefaults = marksOf(*mHost);
+    QStringList lacking;
+    applyMarks(wanted, lacking);
+    followPaper();
+
+    {
+        const QScopedValueRollback guard(mWriting, true);
+        mPanels = std::make_unique<PanelSet>(*mHost, mPlugins.loaded, mSystem);
+    }
+    mRefused = mPlugins.refused;
+    mRefused.insert(mRefused.end(), mPanels->refused().begin(), mPanels->refused().end());
+    // A panel has written: other panels that hold the same keyword reread it, and everything that
+    // shows choices does.
+    mHost->onChange([this](const OptionChoice& change) {
+        if (mWriting)
+            return;
+        mLatest = ppd::Setting{change.key, change.choice};
+        QMetaObject::invokeMethod(this, &JobModel::panelWasUsed, Qt::QueuedConnection);
+    });
+    Q_EMIT printerOpened();
+    for (const QString& sentence : lacking)
+        Q_EMIT told(sentence);
+    settle();
+    Q_EMIT changed();
+}
+
+const std::vector<PanelSet::Entry>& JobModel::panels() const {
+    static const std::vector<PanelSet::Entry> none;
+    return mPanels ? mPanels->entries() : none;
+}
+
+QWidget* JobModel::showPanel(const PanelSet::Entry& entry) {
+    const QScopedValueRollback guard(mWriting, true);
+    const Marks wanted = marks();
+    QWidget* view = entry.panel->panelView();
+    // The first showing writes the PPD's defaults; what is wanted is marked again and reread.
+    entry.panel->willShow();
+    QStringList lacking;
+    applyMarks(wanted, lacking);
+    entry.panel->restoreValuesAndReturnError(nullptr);
+    entry.panel->saveValuesAndReturnError(nullptr);
+    for (const QString& sentence : lostFrom(wanted))
+        Q_EMIT told(sentence);
+    settle();
+    Q_EMIT changed();
+    return view;
+}
+
+void JobModel::panelWasUsed() {
+    if (!mPanels || mWriting)
+        return;
+    save();
+    if (marks() != mSettled)
+        rememberForUndo();
+    settle();
+    Q_EMIT changed();
+}
+
+void JobModel::save() {
+    if (!mPanels)
+        return;
+    const QScopedValueRollback guard(mWriting, true);
+    mPanels->save();
+}
+
+bool JobModel::shouldPrint() {
+    save();
+    const QScopedValueRollback guard(mWriting, true);
+    return mPanels && mPanels->shouldPrint();
+}
+
+QStringList JobModel::panelKeywords() const {
+    return mPanels ? mPanels->keywords() : QStringList();
+}
+
+std::optional<QString> JobModel::choice(const QString& key) const {
+    return mHost ? mHost->marked(key) : std::nullopt;
+}
+
+std::optional<QString> JobModel::defaultChoice(const QString& key) const {
+    const auto found = mDefaults.constFind(key);
+    return found == mDefaults.cend() ? std::nullopt : std::optional(*found);
+}
+
+Marks JobModel::marks() const {
+    return mHost ? marksOf(*mHost) : Marks();
+}
+
+Marks JobModel::changedMarks() const {
+    Marks different = marks();
+    different.removeIf([this](const Marks::iterator& mark) {
+        return mDefaults.value(mark.key()) == mark.value();
+    });
+    return different;
+}
+
+void JobModel::applyMarks(const Marks& wanted, QStringList& lacking) {
+    for (auto mark = wanted.cbegin(); mark != wanted.cend(); ++mark) {
+        if (mHost->marked(mark.key()) != mark.value() && !mHost->mark(mark.key(), mark.value()))
+            lacking.append(hostText("LackingChoice").arg(mark.key(), mark.value()));
+    }
+}
+
+/// What of `wanted` is marked otherwise now, as sentences.
+QStringList JobModel::lostFrom(const Marks& wanted) const {
+    QStringList sentences;
+    const QStringList claimed = panelKeywords();
+    for (auto mark = wanted.cbegin(); mark != wanted.cend(); ++mark) {
+        const std::optional<QString> now = mHost->marked(mark.key());
+        if (!claimed.contains(mark.key()) || !now || *now == mark.value())
+            continue;
+        sentences.append(hostText("PanelKeptOtherwise")
+                             .arg(titleOf(mark.key()), titleOf(mark.key(), *now),
+                                  titleOf(mark.key(), mark.value())));
+    }
+    return sentences;
+}
+
+void JobModel::restorePanelsFor(const QStringList& keys) {
+    for (const PanelSet::Entry& entry : panels()) {
+        const bool concerned =
+            std::ranges::any_of(keys, [&](const QString& key) { return entry.keys.contains(key); });
+        if (concerned)
+            entry.panel->restoreValuesAndReturnError(nullptr);
+    }
+}
+
+void JobModel::rememberForUndo() {
+    if (mUndo.size() == kUndoSteps)
+        mUndo.erase(mUndo.begin());
+    mUndo.push_back(marks());
+}
+
+bool JobModel::choose(const QString& key, const QString& choice) {
+    if (!mHost || this->choice(key) == choice)
+        return mHost != nullptr;
+    if (!mHost->mark(key, choice))
+        return false;
+    rememberForUndo();
+    mLatest = ppd::Setting{key, choice};
+    {
+        const QScopedValueRollback guard(mWriting, true);
+        mHost->changeFromOutside(key, choice);
+        if (key == QLatin1String(kPageSize))
+            followPaper();
+        restorePanelsFor({key});
+    }
+    save();
+    settle();
+    Q_EMIT changed();
+    return true;
+}
+
+QStringList JobModel::chooseAll(const Marks& wanted) {
+    if (!mHost)
+        return {};
+    rememberForUndo();
+    const Marks before = marks();
+    QStringList sentences;
+    {
+        const QScopedValueRollback guard(mWriting, true);
+        applyMarks(wanted, sentences);
+        followPaper();
+        QStringList touched;
+        for (auto mark = wanted.cbegin(); mark != wanted.cend(); ++mark) {
+            if (before.value(mark.key()) != choice(mark.key()).value_or(QString()))
+                touched.append(mark.key());
+        }
+        restorePanelsFor(touched);
+    }
+    save();
+    sentences += lostFrom(wanted);
+    settle();
+    Q_EMIT changed();
+    return sentences;
+}
+
+void JobModel::undo() {
+    if (mUndo.empty())
+        return;
+    const Marks before = mUndo.back();
+    mUndo.pop_back();
+    mLatest.reset();
+    const QStringList sentences = chooseAll(before);
+    mUndo.pop_back();
+    for (const QString& sentence : sentences)
+        Q_EMIT told(sentence);
+    Q_EMIT changed();
+}
+
+void JobModel::resetToDefaults() {
+    for (const QString& sentence : chooseAll(mDefaults))
+        Q_EMIT told(sentence);
+}
+
+void JobModel::followPaper() {
+    std::optional<HostPaper> paper = HostPaper::fromMarkedPageSize(ppd());
+    QString name;
+    if (paper)
+        paper->ppdPaperName(&name);
+    mHost->settings().setTicketPaperName(name.isNull() ? std::nullopt : std::optional(name));
+    mHost->pageFormat().setPaper(std::move(paper));
+}
+
+std::vector<Conflict> JobModel::conflicts() const {
+    return findConflicts(ppd());
+}
+
+std::optional<std::vector<ppd::Setting>> JobModel::proposedFix() const {
+    const std::vector<Conflict> found = conflicts();
+    if (found.empty())
+        return std::nullopt;
+    // The latest choice stands where it takes part, otherwise the first of the conflict does.
+    const Conflict& conflict = found.front();
+    const bool latestTakesPart = mLatest && std::ranges::find(conflict, *mLatest) != conflict.end();
+    return proposeResolution(ppd(), latestTakesPart ? *mLatest : conflict.front());
+}
+
+void JobModel::applyFix() {
+    const auto fix = proposedFix();
+    if (!fix)
+        return;
+    Marks wanted;
+    for (const ppd::Setting& setting : *fix)
+        wanted.insert(setting.keyword, setting.choice);
+    for (const QString& sentence : chooseAll(wanted))
+        Q_EMIT told(sentence);
+}
+
+void JobModel::setFiles(const QStringList& files) {
+    mFiles = files;
+    mPageCount = 0;
+    Q_EMIT changed();
+}
+
+void JobModel::setPageCount(int pages) {
+    mPageCount = pages;
+    Q_EMIT changed();
+}
+
+void JobModel::setCopies(int copies) {
+    if (copies == mCopies)
+        return;
+    mCopies = copies;
+    Q_EMIT changed();
+}
+
+void JobModel::setPages(const PageRange& pages) {
+    if (pages == mPages)
+        return;
+    mPages = pages;
+    Q_EMIT changed();
+}
+
+int JobModel::labelCount() const {
+    const int last = std::min(mPages.last, mPageCount);
+    return std::max(0, last - mPages.first + 1) * mCopies;
+}
+
+QString JobModel::title() const {
+    if (mFiles.isEmpty())
+        return hostText("Untitled");
+    const QString first = QFileInfo(mFiles.front()).fileName();
+    if (mFiles.size() == 1)
+        return first;
+    return hostText("TitleAndMore").arg(first, QString::number(mFiles.size() - 1));
+}
+
+QString JobModel::titleOf(const QString& key) const {
+    const ppd_option_t* option = ppd::findOption(ppd(), key.toUtf8().constData());
+    return option ? QString::fromUtf8(option->text) : key;
+}
+
+QString JobModel::titleOf(const QString& key, const QString& choice) const {
+    ppd_option_t* option = ppd::findOption(ppd(), key.toUtf8().constData());
+    const ppd_choice_t* found = ppd::findChoice(option, choice.toUtf8().constData());
+    return found ? QString::fromUtf8(found->text) : choice;
+}
+
+} // namespace labelcut

@@ -1,0 +1,172 @@
+// The dialog without its widgets: one printer, one document, and what is chosen for the job.
+//
+// The marks in the PPD are the one truth. Panels, pages, summary, command line and job read them
+// and write them through here, so that all of them agree whenever the user can look.
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "host/core/panel_host.h"
+#include "host/job/constraints.h"
+#include "host/job/paper.h"
+
+class QWidget;
+
+namespace labelcut {
+
+/// A printer that can be chosen: a queue of the print service, or a PPD given by hand.
+struct PrinterChoice {
+    /// Name of the queue; empty for a PPD given by hand.
+    QString queue;
+    /// Path of the PPD given by hand.
+    QString ppdPath;
+    /// For people.
+    QString title;
+    std::optional<QString> deviceUri;
+
+    bool isQueue() const { return !queue.isEmpty(); }
+    bool operator==(const PrinterChoice&) const = default;
+};
+
+/// PPD main keywords and the choices marked for them.
+using Marks = QMap<QString, QString>;
+
+class JobModel : public QObject {
+    Q_OBJECT
+public:
+    /// @param plugins  borrowed. @param system  borrowed; both outlive the model.
+    JobModel(const PluginSearch& plugins, const PDESystem& system, QObject* parent = nullptr);
+    ~JobModel() override;
+
+    /// Starts anew with a printer: the PPD's defaults, then `wanted`, then new panels.
+    /// @param ppd     opened; never null. The file it came from is kept in `ppdFile`.
+    /// @param wanted  choices beyond the defaults; those that the PPD lacks are told.
+    void openPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& ppdFile,
+                     const Marks& wanted);
+    bool hasPrinter() const { return mHost != nullptr; }
+    const PrinterChoice& printer() const { return mPrinter; }
+    /// Where the opened PPD can be read again, for work that is done beside the window.
+    const QString& ppdFile() const { return mPpdFile; }
+    /// Null without a printer.
+    ppd_file_t* ppd() const;
+
+    /// @name Panels
+    /// @{
+    const std::vector<PanelSet::Entry>& panels() const;
+    const std::vector<RefusedPlugin>& refused() const { return mRefused; }
+    /// Loads a panel's view and shows it for the first time. The marks are afterwards what they
+    /// were before, but for what the panel cannot show; that is told. @return null: no view.
+    QWidget* showPanel(const PanelSet::Entry& panel);
+    /// The user has acted in a panel: its state is written.
+    void panelWasUsed();
+    /// Keywords that panels claim, which the PPD offers.
+    QStringList panelKeywords() const;
+    /// @}
+
+    /// @name Choices
+    /// @{
+    std::optional<QString> choice(const QString& key) const;
+    std::optional<QString> defaultChoice(const QString& key) const;
+    Marks marks() const;
+    /// The marks that differ from the PPD's defaults.
+    Marks changedMarks() const;
+    /// The user's choice outside the panels. Can be undone. @return false: the PPD lacks it.
+    bool choose(const QString& key, const QString& choice);
+    /// Several at once, as one step: a preset, a fix.
+    /// @return what the PPD lacks or a panel would not keep, as sentences.
+    QStringList chooseAll(const Marks& wanted);
+    bool canUndo() const { return !mUndo.empty(); }
+    void undo();
+    void resetToDefaults();
+    /// @}
+
+    /// @name Conflicts
+    /// @{
+    std::vector<Conflict> conflicts() const;
+    /// A way out that leaves the user's latest choice alone; nothing when there is none.
+    std::optional<std::vector<ppd::Setting>> proposedFix() const;
+    void applyFix();
+    /// @}
+
+    /// @name The document and how much of it is printed
+    /// @{
+    void setFiles(const QStringList& files);
+    const QStringList& files() const { return mFiles; }
+    /// How many pages the document has; 0 while that is not known.
+    void setPageCount(int pages);
+    int pageCount() const { return mPageCount; }
+    void setCopies(int copies);
+    int copies() const { return mCopies; }
+    void setPages(const PageRange& pages);
+    const PageRange& pages() const { return mPages; }
+    /// Labels that come out; 0 while the document's pages are not known.
+    int labelCount() const;
+    QString title() const;
+    /// @}
+
+    /// What is chosen in the panels, title and value, in the order that each panel wants.
+    struct SummaryEntry {
+        QString panel;
+        QString title;
+        QString value;
+    };
+    std::vector<SummaryEntry> summary() const;
+    /// What will happen, in one sentence.
+    QString sentence() const;
+    /// The choices that a job carries: page size, every keyword of the panels, and whatever else
+    /// differs from the PPD's default.
+    std::vector<OptionChoice> jobChoices() const;
+    /// The same job as commands for a shell.
+    QString labelcutCommand() const;
+    QString lpCommand() const;
+
+    /// Writes the panels' state; asked before anything is read for a job.
+    void save();
+    /// Whether every panel lets the job be printed.
+    bool shouldPrint();
+
+Q_SIGNALS:
+    void printerOpened();
+    /// Any choice, or the document, is not what it was.
+    void changed();
+    /// A sentence for the user about something that could not be done as wanted.
+    void told(const QString& sentence);
+
+private:
+    void applyMarks(const Marks& wanted, QStringList& lacking);
+    void restorePanelsFor(const QStringList& keys);
+    QStringList lostFrom(const Marks& wanted) const;
+    void followPaper();
+    /// The marks as they stand now are what undo goes back to after the next change.
+    void settle();
+    void rememberForUndo();
+    QString titleOf(const QString& key) const;
+    QString titleOf(const QString& key, const QString& choice) const;
+    QString entryForSentence(const SummaryEntry& entry) const;
+
+    const PluginSearch& mPlugins;
+    const PDESystem& mSystem;
+    PrinterChoice mPrinter;
+    QString mPpdFile;
+    std::unique_ptr<PanelHost> mHost;
+    std::unique_ptr<PanelSet> mPanels;
+    std::vector<RefusedPlugin> mRefused;
+    Marks mDefaults;
+    std::vector<Marks> mUndo;
+    Marks mSettled;
+    std::optional<ppd::Setting> mLatest;
+    QStringList mFiles;
+    int mPageCount = 0;
+    int mCopies = 1;
+    PageRange mPages;
+    /// While the model itself makes panels write, what they write is no act of the user.
+    bool mWriting = false;
+};
+
+} // namespace labelcut

@@ -1,0 +1,229 @@
+// The dialog: one PPD option as a field, with its custom values and the way back to the default.
+#include "host/dialog/option_editor.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QStyle>
+#include <QToolButton>
+
+#include <cmath>
+#include <span>
+
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+using Parameter = ppd::CustomParameter;
+
+constexpr char kCustom[] = "Custom";
+constexpr double kPointsPerInch = 72.0;
+constexpr double kMillimetresPerInch = 25.4;
+
+bool usesMillimetres() {
+    return QLocale().measurementSystem() == QLocale::MetricSystem;
+}
+
+QString unit() {
+    return usesMillimetres() ? QStringLiteral("mm") : QStringLiteral("in");
+}
+
+double unitsPerPoint() {
+    return (usesMillimetres() ? kMillimetresPerInch : 1.0) / kPointsPerInch;
+}
+
+/// What the user sees of a parameter's raw value, and back.
+QString forUser(const Parameter& parameter, const QString& raw) {
+    return parameter.type == Parameter::Type::Points ? lengthForUser(raw.toDouble()) : raw;
+}
+
+std::optional<QString> rawFromUser(const Parameter& parameter, const QString& text) {
+    const auto within = [&](double value) {
+        return parameter.minimum <= value && value <= parameter.maximum;
+    };
+    switch (parameter.type) {
+    case Parameter::Type::Points: {
+        const std::optional<double> points = pointsFromUser(text);
+        return points && within(*points) ? std::optional(QString::number(*points)) : std::nullopt;
+    }
+    case Parameter::Type::Integer: {
+        bool ok = false;
+        const int value = text.trimmed().toInt(&ok);
+        return ok && within(value) ? std::optional(QString::number(value)) : std::nullopt;
+    }
+    case Parameter::Type::Real: {
+        bool ok = false;
+        const double value = QLocale().toDouble(text.trimmed(), &ok);
+        return ok && within(value) ? std::optional(QString::number(value)) : std::nullopt;
+    }
+    default:
+        return within(static_cast<double>(text.size())) ? std::optional(text) : std::nullopt;
+    }
+}
+
+QString boundsText(const Parameter& parameter) {
+    if (parameter.type == Parameter::Type::Points)
+        return hostText("FromTo").arg(lengthForUser(parameter.minimum),
+                                      lengthForUser(parameter.maximum));
+    const QLocale locale;
+    return hostText("FromTo").arg(locale.toString(parameter.minimum),
+                                  locale.toString(parameter.maximum));
+}
+
+} // namespace
+
+QString lengthForUser(double points) {
+    const double value = points * unitsPerPoint();
+    const int decimals = usesMillimetres() ? 1 : 2;
+    const double factor = std::pow(10.0, decimals);
+    const double rounded = std::round(value * factor) / factor;
+    return QLocale().toString(rounded) + u' ' + unit();
+}
+
+std::optional<double> pointsFromUser(const QString& text) {
+    static const QRegularExpression length(
+        QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"));
+    const QRegularExpressionMatch match = length.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    bool ok = false;
+    double value = QLocale().toDouble(match.captured(1), &ok);
+    if (!ok)
+        value = QLocale::c().toDouble(match.captured(1), &ok);
+    if (!ok)
+        return std::nullopt;
+    const QString given = match.captured(2).isEmpty() ? unit() : match.captured(2);
+    if (given == QLatin1String("pt"))
+        return value;
+    if (given == QLatin1String("in"))
+        return value * kPointsPerInch;
+    const double millimetres = given == QLatin1String("cm") ? value * 10 : value;
+    return millimetres / kMillimetresPerInch * kPointsPerInch;
+}
+
+OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* parent)
+    : QWidget(parent)
+    , mModel(model)
+    , mKeyword(keyword)
+    , mChoices(new QComboBox)
+    , mReset(new QToolButton) {
+    const QByteArray key = keyword.toUtf8();
+    const ppd_option_t* option = ppd::findOption(model.ppd(), key.constData());
+    const QString title = QString::fromUtf8(option->text);
+    for (const ppd_choice_t& choice :
+         std::span(option->choices, static_cast<std::size_t>(option->num_choices))) {
+        const QString name = QString::fromUtf8(choice.choice);
+        mChoices->addItem(QString::fromUtf8(choice.text), name);
+    }
+    mChoices->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    mChoices->setAccessibleName(title);
+    mChoices->setObjectName(QStringLiteral("choices-") + keyword);
+    connect(mChoices, &QComboBox::activated, this, &OptionEditor::choiceActivated);
+
+    mReset->setAutoRaise(true);
+    mReset->setIcon(
+        QIcon::fromTheme(QStringLiteral("edit-undo"), style()->standardIcon(QStyle::SP_ArrowBack)));
+    mReset->setToolTip(hostText("ResetOption"));
+    mReset->setAccessibleName(hostText("ResetNamedOption").arg(title));
+    QSizePolicy policy = mReset->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    mReset->setSizePolicy(policy);
+    connect(mReset, &QToolButton::clicked, this, [this] {
+        if (const std::optional<QString> standard = mModel.defaultChoice(mKeyword))
+            mModel.choose(mKeyword, *standard);
+    });
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(mChoices, 1);
+    addCustomFields();
+    layout->addWidget(mReset);
+    refresh();
+}
+
+void OptionEditor::addCustomFields() {
+    for (const Parameter& parameter :
+         ppd::customParameters(mModel.ppd(), mKeyword.toUtf8().constData())) {
+        auto* edit = new QLineEdit;
+        edit->setAccessibleName(parameter.text);
+        edit->setPlaceholderText(parameter.text);
+        edit->setToolTip(QStringLiteral("%1: %2").arg(parameter.text, boundsText(parameter)));
+        if (parameter.type == Parameter::Type::Password)
+            edit->setEchoMode(QLineEdit::Password);
+        connect(edit, &QLineEdit::editingFinished, this, &OptionEditor::customEdited);
+        layout()->addWidget(edit);
+        mCustom.push_back({parameter, edit});
+    }
+}
+
+void OptionEditor::refresh() {
+    const QString value = mModel.choice(mKeyword).value_or(QString());
+    const bool custom = value.startsWith(QLatin1String("Custom.")) || value.startsWith(u'{');
+    mChoices->setCurrentIndex(mChoices->findData(custom ? QLatin1String(kCustom) : value));
+    for (const CustomField& field : mCustom)
+        field.edit->setVisible(custom);
+    if (custom)
+        showCustomValue(value);
+    const std::optional<QString> standard = mModel.defaultChoice(mKeyword);
+    mReset->setVisible(standard && *standard != value);
+}
+
+void OptionEditor::showCustomValue(const QString& value) {
+    QStringList raw;
+    if (value.startsWith(u'{')) {
+        for (const QString& pair : value.mid(1, value.size() - 2).split(u' ', Qt::SkipEmptyParts))
+            raw.append(pair.section(u'=', 1));
+    } else {
+        const QString plain = value.section(u'.', 1);
+        raw = mCustom.size() == 1 ? QStringList{plain} : plain.split(u'x');
+    }
+    for (std::size_t i = 0; i < mCustom.size() && static_cast<qsizetype>(i) < raw.size(); ++i) {
+        if (!mCustom[i].edit->hasFocus())
+            mCustom[i].edit->setText(forUser(mCustom[i].parameter, raw[static_cast<qsizetype>(i)]));
+    }
+}
+
+void OptionEditor::choiceActivated() {
+    const QString choice = mChoices->currentData().toString();
+    if (choice != QLatin1String(kCustom) || mCustom.empty()) {
+        mModel.choose(mKeyword, choice);
+        return;
+    }
+    for (const CustomField& field : mCustom) {
+        field.edit->setVisible(true);
+        if (field.edit->text().isEmpty())
+            field.edit->setText(forUser(field.parameter, QString::number(field.parameter.minimum)));
+    }
+    mCustom.front().edit->setFocus();
+    mCustom.front().edit->selectAll();
+    customEdited();
+}
+
+QString OptionEditor::customValue() const {
+    QStringList raw;
+    for (const CustomField& field : mCustom) {
+        const std::optional<QString> value = rawFromUser(field.parameter, field.edit->text());
+        if (!value)
+            return {};
+        raw.append(*value);
+    }
+    if (mKeyword == QLatin1String("PageSize") || raw.size() == 1)
+        return QStringLiteral("Custom.") + raw.join(u'x');
+    QStringList pairs;
+    for (std::size_t i = 0; i < mCustom.size(); ++i)
+        pairs.append(mCustom[i].parameter.name + u'=' + raw[static_cast<qsizetype>(i)]);
+    return u'{' + pairs.join(u' ') + u'}';
+}
+
+void OptionEditor::customEdited() {
+    const QString value = customValue();
+    // What lies outside the printer's bounds is not taken; the field goes back to what is in force.
+    if (value.isEmpty() || !mModel.choose(mKeyword, value))
+        refresh();
+}
+
+} // namespace labelcut

@@ -1,0 +1,51 @@
+// The dialog: one PPD option as a field, with its custom values and the way back to the default.
+#pragma once
+
+#include <QWidget>
+
+#include <vector>
+
+#include "host/dialog/job_model.h"
+
+class QComboBox;
+class QLineEdit;
+class QToolButton;
+
+namespace labelcut {
+
+/// A pop-up of the option's choices; fields for the custom value while that is chosen; a button
+/// that goes back to the printer's default. It reads and writes the model's marks only.
+class OptionEditor : public QWidget {
+    Q_OBJECT
+public:
+    /// @param keyword  an option of the model's PPD.
+    OptionEditor(JobModel& model, const QString& keyword, QWidget* parent = nullptr);
+
+    /// Shows what is marked now.
+    void refresh();
+    QComboBox* choices() { return mChoices; }
+
+private:
+    struct CustomField {
+        ppd::CustomParameter parameter;
+        QLineEdit* edit;
+    };
+    void addCustomFields();
+    void choiceActivated();
+    void customEdited();
+    QString customValue() const;
+    void showCustomValue(const QString& value);
+
+    JobModel& mModel;
+    QString mKeyword;
+    QComboBox* mChoices;
+    QToolButton* mReset;
+    std::vector<CustomField> mCustom;
+};
+
+/// A length in points as the user writes it: millimetres or inches, by the locale.
+QString lengthForUser(double points);
+/// The same, read back; nothing when it is no length. @param text  a number, its unit optional.
+std::optional<double> pointsFromUser(const QString& text);
+
+} // namespace labelcut

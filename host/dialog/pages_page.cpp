@@ -1,0 +1,84 @@
+// The dialog: which pages are printed, and on what paper.
+#include "host/dialog/pages_page.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+
+#include "host/dialog/option_editor.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+constexpr char kPageSize[] = "PageSize";
+}
+
+PagesPage::PagesPage(JobModel& model, QWidget* parent)
+    : QWidget(parent)
+    , mModel(model)
+    , mAll(new QRadioButton(hostText("AllLabels")))
+    , mSome(new QRadioButton(hostText("SomeLabelsFromTo")))
+    , mRange(new QLineEdit)
+    , mRangeHint(new QLabel)
+    , mPaperSize(new QLabel) {
+    mAll->setChecked(true);
+    mRange->setPlaceholderText(hostText("RangeExample"));
+    mRange->setAccessibleName(hostText("SomeLabelsFromTo"));
+    mRange->setObjectName(QStringLiteral("pageRange"));
+    mRange->setMaximumWidth(mRange->fontMetrics().horizontalAdvance(u'0') * 14);
+    auto* some = new QWidget;
+    auto* row = new QHBoxLayout(some);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(mSome);
+    row->addWidget(mRange);
+    row->addWidget(mRangeHint, 1);
+
+    auto* form = new QFormLayout(this);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    form->addRow(hostText("Labels"), mAll);
+    form->addRow(QString(), some);
+    if (ppd::findOption(model.ppd(), kPageSize)) {
+        mPaper = new OptionEditor(model, QLatin1String(kPageSize));
+        auto* label = new QLabel(hostText("Paper"));
+        label->setBuddy(mPaper->choices());
+        form->addRow(label, mPaper);
+        form->addRow(QString(), mPaperSize);
+    }
+    connect(mAll, &QRadioButton::toggled, this, &PagesPage::rangeEdited);
+    connect(mRange, &QLineEdit::textEdited, this, [this] {
+        mSome->setChecked(true);
+        rangeEdited();
+    });
+    refresh();
+}
+
+void PagesPage::rangeEdited() {
+    if (mAll->isChecked()) {
+        mRangeValid = true;
+        mRangeHint->clear();
+        mModel.setPages({});
+        return;
+    }
+    const std::optional<PageRange> range = parsePageRange(mRange->text());
+    mRangeValid = range.has_value();
+    mRangeHint->setText(mRangeValid ? QString() : hostText("RangeHint"));
+    if (range)
+        mModel.setPages(*range);
+}
+
+void PagesPage::refresh() {
+    if (!mPaper)
+        return;
+    mPaper->refresh();
+    const ppd_size_t* size = ppd::markedPageSize(mModel.ppd());
+    mPaperSize->setText(size ? hostText("WidthByHeight")
+                                   .arg(lengthForUser(static_cast<double>(size->width)),
+                                        lengthForUser(static_cast<double>(size->length)))
+                             : QString());
+}
+
+} // namespace labelcut

@@ -1,0 +1,57 @@
+// The dialog: the page that holds one plug-in's panel.
+#include "host/dialog/panel_page.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStyle>
+
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* parent)
+    : QScrollArea(parent)
+    , mModel(model) {
+    setFrameShape(QFrame::NoFrame);
+    setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    QWidget* view = model.showPanel(panel);
+    if (view) {
+        setWidget(view);
+        followUser(*view);
+        return;
+    }
+    auto* missing = new QLabel(hostText("PanelWithoutView").arg(panel.panel->panelName()));
+    missing->setTextFormat(Qt::PlainText);
+    setWidget(missing);
+}
+
+PanelPage::~PanelPage() {
+    if (QWidget* view = takeWidget())
+        view->setParent(nullptr);
+}
+
+QSize PanelPage::sizeHint() const {
+    return widget() ? widget()->size() : QScrollArea::sizeHint();
+}
+
+/// Whatever a user can do to a control ends in one of these signals, and the panel, which was
+/// connected before, has carried it out by then.
+void PanelPage::followUser(QWidget& view) {
+    const auto used = [this] { mModel.panelWasUsed(); };
+    for (auto* button : view.findChildren<QAbstractButton*>())
+        connect(button, &QAbstractButton::clicked, this, used);
+    for (auto* box : view.findChildren<QComboBox*>())
+        connect(box, &QComboBox::activated, this, used);
+    for (auto* field : view.findChildren<QLineEdit*>()) {
+        connect(field, &QLineEdit::textEdited, this, used);
+        connect(field, &QLineEdit::editingFinished, this, used);
+    }
+    for (auto* slider : view.findChildren<QAbstractSlider*>())
+        connect(slider, &QAbstractSlider::actionTriggered, this, used);
+}
+
+} // namespace labelcut

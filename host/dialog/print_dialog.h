@@ -1,0 +1,140 @@
+// The dialog: the window.
+#pragma once
+
+#include <QDialog>
+#include <QTemporaryFile>
+
+#include <memory>
+#include <vector>
+
+#include "host/dialog/job_model.h"
+#include "host/dialog/print_run.h"
+#include "host/presets/preset_store.h"
+#include "host/printers/printer_directory.h"
+
+class QComboBox;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QSpinBox;
+class QTabWidget;
+class QToolButton;
+
+namespace labelcut {
+
+class FeaturesPage;
+class MessageBar;
+class PagesPage;
+class SummaryPage;
+class WheelGuard;
+
+/// What the dialog opens with.
+struct DialogRequest {
+    QStringList files;
+    /// Name of a queue; empty: the one used last, or the service's default.
+    QString queue;
+    /// Path of a PPD given by hand; empty: none.
+    QString ppdPath;
+    /// Choices beyond the defaults.
+    Marks choices;
+    int copies = 1;
+    PageRange pages;
+};
+
+class PrintDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// @param plugins  and system: borrowed, outlive the dialog.
+    PrintDialog(const DialogRequest& request, const PluginSearch& plugins, const PDESystem& system,
+                CupsConnection service = CupsConnection(), QWidget* parent = nullptr);
+    ~PrintDialog() override;
+
+    JobModel& model() { return mModel; }
+    MessageBar& messages() { return *mMessages; }
+    QTabWidget& tabs() { return *mTabs; }
+
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    struct ListedPrinter {
+        PrinterChoice choice;
+        QString state;
+        bool needsAttention = false;
+    };
+
+    void buildWindow();
+    QWidget* buildHeader();
+    QWidget* buildFooter();
+    void connectModel();
+
+    void startWith(const DialogRequest& request);
+    void queuesChanged(const std::vector<Queue>& queues);
+    void listPrinters();
+    void printerActivated();
+    void openQueue(const QString& name);
+    void openPpdByHand(const QString& path, const Marks& wanted);
+    void askForPpd();
+    void queuePpdFetched(const QString& name, const QByteArray& bytes);
+    void adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
+                      const Marks& wanted);
+    void showPrinterState();
+
+    void rebuildTabs();
+    void clearTabs();
+    void refresh();
+    void refreshConflicts();
+    void refreshPresets();
+    void tell(const QString& sentence);
+
+    void askForFiles();
+    void countPages();
+
+    void applyPreset(const QString& name);
+    void savePreset();
+    void removePreset();
+    PrinterIdentity identity() const;
+
+    void print();
+    bool isReadyToPrint();
+    void startRun(PrintOrder order);
+    void runProgressed(const QString& sentence, int percent);
+    void runEnded();
+    void setRunning(bool running);
+
+    Marks mWanted;
+    QString mWantedQueue;
+    JobModel mModel;
+    PrinterDirectory mDirectory;
+    PrintRun mRun;
+    BackgroundCall mCounting;
+    PresetStore mPresets;
+    std::vector<ListedPrinter> mListed;
+    std::vector<PrinterChoice> mByHand;
+    std::unique_ptr<QTemporaryFile> mQueuePpd;
+    bool mRefreshScheduled = false;
+
+    WheelGuard* mWheel;
+    QLabel* mDocument = nullptr;
+    QPushButton* mChooseFiles = nullptr;
+    QSpinBox* mCopies = nullptr;
+    QComboBox* mPrinters = nullptr;
+    QLabel* mPrinterState = nullptr;
+    QComboBox* mPresetList = nullptr;
+    QPushButton* mSavePreset = nullptr;
+    QToolButton* mRemovePreset = nullptr;
+    QTabWidget* mTabs = nullptr;
+    MessageBar* mMessages = nullptr;
+    QLabel* mSentence = nullptr;
+    QProgressBar* mProgress = nullptr;
+    QPushButton* mReset = nullptr;
+    QPushButton* mPrint = nullptr;
+    QPushButton* mCancel = nullptr;
+    PagesPage* mPagesPage = nullptr;
+    FeaturesPage* mFeaturesPage = nullptr;
+    SummaryPage* mSummaryPage = nullptr;
+};
+
+} // namespace labelcut

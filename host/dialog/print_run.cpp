@@ -1,0 +1,156 @@
+// The dialog: one print run, from the document to the printer or into a file, beside the window.
+#include "host/dialog/print_run.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/job/postscript_job.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+/// The queue's PPD with the order's marks, opened anew for a thread of its own.
+ppd::File openMarked(const PrintOrder& order) {
+    ppd::File file = ppd::openFile(order.ppdFile, nullptr);
+    ppd::markDefaults(file.get());
+    for (auto mark = order.marks.cbegin(); mark != order.marks.cend(); ++mark)
+        ppd::markOption(file.get(), mark.key().toUtf8().constData(),
+                        mark.value().toUtf8().constData());
+    return file;
+}
+
+JobToSend jobFor(const PrintOrder& order, const JobDocument& document) {
+    JobToSend job;
+    job.documentPath = document.pdf();
+    job.request.queue = order.printer.queue;
+    job.request.title = order.title;
+    job.request.documentFormat = QStringLiteral("application/pdf");
+    job.request.copies = order.copies;
+    if (!order.pages.isEverything())
+        job.request.pageRanges = {
+            {order.pages.first, std::min(order.pages.last, document.pages())}};
+    std::vector<ppd::Setting> settings;
+    for (const OptionChoice& choice : order.choices) {
+        job.request.options.emplace_back(choice.key, choice.choice);
+        settings.push_back({choice.key, choice.choice});
+    }
+    job.checkPpd = choicesStillThere(order.printer.queue, settings);
+    return job;
+}
+
+int percentOf(qint64 part, qint64 whole) {
+    return whole > 0 ? static_cast<int>(part * 100 / whole) : -1;
+}
+
+} // namespace
+
+PrintOrder PrintOrder::from(const JobModel& model) {
+    PrintOrder order;
+    order.printer = model.printer();
+    order.ppdFile = model.ppdFile();
+    order.files = model.files();
+    order.title = model.title();
+    order.copies = model.copies();
+    order.pages = model.pages();
+    order.paper = markedPaper(model.ppd());
+    order.choices = model.jobChoices();
+    order.marks = model.marks();
+    return order;
+}
+
+PrintRun::PrintRun(QObject* parent)
+    : QObject(parent)
+    , mWork(this) {
+    connect(&mSender, &JobSender::progress, this, [this](qint64 sent, qint64 total) {
+        Q_EMIT progressed(hostText("SendingTo").arg(mOrder.printer.title), percentOf(sent, total));
+    });
+    connect(&mSender, &JobSender::stateChanged, this,
+            [this](const QString& sentences) { Q_EMIT progressed(sentences, -1); });
+    connect(&mSender, &JobSender::failed, this,
+            [this](const Error& error) { fail(error.sentence); });
+    connect(&mSender, &JobSender::done, this, [this](JobEnd end) {
+        const char* key = end == JobEnd::Printed   ? "JobPrinted"
+                          : end == JobEnd::Removed ? "JobRemoved"
+                                                   : "JobQueued";
+        finish(hostText(key).arg(QString::number(mSender.jobId()), mOrder.printer.title));
+    });
+}
+
+void PrintRun::start(const PrintOrder& order) {
+    if (mBusy)
+        return;
+    mBusy = true;
+    mOrder = order;
+    Q_EMIT progressed(hostText("PreparingDocument"), -1);
+    mWork.start([this, order](const BackgroundCall::Link& link) {
+        Result<JobDocument> prepared = JobDocument::prepare(order.files, order.paper);
+        if (!prepared) {
+            const QString sentence = prepared.error().sentence;
+            link.tell([this, sentence] { fail(sentence); });
+            return;
+        }
+        auto document = std::make_shared<JobDocument>(std::move(*prepared));
+        link.tell([this, document] {
+            if (mOrder.printer.isQueue())
+                send(document);
+            else
+                write(document);
+        });
+    });
+}
+
+void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
+    mDocument = document;
+    if (document->pagesIn(mOrder.pages) == 0) {
+        fail(hostText("NoSuchPages")
+                 .arg(toString(mOrder.pages), QString::number(document->pages())));
+        return;
+    }
+    mSender.send(jobFor(mOrder, *document));
+}
+
+void PrintRun::write(const std::shared_ptr<JobDocument>& document) {
+    Q_EMIT progressed(hostText("WritingTo").arg(mOrder.outputPath), -1);
+    mWork.start([this, document, order = mOrder](const BackgroundCall::Link& link) {
+        const ppd::File file = openMarked(order);
+        PostScriptJob job;
+        job.ppd = file.get();
+        job.document = document.get();
+        job.title = order.title;
+        job.copies = order.copies;
+        job.pages = order.pages;
+        const Result<qint64> written = writePostScript(job, order.outputPath);
+        const QString path = order.outputPath;
+        if (written)
+            link.tell([this, path] { finish(hostText("WrittenTo").arg(path)); });
+        else
+            link.tell([this, sentence = written.error().sentence] { fail(sentence); });
+    });
+}
+
+void PrintRun::cancel() {
+    if (!mBusy)
+        return;
+    if (mSender.isBusy()) {
+        mSender.cancel();
+        return;
+    }
+    mWork.drop();
+    fail(hostText("PrintingCancelled"));
+}
+
+void PrintRun::fail(const QString& sentence) {
+    mBusy = false;
+    mDocument.reset();
+    Q_EMIT failed(sentence);
+}
+
+void PrintRun::finish(const QString& sentence) {
+    mBusy = false;
+    mDocument.reset();
+    Q_EMIT finished(sentence);
+}
+
+} // namespace labelcut
