@@ -12,10 +12,8 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <condition_variable>
 #include <cstring>
-#include <future>
-#include <mutex>
+#include <semaphore>
 #include <thread>
 
 namespace labelcut {
@@ -52,11 +50,7 @@ public:
         : mSocket(dup(httpGetFd(http)))
         , mThread([this, &deadline] { run(deadline); }) {}
     ~Watch() {
-        {
-            const std::lock_guard lock(mMutex);
-            mDone = true;
-        }
-        mWake.notify_one();
+        mDone.release();
         mThread.join();
         if (mSocket >= 0)
             close(mSocket);
@@ -66,36 +60,45 @@ public:
 
 private:
     void run(const Deadline& deadline) {
-        std::unique_lock lock(mMutex);
-        while (!mDone && !deadline.isOver())
-            mWake.wait_for(lock, kWatchInterval);
-        if (!mDone && mSocket >= 0)
+        while (!deadline.isOver()) {
+            if (mDone.try_acquire_for(kWatchInterval))
+                return;
+        }
+        if (mSocket >= 0)
             shutdown(mSocket, SHUT_RDWR);
     }
 
     int mSocket;
-    std::mutex mMutex;
-    std::condition_variable mWake;
-    bool mDone = false;
+    std::binary_semaphore mDone{0};
     std::thread mThread;
 };
 
 /// The host's addresses; null when there are none or the deadline is over. The system's resolver
 /// cannot be interrupted, so that a late one is left to end by itself.
 AddressList resolve(const ServiceAddress& address, const Deadline& deadline) {
-    auto look = [host = address.host.toUtf8(), port = QByteArray::number(address.port)] {
-        return AddressList(httpAddrGetList(host.constData(), AF_UNSPEC, port.constData()));
+    struct Lookup {
+        QByteArray host;
+        QByteArray port;
+        AddressList found;
+        std::binary_semaphore done{0};
+
+        void run() {
+            found.reset(httpAddrGetList(host.constData(), AF_UNSPEC, port.constData()));
+            done.release();
+        }
     };
+    const auto lookup = std::make_shared<Lookup>();
+    lookup->host = address.host.toUtf8();
+    lookup->port = QByteArray::number(address.port);
     if (address.isSocket())
-        return look();
-    std::packaged_task<AddressList()> task(std::move(look));
-    std::future<AddressList> found = task.get_future();
-    std::thread(std::move(task)).detach();
-    while (found.wait_for(kWatchInterval) != std::future_status::ready) {
+        lookup->run();
+    else
+        std::thread([lookup] { lookup->run(); }).detach();
+    while (!lookup->done.try_acquire_for(kWatchInterval)) {
         if (deadline.isOver())
             return nullptr;
     }
-    return found.get();
+    return std::move(lookup->found);
 }
 
 bool isTooLongForSocket(const ServiceAddress& address) {

@@ -73,7 +73,8 @@ Result<IppMessage> ippExchange(const ServiceAddress& address, const Deadline& de
                                RequestSubject subject);
 
 /// Fetches a resource.
-/// @param path  in UTF-8, not percent-encoded. @return its bytes; nothing when there is no such resource (404).
+/// @param path  in UTF-8, not percent-encoded. @return its bytes; nothing when there is no such
+/// resource (404).
 Result<std::optional<QByteArray>> httpFetch(const ServiceAddress& address, const Deadline& deadline,
                                             const QByteArray& path, RequestSubject subject);
 
