@@ -1,0 +1,15 @@
+// Labelcut's program.
+#include <csignal>
+
+#include "host/cli/options_command.h"
+#include "host/cli/print_command.h"
+#include "host/cli/runner.h"
+
+int main(int argc, char** argv) {
+    // A file that may not grow and a reader that went away are failures to report, no reason to
+    // die and leave half a file behind.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+    labelcut::Runner runner(argc, argv);
+    return runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand}, LABELCUT_VERSION);
+}

@@ -1,0 +1,124 @@
+// The command line: a printer, opened for a command's life.
+#include "host/cli/opened_printer.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include "host/job/failure.h"
+
+namespace labelcut {
+
+namespace {
+
+/// @param name  what the user calls the file.
+Result<std::shared_ptr<ppd::File>> openPpd(const QString& path, const QString& name) {
+    ppd::OpenError error;
+    auto file = std::make_shared<ppd::File>(ppd::openFile(path, &error));
+    if (*file) {
+        ppd::markDefaults(file->get());
+        return file;
+    }
+    const QString line = error.line > 0 ? QStringLiteral(" in line %1").arg(error.line) : QString();
+    return failure(QStringLiteral("%1 is no usable PPD: %2%3; \"cupstestppd\" tells more.")
+                       .arg(name, error.reason, line));
+}
+
+Result<std::shared_ptr<ppd::File>> openPpdFile(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        return failure(
+            QStringLiteral("The PPD \"%1\" does not exist; check the name of the file.").arg(path));
+    if (!info.isFile())
+        return failure(QStringLiteral("The PPD \"%1\" is no file; name a PPD file.").arg(path));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure(QStringLiteral("The PPD \"%1\" cannot be read (%2); check its permissions.")
+                           .arg(path, file.errorString()));
+    return openPpd(path, QStringLiteral("\"%1\"").arg(path));
+}
+
+Result<std::shared_ptr<ppd::File>> openPpdBytes(const QByteArray& bytes, const QString& queue) {
+    QTemporaryFile file;
+    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
+        return failure(QStringLiteral("The PPD of \"%1\" cannot be kept in a temporary file (%2); "
+                                      "make room there, or set TMPDIR to another folder.")
+                           .arg(queue, file.errorString()));
+    return openPpd(file.fileName(), QStringLiteral("What the queue \"%1\" gives").arg(queue));
+}
+
+QString nameOf(const ppd_file_t& ppd) {
+    return QString::fromUtf8(ppd.nickname ? ppd.nickname : ppd.modelname);
+}
+
+} // namespace
+
+Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArguments& arguments) {
+    std::unique_ptr<OpenedPrinter> printer(new OpenedPrinter);
+    PanelHostSetup setup;
+    if (!arguments.ppd.empty()) {
+        auto ppd = openPpdFile(QFile::decodeName(arguments.ppd.c_str()));
+        if (!ppd)
+            return ppd.error();
+        setup.ppd = std::move(**ppd);
+        printer->mTitle = nameOf(*setup.ppd);
+        printer->createPanels(std::move(setup));
+        return printer;
+    }
+    const QString name = QString::fromStdString(arguments.queue);
+    const CallLimits limits{arguments.timeoutInMilliseconds(), nullptr};
+    const Result<QueueDetails> details = printer->mService.queueAttributes(name, limits);
+    if (!details)
+        return details.error();
+    const Result<QByteArray> bytes = printer->mService.fetchPpd(name, limits);
+    if (!bytes)
+        return bytes.error();
+    auto ppd = openPpdBytes(*bytes, name);
+    if (!ppd)
+        return ppd.error();
+    setup.ppd = std::move(**ppd);
+    setup.deviceURI = details->queue.deviceUri;
+    printer->mTitle = name;
+    printer->mQueue = details->queue;
+    printer->createPanels(std::move(setup));
+    return printer;
+}
+
+void OpenedPrinter::createPanels(PanelHostSetup setup) {
+    setup.paper = HostPaper::fromMarkedPageSize(setup.ppd.get());
+    mHost = std::make_unique<PanelHost>(std::move(setup));
+    if (mQueue) {
+        mHost->printer().setState(mQueue->state);
+        mHost->printer().setAccepting(mQueue->isAccepting);
+    }
+    const QString folder = pluginFolder();
+    mPlugins = loadPlugins(folder);
+    mPanels = std::make_unique<PanelSet>(*mHost, mPlugins.loaded, mSystem);
+    std::vector<RefusedPlugin> refused = mPlugins.refused;
+    refused.insert(refused.end(), mPanels->refused().begin(), mPanels->refused().end());
+    for (const RefusedPlugin& plugin : refused)
+        mNotes << QStringLiteral("The plug-in \"%1\" is left out: %2.")
+                      .arg(plugin.file, plugin.reason);
+    if (mPlugins.loaded.empty())
+        mNotes << QStringLiteral("No plug-in was found in \"%1\", so there are no panels; install "
+                                 "Labelcut anew.")
+                      .arg(folder);
+}
+
+void OpenedPrinter::follow(const ppd::Setting& setting) {
+    mHost->changeFromOutside(setting.keyword, setting.choice);
+    if (setting.keyword == u"PageSize")
+        mHost->pageFormat().setPaper(HostPaper::fromMarkedPageSize(ppd()));
+}
+
+void OpenedPrinter::apply(const std::vector<ppd::Setting>& asked) {
+    for (const ppd::Setting& setting : asked)
+        follow(setting);
+    mPanels->restore();
+    mPanels->save();
+    // A panel's save may derive one option from another; what was asked for outright comes first.
+    for (const ppd::Setting& setting : asked)
+        mHost->mark(setting.keyword, setting.choice);
+}
+
+} // namespace labelcut

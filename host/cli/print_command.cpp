@@ -1,0 +1,294 @@
+// The command line: "labelcut print", the product's main job.
+#include "host/cli/print_command.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/cli/opened_printer.h"
+#include "host/cli/print_report.h"
+#include "host/cli/runner.h"
+#include "host/job/constraints.h"
+#include "host/job/cups_job.h"
+#include "host/job/documents.h"
+#include "host/job/failure.h"
+#include "host/job/postscript_job.h"
+#include "host/job/settings.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr int kMostCopies = 9999;
+
+/// What was typed.
+struct Arguments {
+    std::vector<std::string> files;
+    PrinterArguments printer;
+    std::vector<std::string> settings;
+    std::string pageSize;
+    int copies = 1;
+    std::string pages;
+    std::string output;
+    std::string title;
+};
+
+/// The same, understood.
+struct Order {
+    QStringList files;
+    std::vector<ppd::Setting> asked;
+    PageRange pages;
+    QString title;
+};
+
+/// A mistake in what was typed, as the parser reports it.
+[[noreturn]] void reject(const QString& sentence) {
+    throw CLI::ValidationError(sentence.toStdString(), kWrongUsage);
+}
+
+ppd::Setting parsedSetting(const QString& text) {
+    const qsizetype equals = text.indexOf(u'=');
+    if (equals < 1)
+        reject(QStringLiteral("--set %1: write it as KEYWORD=CHOICE").arg(text));
+    return {text.left(equals), text.mid(equals + 1)};
+}
+
+/// The settings in the order of their arguments, none twice.
+std::vector<ppd::Setting> parsedSettings(const Arguments& arguments) {
+    std::vector<ppd::Setting> all;
+    const auto add = [&](const ppd::Setting& setting) {
+        const auto same = [&](const ppd::Setting& other) {
+            return other.keyword.compare(setting.keyword, Qt::CaseInsensitive) == 0;
+        };
+        const auto earlier = std::ranges::find_if(all, same);
+        if (earlier == all.end())
+            all.push_back(setting);
+        else if (earlier->choice != setting.choice)
+            reject(QStringLiteral("%1 cannot be both %2 and %3")
+                       .arg(setting.keyword, earlier->choice, setting.choice));
+    };
+    if (!arguments.pageSize.empty())
+        add({QStringLiteral("PageSize"), QString::fromStdString(arguments.pageSize)});
+    for (const std::string& text : arguments.settings)
+        add(parsedSetting(QString::fromStdString(text)));
+    return all;
+}
+
+/// Throws what is wrong usage.
+Order understood(const Arguments& arguments) {
+    if (arguments.printer.ppd.empty() != arguments.output.empty())
+        reject(arguments.output.empty()
+                   ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
+                   : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
+    Order order;
+    for (const std::string& file : arguments.files)
+        order.files << QFile::decodeName(file.c_str());
+    order.asked = parsedSettings(arguments);
+    if (!arguments.pages.empty()) {
+        const auto range = parsePageRange(QString::fromStdString(arguments.pages));
+        if (!range)
+            reject(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5")
+                       .arg(QString::fromStdString(arguments.pages)));
+        order.pages = *range;
+    }
+    order.title = arguments.title.empty() ? QFileInfo(order.files.front()).fileName()
+                                          : QString::fromStdString(arguments.title);
+    return order;
+}
+
+/// Drawing needs more of Qt, which takes its time; most files need none.
+void makeApplication(const Order& order, Runner& runner) {
+    const bool draws = std::ranges::any_of(order.files, [](const QString& file) {
+        const Result<DocumentKind> kind = documentKind(file);
+        return kind && isDrawn(*kind);
+    });
+    if (draws)
+        runner.drawingApplication();
+    else
+        runner.coreApplication();
+}
+
+Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
+                                                  const std::vector<ppd::Setting>& asked) {
+    std::vector<ppd::Setting> all;
+    for (const ppd::Setting& setting : asked) {
+        const Result<ppd::Setting> checked = checkedSetting(ppd, setting);
+        if (!checked)
+            return checked.error();
+        all.push_back(*checked);
+    }
+    return all;
+}
+
+bool isAmong(const std::vector<ppd::Setting>& settings, const ppd::Setting& setting) {
+    return std::ranges::find(settings, setting) != settings.end();
+}
+
+/// The conflict, and what to add to the command so that what was asked for can stand.
+QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict,
+                         const std::vector<ppd::Setting>& asked) {
+    QString sentence = describe(ppd, conflict);
+    for (const ppd::Setting& side : conflict) {
+        if (!isAmong(asked, side))
+            continue;
+        const auto changes = proposeResolution(ppd, side, asked);
+        if (!changes || changes->empty())
+            continue;
+        QStringList sets;
+        for (const ppd::Setting& change : *changes)
+            sets << QStringLiteral("--set %1=%2").arg(change.keyword, change.choice);
+        return sentence + QStringLiteral(" Add %1.").arg(sets.join(u' '));
+    }
+    return sentence + QStringLiteral(" Ask for one of them only.");
+}
+
+/// Whether the printer can do what is marked now. @return the reason why not.
+std::optional<Error> reasonAgainst(OpenedPrinter& printer, const std::vector<ppd::Setting>& asked) {
+    if (!printer.panels().shouldPrint())
+        return failure(QStringLiteral("A panel of \"%1\" does not let this job be printed; change "
+                                      "its choices.")
+                           .arg(printer.title()));
+    for (const ppd::Setting& setting : asked) {
+        const QString marked = printer.host().marked(setting.keyword).value_or(QString());
+        const bool isCustom =
+            setting.choice.startsWith(QLatin1String("Custom.")) || setting.choice.startsWith(u'{');
+        if (isCustom ? !marked.startsWith(QLatin1String("Custom")) : marked != setting.choice)
+            return failure(QStringLiteral("%1=%2 does not hold: the printer's panels turn it into "
+                                          "%1=%3. Leave it out.")
+                               .arg(setting.keyword, setting.choice, marked));
+    }
+    std::vector<Conflict> conflicts = findConflicts(printer.ppd());
+    // What the user asked for twice over comes before what a default has a part in.
+    std::ranges::stable_partition(conflicts, [&](const Conflict& conflict) {
+        return std::ranges::all_of(conflict,
+                                   [&](const auto& side) { return isAmong(asked, side); });
+    });
+    if (!conflicts.empty())
+        return failure(conflictSentence(printer.ppd(), conflicts.front(), asked));
+    return std::nullopt;
+}
+
+QString userName() {
+    return QString::fromLocal8Bit(qgetenv("USER").isEmpty() ? qgetenv("LOGNAME") : qgetenv("USER"));
+}
+
+/// Writes the job or sends it. @return where it went, for people.
+Result<QString> deliver(const Arguments& arguments, const Order& order, OpenedPrinter& printer,
+                        const JobDocument& document, const std::vector<ppd::Setting>& settings) {
+    if (!printer.queue()) {
+        const PostScriptJob job{printer.ppd(), &document,        order.title,
+                                userName(),    arguments.copies, order.pages};
+        const QString path = QFile::decodeName(arguments.output.c_str());
+        const Result<qint64> size = writePostScript(job, path);
+        if (!size)
+            return size.error();
+        return QStringLiteral("the file \"%1\"").arg(path);
+    }
+    const CupsJob job{printer.queue()->name, &document,  settings, order.title, userName(),
+                      arguments.copies,      order.pages};
+    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
+    const Result<int> id = sendToQueue(printer.service(), job, limits);
+    if (!id)
+        return id.error();
+    return QStringLiteral("the queue \"%1\" as job %1-%2").arg(job.queue).arg(*id);
+}
+
+/// A queue that would not take the job says so before work is done on it.
+std::optional<Error> reasonOfQueue(const OpenedPrinter& printer, const CallLimits& limits) {
+    if (!printer.queue() || printer.queue()->isAccepting)
+        return std::nullopt;
+    JobRequest request;
+    request.queue = printer.queue()->name;
+    const Result<Done> valid = printer.service().validateJob(request, limits);
+    return valid ? std::nullopt : std::optional(valid.error());
+}
+
+void noteRest(const OpenedPrinter& printer, const JobDocument& document) {
+    for (const QString& file : document.repaired())
+        Runner::complain(QStringLiteral("\"%1\" was damaged and had to be repaired; look whether "
+                                        "the labels are complete.")
+                             .arg(file));
+    if (printer.queue() && printer.queue()->state == PMPrinterState::Stopped)
+        Runner::complain(QStringLiteral("The queue \"%1\" is paused; the job waits until it is "
+                                        "resumed (\"cupsenable %1\").")
+                             .arg(printer.queue()->name));
+}
+
+int print(const Arguments& arguments, const Order& order, Runner& runner) {
+    makeApplication(order, runner);
+    const auto opened = OpenedPrinter::open(arguments.printer);
+    if (!opened)
+        return Runner::fail(opened.error().sentence);
+    OpenedPrinter& printer = **opened;
+    for (const QString& note : printer.notes())
+        Runner::complain(note);
+    const auto asked = checkedSettings(printer.ppd(), order.asked);
+    if (!asked)
+        return Runner::fail(asked.error().sentence);
+    printer.apply(*asked);
+    const auto last = static_cast<std::uint32_t>(
+        order.pages.last == PageRange::kToTheEnd ? kLastPageOfAll : order.pages.last);
+    printer.host().settings().setPageRange(static_cast<std::uint32_t>(order.pages.first), last,
+                                           false);
+    if (const auto reason = reasonAgainst(printer, *asked))
+        return Runner::fail(reason->sentence);
+    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
+    if (const auto reason = reasonOfQueue(printer, limits))
+        return Runner::fail(reason->sentence);
+    const auto document = JobDocument::prepare(order.files, markedPaper(printer.ppd()));
+    if (!document)
+        return Runner::fail(document.error().sentence);
+    const auto settings = jobSettings(printer.ppd(), printer.panels().keywords(), *asked);
+    const auto target = deliver(arguments, order, printer, *document, settings);
+    if (!target)
+        return Runner::fail(target.error().sentence);
+    noteRest(printer, *document);
+    Runner::say(toText(PrintReport{order.files, &*document, order.pages, arguments.copies,
+                                   printer.title(), *target, printer.ppd(), settings}));
+    return kDone;
+}
+
+} // namespace
+
+void addPrintCommand(CLI::App& app, Runner& runner) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand("print", "Print files on a label printer");
+    command
+        ->add_option("files", arguments->files,
+                     "PDF, PostScript, PNG, JPEG, SVG or plain text, printed as one job")
+        ->type_name("FILE")
+        ->required();
+    arguments->printer.addTo(*command);
+    command
+        ->add_option("-s,--set", arguments->settings,
+                     "A choice of the printer; may be given several times")
+        ->type_name("KEYWORD=CHOICE")
+        ->expected(1)
+        ->take_all();
+    command->add_option("--page-size", arguments->pageSize, "Paper by its name in the PPD")
+        ->type_name("NAME");
+    command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostCopies));
+    command->add_option("--pages", arguments->pages, "Pages counted through all files, such as 3-5")
+        ->type_name("A-B");
+    command
+        ->add_option("-o,--output", arguments->output,
+                     "Where the PostScript goes that is made for --ppd")
+        ->type_name("FILE");
+    command->add_option("-t,--title", arguments->title, "Title of the job (the first file's name)")
+        ->type_name("TEXT");
+    command->callback([arguments, &runner] {
+        const Order order = understood(*arguments);
+        runner.choose([arguments, order, &runner] { return print(*arguments, order, runner); });
+    });
+}
+
+} // namespace labelcut

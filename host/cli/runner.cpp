@@ -1,0 +1,88 @@
+// The command line: from arguments to one command, its application object and its exit status.
+#include "host/cli/runner.h"
+
+#include <QGuiApplication>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+namespace labelcut {
+
+namespace {
+
+/// One sentence for whatever the parser has to say, and where to read on.
+int wrongUsage(const CLI::App& app, const CLI::ParseError& error) {
+    const auto chosen = app.get_subcommands();
+    const std::string command =
+        chosen.empty() ? app.get_name() : app.get_name() + " " + chosen.front()->get_name();
+    Runner::complain(QStringLiteral("%1 (see \"%2 --help\")")
+                         .arg(QString::fromStdString(error.what()).simplified(),
+                              QString::fromStdString(command)));
+    return kWrongUsage;
+}
+
+} // namespace
+
+Runner::Runner(int& argc, char** argv)
+    : mArgc(argc)
+    , mArgv(argv) {}
+
+Runner::~Runner() = default;
+
+int Runner::run(std::initializer_list<AddCommand> commands, const std::string& version) {
+    CLI::App app("Prints labels with the choices of the printer's cut-options panel.", "labelcut");
+    app.set_version_flag("--version", "labelcut " + version, "Print the version and leave");
+    app.set_help_flag("-h,--help", "Print this help and leave");
+    app.require_subcommand(0, 1);
+    for (const AddCommand add : commands)
+        add(app, *this);
+    try {
+        app.parse(mArgc, mArgv);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        return wrongUsage(app, error);
+    }
+    if (mChosen)
+        return mChosen();
+    if (mDefault)
+        return mDefault();
+    return fail(
+        QStringLiteral("Say what to do: \"labelcut print\" prints files, \"labelcut --help\" "
+                       "lists everything else."),
+        kWrongUsage);
+}
+
+QCoreApplication& Runner::coreApplication() {
+    if (!mApplication)
+        mApplication = std::make_unique<QCoreApplication>(mArgc, mArgv);
+    return *mApplication;
+}
+
+QCoreApplication& Runner::drawingApplication() {
+    if (mApplication)
+        return *mApplication;
+    // Into files only: neither a display nor what Qt thinks of its absence matters.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    mApplication = std::make_unique<QGuiApplication>(mArgc, mArgv);
+    qInstallMessageHandler(before);
+    return *mApplication;
+}
+
+void Runner::say(const QString& text) {
+    std::fputs((text + u'\n').toUtf8().constData(), stdout);
+}
+
+void Runner::complain(const QString& sentence) {
+    std::fputs((QStringLiteral("labelcut: ") + sentence + u'\n').toUtf8().constData(), stderr);
+}
+
+int Runner::fail(const QString& sentence, ExitStatus status) {
+    complain(sentence);
+    return status;
+}
+
+} // namespace labelcut

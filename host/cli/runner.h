@@ -1,0 +1,75 @@
+// The command line: from arguments to one command, its application object and its exit status.
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace labelcut {
+
+/// Exit statuses of the program.
+enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+
+/// Parses the arguments and runs the command that they name. A sub-command adds itself with a
+/// function of its own, and main lists it:
+///
+///     void addPrintCommand(CLI::App& app, Runner& runner) {
+///         auto* command = app.add_subcommand("print", "…");
+///         command->callback([&runner] { runner.choose([&runner] { …; return kDone; }); });
+///     }
+///
+/// Parsing only chooses; the command runs afterwards, when no exception of the parser is about.
+class Runner {
+public:
+    using Command = std::function<int()>;
+    using AddCommand = void (*)(CLI::App& app, Runner& runner);
+
+    /// @param argc  and argv: main's own; they outlive the runner.
+    Runner(int& argc, char** argv);
+    ~Runner();
+    Runner(const Runner&) = delete;
+    Runner& operator=(const Runner&) = delete;
+
+    /// What to run, from a sub-command's callback.
+    void choose(Command command) { mChosen = std::move(command); }
+    /// What runs without a sub-command; until somebody sets it, that is wrong usage.
+    void setDefault(Command command) { mDefault = std::move(command); }
+
+    /// Parses, runs, and gives the exit status.
+    /// @param version  what --version prints.
+    int run(std::initializer_list<AddCommand> commands, const std::string& version);
+
+    /// @name The application object, made on demand and once; the first demand decides its kind.
+    /// @{
+    /// For commands that draw nothing: fast.
+    QCoreApplication& coreApplication();
+    /// For commands that draw into files; it needs no display.
+    QCoreApplication& drawingApplication();
+    /// For commands that make their own, such as a QApplication: main's arguments.
+    int& argc() { return mArgc; }
+    char** argv() { return mArgv; }
+    /// @}
+
+    /// Writes text and a line end to standard output.
+    static void say(const QString& text);
+    /// Writes "labelcut: " and a sentence to standard error.
+    static void complain(const QString& sentence);
+    /// complain(), for a command that ends so. @return the status.
+    static int fail(const QString& sentence, ExitStatus status = kFailed);
+
+private:
+    int& mArgc;
+    char** mArgv;
+    Command mChosen;
+    Command mDefault;
+    std::unique_ptr<QCoreApplication> mApplication;
+};
+
+} // namespace labelcut
