@@ -1,4 +1,4 @@
-// Pictures of the panel, made without a display.
+// Pictures of the panels, made without a display.
 #include "host/snapshot/snapshot.h"
 
 #include <QApplication>
@@ -6,6 +6,8 @@
 #include <QPalette>
 #include <QStyle>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace labelcut {
 
@@ -15,8 +17,8 @@ namespace {
 constexpr int kMargin = 8;
 
 QPalette darkPalette() {
-    const QColor window(0x2b, 0x2b, 0x2b);
-    const QColor base(0x1e, 0x1e, 0x1e);
+    const QColor window(0x33, 0x33, 0x33);
+    const QColor base(0x1a, 0x1a, 0x1a);
     const QColor text(0xf0, 0xf0, 0xf0);
     const QColor faint(0x9a, 0x9a, 0x9a);
     QPalette palette(text, QColor(0x3a, 0x3a, 0x3a), QColor(0x50, 0x50, 0x50),
@@ -36,21 +38,78 @@ QPalette darkPalette() {
     return palette;
 }
 
-} // namespace
-
-void setSnapshotLook(const SnapshotLook& look) {
-    QApplication::setStyle(QStringLiteral("fusion"));
-    QApplication::setPalette(look.dark ? darkPalette() : QApplication::style()->standardPalette());
+/// What is marked for the panels' keywords.
+std::vector<OptionChoice> marksOf(const PanelHost& host, const QStringList& keywords) {
+    std::vector<OptionChoice> marks;
+    for (const QString& key : keywords) {
+        if (const std::optional<QString> choice = host.marked(key))
+            marks.push_back({key, *choice});
+    }
+    return marks;
 }
 
-QImage takeSnapshot(QWidget& widget, const SnapshotLook& look) {
+QImage stacked(const std::vector<QImage>& images) {
+    QSize size;
+    for (const QImage& image : images)
+        size = QSize(std::max(size.width(), image.width()), size.height() + image.height());
+    QImage all(size, QImage::Format_ARGB32_Premultiplied);
+    all.fill(images.front().pixelColor(0, 0));
+    QPainter painter(&all);
+    int y = 0;
+    for (QImage image : images) {
+        image.setDevicePixelRatio(1);
+        painter.drawImage(0, y, image);
+        y += image.height();
+    }
+    return all;
+}
+
+} // namespace
+
+void setSnapshotLook(bool dark) {
+    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setPalette(dark ? darkPalette() : QApplication::style()->standardPalette());
+}
+
+QImage takeSnapshot(QWidget& widget) {
+    const qreal scale = widget.devicePixelRatioF();
     const QSize points = widget.size() + QSize(2 * kMargin, 2 * kMargin);
-    QImage image(points * look.scale, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(look.scale);
+    QImage image((QSizeF(points) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
     image.fill(widget.palette().color(QPalette::Window));
     QPainter painter(&image);
     widget.render(&painter, QPoint(kMargin, kMargin), QRegion(), QWidget::DrawChildren);
     return image;
+}
+
+Result<QImage> takePanelSnapshot(PanelHost& host, const PluginSearch& plugins,
+                                 const PDESystem& system) {
+    PanelSet panels(host, plugins.loaded, system);
+    std::vector<QImage> images;
+    for (const PanelSet::Entry& entry : panels.entries()) {
+        if (entry.keys.isEmpty())
+            continue;
+        const std::vector<OptionChoice> wanted = marksOf(host, entry.keys);
+        QWidget* view = entry.panel->panelView();
+        if (!view)
+            return Error{
+                ErrorKind::Other,
+                QStringLiteral("The panel \"%1\" has no view: its interface file is missing or "
+                               "damaged. Install Labelcut anew.")
+                    .arg(entry.panel->panelName())};
+        // The first showing writes the PPD's defaults; what is wanted is marked again and reread.
+        entry.panel->willShow();
+        for (const OptionChoice& mark : wanted)
+            host.mark(mark.key, mark.choice);
+        entry.panel->restoreValuesAndReturnError(nullptr);
+        images.push_back(takeSnapshot(*view));
+    }
+    if (images.empty())
+        return Error{
+            ErrorKind::Other,
+            QStringLiteral("No panel has anything to show for this printer: its PPD offers none "
+                           "of the options that the installed plug-ins handle.")};
+    return stacked(images);
 }
 
 } // namespace labelcut

@@ -1,26 +1,30 @@
-// Pictures of the panel, made without a display.
+// Pictures of the panels, made without a display.
 #pragma once
 
 #include <QImage>
 
-class QApplication;
+#include <vector>
+
+#include "host/core/panel_host.h"
+#include "platform/printing/result.h"
+
 class QWidget;
 
 namespace labelcut {
 
-/// How a picture is made.
-struct SnapshotLook {
-    /// Pixels per point; 1 to 4.
-    double scale = 1.0;
-    bool dark = false;
-};
-
 /// Gives the application the look that pictures are made in: one style and palette on every
 /// machine, light or dark.
-void setSnapshotLook(const SnapshotLook& look);
+void setSnapshotLook(bool dark);
 
-/// The widget as it would be seen, with a margin around it, on the window's background.
-/// @param widget  laid out at its own size; need not be shown.
-QImage takeSnapshot(QWidget& widget, const SnapshotLook& look);
+/// The widget as it would be seen, with a margin around it, on the window's background, at the
+/// screen's scale. @param widget  laid out at its own size; need not be shown.
+QImage takeSnapshot(QWidget& widget);
+
+/// One picture of all panels of a printer, below each other.
+/// @param host     with its PPD and what is wanted marked; the panels go when this returns.
+/// @param plugins  those that are loaded. @param system  the version query.
+/// @return the failure is a sentence: no panel for this printer, or a panel without view.
+Result<QImage> takePanelSnapshot(PanelHost& host, const PluginSearch& plugins,
+                                 const PDESystem& system);
 
 } // namespace labelcut
