@@ -202,10 +202,14 @@ void JobModel::restorePanelsFor(const QStringList& keys) {
     }
 }
 
+void JobModel::settle() {
+    mSettled = marks();
+}
+
 void JobModel::rememberForUndo() {
     if (mUndo.size() == kUndoSteps)
         mUndo.erase(mUndo.begin());
-    mUndo.push_back(marks());
+    mUndo.push_back(mSettled);
 }
 
 bool JobModel::choose(const QString& key, const QString& choice) {
