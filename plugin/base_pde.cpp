@@ -46,8 +46,13 @@ BasePDE13_v400_::initWithCallback(std::shared_ptr<PDEPluginCallback13_v400_> cal
     return this;
 }
 
+// What a panel holds goes in a fixed order, the view first and the bundle last.
 BasePDE13_v400_::~BasePDE13_v400_() {
     delete mNibContents.data();
+    mSupportedOptions.reset();
+    thePDEName = QString();
+    pdePluginCallbackObject.reset();
+    nsPDEBundle.reset();
 }
 
 void BasePDE13_v400_::copyDeviceURI() {
@@ -146,7 +151,8 @@ void BasePDE13_v400_::setViewFrameSize(Size size) {
 void BasePDE13_v400_::dialogDidExpand() {
     NotificationCentre::defaultCentre().removeObserver(
         this, QLatin1String(kViewDidUpdateTrackingAreas), QVariant::fromValue<QObject*>(kPDEView));
-    pdePluginCallbackObject->panelViewDidResize();
+    if (pdePluginCallbackObject)
+        pdePluginCallbackObject->panelViewDidResize();
 }
 
 std::int32_t BasePDE13_v400_::indexOfMarkedOption(const PDEChoices& choices,

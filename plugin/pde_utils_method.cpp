@@ -5,12 +5,22 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 
 #include "platform/printing/ppd_calls.h"
 #include "platform/toolkit/text_encoding.h"
 
 namespace labelcut {
+
+namespace {
+
+double coordinate(QStringView text) {
+    const double number = QLocale::c().toDouble(text.trimmed());
+    return std::isfinite(number) ? number : 0.0;
+}
+
+} // namespace
 
 std::optional<QString> PDEUtilsMethod13::ppdAttrValStr(ppd_file_t* ppd, const char* cStrKey) {
     const ppd_attr_t* attribute = ppd::findAttr(ppd, cStrKey);
@@ -33,13 +43,11 @@ Point PDEUtilsMethod13::originItem(ppd_file_t* ppd, const char* cStrKey) {
 }
 
 Point pointFromString(const QString& text) {
-    static const QRegularExpression notation(
-        QStringLiteral(R"(^\s*\{\s*([^,{}]*?)\s*,\s*([^,{}]*?)\s*\})"));
+    static const QRegularExpression notation(QStringLiteral(R"(^\s*+\{([^,{}]*+),([^,{}]*+)\})"));
     const QRegularExpressionMatch match = notation.match(text);
     if (!match.hasMatch())
         return {};
-    return {QLocale::c().toDouble(match.capturedView(1)),
-            QLocale::c().toDouble(match.capturedView(2))};
+    return {coordinate(match.capturedView(1)), coordinate(match.capturedView(2))};
 }
 
 PDEChoices PDEUtilsMethod13::arrayFromPPDOption(const ppd_option_t* option) {

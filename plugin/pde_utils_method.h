@@ -46,7 +46,8 @@ public:
     }
 };
 
-/// Two numbers in braces, separated by a comma; blanks are free. What is not a number is 0.
+/// Two numbers in braces, separated by a comma; blanks are free. What is not a finite number is 0,
+/// and so are both when the text is anything else. Takes time in proportion to the text.
 Point pointFromString(const QString& text);
 
 } // namespace labelcut

@@ -3,6 +3,7 @@
 
 #include <QVariantMap>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -27,6 +28,27 @@ bool isPaperOf(const ppd_file_t* ppd, const char* name) {
             return true;
     }
     return false;
+}
+
+/// A stored number as 32 bits hold it: of an integer the lower ones, of a fraction its whole part.
+std::optional<std::int32_t> numberOf(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+        return static_cast<std::int32_t>(value.toLongLong());
+    case QMetaType::ULongLong:
+        return static_cast<std::int32_t>(value.toULongLong());
+    case QMetaType::Float:
+    case QMetaType::Double: {
+        constexpr double kMin = std::numeric_limits<std::int32_t>::min();
+        constexpr double kMax = std::numeric_limits<std::int32_t>::max();
+        const double number = value.toDouble();
+        return std::isnan(number) ? 0 : static_cast<std::int32_t>(std::clamp(number, kMin, kMax));
+    }
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -88,10 +110,8 @@ OSStatus GetTicketFromSession(const PMPrintSession* session, const QString& key,
     QVariant value;
     if (PMSessionGetDataFromSession(session, key, &value) != noErr || !value.isValid())
         return kPMSessionDataNotFound;
-    bool isNumber = false;
-    const int read = value.toInt(&isNumber);
-    if (isNumber)
-        *number = read;
+    if (const std::optional<std::int32_t> read = numberOf(value))
+        *number = *read;
     return noErr;
 }
 

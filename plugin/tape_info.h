@@ -44,7 +44,8 @@ OSStatus GetTapeInfo(const PMPrintSession* session, const PMPrintSettings* setti
                      const PMPageFormat* pageFormat, const ppd_file_t* ppd, TapeInfo* info);
 /// Reads the paper name from the ticket in the settings. @return noErr always.
 OSStatus GetTapeInfo2(const void* ignored, const PMPrintSettings* settings, TapeInfo* info);
-/// A number that was stored in the session. Data that is no number leaves `number` alone.
+/// A number that was stored in the session: of an integer the lower 32 bits, of a fraction its
+/// whole part. Data that is no number leaves `number` alone.
 /// @return noErr, or kPMSessionDataNotFound when there is nothing under the key.
 OSStatus GetTicketFromSession(const PMPrintSession* session, const QString& key,
                               std::int32_t* number);
