@@ -37,11 +37,22 @@ void PanelSet::addPlugin(const LoadedPlugin& plugin, const PDESystem& system) {
         mRefused.push_back({plugin.file, QStringLiteral("it could not create its panels")});
         return;
     }
-    for (const std::unique_ptr<PDEPanel>& panel : *panels) {
-        mHost.addPanel(callback, panel.get());
-        const QStringList keys = panel->supportedPPDOptionKeys().value_or(QStringList());
-        mEntries.push_back({callback, bundle, principal, panel.get(), keys});
+    // Panels count once all of a plug-in's have answered; one that throws takes the others with it.
+    std::vector<Entry> entries;
+    try {
+        for (const std::unique_ptr<PDEPanel>& panel : *panels) {
+            if (!panel)
+                continue;
+            entries.push_back({callback, bundle, principal, panel.get(), {}});
+            mHost.addPanel(callback, panel.get());
+            entries.back().keys = panel->supportedPPDOptionKeys().value_or(QStringList());
+        }
+    } catch (...) {
+        for (const Entry& entry : entries)
+            mHost.removePanel(entry.panel);
+        throw;
     }
+    mEntries.insert(mEntries.end(), entries.begin(), entries.end());
 }
 
 PanelSet::~PanelSet() {

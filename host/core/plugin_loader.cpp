@@ -20,10 +20,11 @@ struct Checked {
 };
 
 PluginMetadata readMetadata(const QJsonObject& json) {
+    const int interfaceVersion = json.value(QLatin1String("interfaceVersion")).toInt();
     return {json.value(QLatin1String("id")).toString(),
-            json.value(QLatin1String("version")).toString(),
-            json.value(QLatin1String("interfaceVersion")).toInt(),
-            json.value(QLatin1String("oldestCompatible")).toInt(),
+            json.value(QLatin1String("version")).toString(), interfaceVersion,
+            // One that does not say can live with its own version only.
+            json.value(QLatin1String("oldestCompatible")).toInt(interfaceVersion),
             json.value(QLatin1String("resources")).toString()};
 }
 
@@ -61,9 +62,10 @@ QString bundleRoot(const QString& file, const QString& resources) {
 /// The root object's factory, or null with a reason. A constructor that throws is a reason too.
 PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
     try {
-        if (auto* factory = qobject_cast<PDEPluginFactory*>(loader.instance()))
+        QObject* const root = loader.instance();
+        if (auto* factory = qobject_cast<PDEPluginFactory*>(root))
             return factory;
-        reason = loader.errorString();
+        reason = root ? QStringLiteral("its root object offers no panels") : loader.errorString();
     } catch (const std::exception& error) {
         reason = QStringLiteral("its constructor failed: %1").arg(QString::fromUtf8(error.what()));
     } catch (...) {
@@ -94,9 +96,11 @@ void loadPlugin(const QString& file, PluginSearch& search) {
 
 PluginSearch loadPlugins(const QString& folder) {
     PluginSearch search;
+    // Qt takes an empty name for the current folder.
+    if (folder.isEmpty())
+        return search;
     const QDir dir(folder);
-    const QStringList files =
-        dir.entryList({QStringLiteral("*.so")}, QDir::Files | QDir::Readable, QDir::Name);
+    const QStringList files = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
     for (const QString& name : files)
         loadPlugin(dir.absoluteFilePath(name), search);
     return search;
