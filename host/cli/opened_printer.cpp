@@ -15,10 +15,16 @@ namespace {
 Result<std::shared_ptr<ppd::File>> openPpd(const QString& path, const QString& name) {
     ppd::OpenError error;
     auto file = std::make_shared<ppd::File>(ppd::openFile(path, &error));
-    if (*file) {
+    if (*file && ((*file)->num_groups > 0 || (*file)->num_sizes > 0)) {
         ppd::markDefaults(file->get());
         return file;
     }
+    // Some damage, such as a quote that never ends, swallows the file without libcups minding.
+    if (*file)
+        return failure(
+            QStringLiteral("%1 is no usable PPD: it has neither options nor paper sizes; "
+                           "\"cupstestppd\" tells more.")
+                .arg(name));
     const QString line = error.line > 0 ? QStringLiteral(" in line %1").arg(error.line) : QString();
     return failure(QStringLiteral("%1 is no usable PPD: %2%3; \"cupstestppd\" tells more.")
                        .arg(name, error.reason, line));
@@ -48,7 +54,11 @@ Result<std::shared_ptr<ppd::File>> openPpdBytes(const QByteArray& bytes, const Q
 }
 
 QString nameOf(const ppd_file_t& ppd) {
-    return QString::fromUtf8(ppd.nickname ? ppd.nickname : ppd.modelname);
+    for (const char* name : {ppd.nickname, ppd.shortnickname, ppd.modelname, ppd.product}) {
+        if (name && *name)
+            return QString::fromUtf8(name);
+    }
+    return QStringLiteral("a printer without a name");
 }
 
 } // namespace
