@@ -345,7 +345,8 @@ TEST_F(VettedEdit, LetsAnObserverOfARefusalSetTheText) {
 
 TEST_F(VettedEdit, ReplacesAFormatterByAnother) {
     attach(2);
-    EXPECT_EQ(attachedFormatter(&edit), attach(6));
+    PDEFormatter* const other = attach(6);
+    EXPECT_EQ(attachedFormatter(&edit), other);
     type("a");
     EXPECT_EQ(text(), "a");
     EXPECT_EQ(refusals.events, kNoRefusal);
