@@ -178,7 +178,7 @@ ROLL = Printer(
            sized("DC40x30", DIE_CUT, 40, 30), sized("AV50x25", ADDRESS, 50, 25)),
     default_size="W62x29", widest=62,
     groups=(Group("CutOptions", TABLE["OP_PANEL_NAME"],
-                  (CUT_COUNT, switch("KvCutAtEnd", "RS_CutAtEnd", "ON"), MIRROR,
+                  (CUT_COUNT, switch("KvCutAtEnd", "RS_CutAtEnd", "OFF"), MIRROR,
                    switch("KvAutoTapeCut", "RS_AutoTapeCut", "ON"), REMOVE_BLANK)),
             PRINT_GROUP, INSTALLED))
 

@@ -4,6 +4,7 @@
 #include "host/cli/options_command.h"
 #include "host/cli/print_command.h"
 #include "host/cli/runner.h"
+#include "host/cli/widget_commands.h"
 
 int main(int argc, char** argv) {
     // A file that may not grow and a reader that went away are failures to report, no reason to
@@ -11,5 +12,8 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     labelcut::Runner runner(argc, argv);
-    return runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand}, LABELCUT_VERSION);
+    return runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand,
+                       labelcut::addDialogCommand, labelcut::addPanelScriptCommand,
+                       labelcut::addSnapshotCommand},
+                      LABELCUT_VERSION);
 }

@@ -15,6 +15,7 @@
 #include "host/cli/opened_printer.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
+#include "host/cli/setting_arguments.h"
 #include "host/job/constraints.h"
 #include "host/job/cups_job.h"
 #include "host/job/documents.h"
@@ -32,8 +33,7 @@ constexpr int kMostCopies = 9999;
 struct Arguments {
     std::vector<std::string> files;
     PrinterArguments printer;
-    std::vector<std::string> settings;
-    std::string pageSize;
+    SettingArguments settings;
     int copies = 1;
     std::string pages;
     std::string output;
@@ -48,54 +48,21 @@ struct Order {
     QString title;
 };
 
-/// A mistake in what was typed, as the parser reports it.
-[[noreturn]] void reject(const QString& sentence) {
-    throw CLI::ValidationError(sentence.toStdString(), kWrongUsage);
-}
-
-ppd::Setting parsedSetting(const QString& text) {
-    const qsizetype equals = text.indexOf(u'=');
-    if (equals < 1)
-        reject(QStringLiteral("--set %1: write it as KEYWORD=CHOICE").arg(text));
-    return {text.left(equals), text.mid(equals + 1)};
-}
-
-/// The settings in the order of their arguments, none twice.
-std::vector<ppd::Setting> parsedSettings(const Arguments& arguments) {
-    std::vector<ppd::Setting> all;
-    const auto add = [&](const ppd::Setting& setting) {
-        const auto same = [&](const ppd::Setting& other) {
-            return other.keyword.compare(setting.keyword, Qt::CaseInsensitive) == 0;
-        };
-        const auto earlier = std::ranges::find_if(all, same);
-        if (earlier == all.end())
-            all.push_back(setting);
-        else if (earlier->choice != setting.choice)
-            reject(QStringLiteral("%1 cannot be both %2 and %3")
-                       .arg(setting.keyword, earlier->choice, setting.choice));
-    };
-    if (!arguments.pageSize.empty())
-        add({QStringLiteral("PageSize"), QString::fromStdString(arguments.pageSize)});
-    for (const std::string& text : arguments.settings)
-        add(parsedSetting(QString::fromStdString(text)));
-    return all;
-}
-
 /// Throws what is wrong usage.
 Order understood(const Arguments& arguments) {
     if (arguments.printer.ppd.empty() != arguments.output.empty())
-        reject(arguments.output.empty()
-                   ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
-                   : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
+        rejectArguments(arguments.output.empty()
+                            ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
+                            : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
     Order order;
     for (const std::string& file : arguments.files)
         order.files << QFile::decodeName(file.c_str());
-    order.asked = parsedSettings(arguments);
+    order.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
         const auto range = parsePageRange(QString::fromStdString(arguments.pages));
         if (!range)
-            reject(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5")
-                       .arg(QString::fromStdString(arguments.pages)));
+            rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5")
+                                .arg(QString::fromStdString(arguments.pages)));
         order.pages = *range;
     }
     order.title = arguments.title.empty() ? QFileInfo(order.files.front()).fileName()
@@ -113,18 +80,6 @@ void makeApplication(const Order& order, Runner& runner) {
         runner.drawingApplication();
     else
         runner.coreApplication();
-}
-
-Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
-                                                  const std::vector<ppd::Setting>& asked) {
-    std::vector<ppd::Setting> all;
-    for (const ppd::Setting& setting : asked) {
-        const Result<ppd::Setting> checked = checkedSetting(ppd, setting);
-        if (!checked)
-            return checked.error();
-        all.push_back(*checked);
-    }
-    return all;
 }
 
 bool isAmong(const std::vector<ppd::Setting>& settings, const ppd::Setting& setting) {
@@ -266,14 +221,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->type_name("FILE")
         ->required();
     arguments->printer.addTo(*command);
-    command
-        ->add_option("-s,--set", arguments->settings,
-                     "A choice of the printer; may be given several times")
-        ->type_name("KEYWORD=CHOICE")
-        ->expected(1)
-        ->take_all();
-    command->add_option("--page-size", arguments->pageSize, "Paper by its name in the PPD")
-        ->type_name("NAME");
+    arguments->settings.addTo(*command);
     command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
         ->type_name("N")
         ->check(CLI::Range(1, kMostCopies));

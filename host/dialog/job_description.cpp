@@ -20,6 +20,15 @@ QString shellWord(const QString& word) {
     return u'\'' + quoted + u'\'';
 }
 
+/// A title as it stands within a sentence: German keeps its capitals, abbreviations do everywhere.
+QString withinSentence(QString title) {
+    static const bool keeps = hostText("SentenceKeepsCapitals") == QLatin1String("yes");
+    const bool isWord = title.size() > 1 && title[0].isUpper() && title[1].isLower();
+    if (!keeps && isWord)
+        title[0] = title[0].toLower();
+    return title;
+}
+
 QString commandLine(const QStringList& words) {
     QStringList quoted;
     for (const QString& word : words)
@@ -66,7 +75,7 @@ QString JobModel::sentence() const {
         labels > 0 ? hostText("OneLabel", "ManyLabels", labels) : hostText("SomeLabels");
     parts.append(paper.isEmpty() ? amount : hostText("LabelsOnPaper").arg(amount, paper));
     for (const SummaryEntry& entry : summary()) {
-        const QString part = entryForSentence(entry);
+        const QString part = withinSentence(entryForSentence(entry));
         if (!part.isEmpty())
             parts.append(part);
     }

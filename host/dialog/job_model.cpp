@@ -116,7 +116,9 @@ QWidget* JobModel::showPanel(const PanelSet::Entry& entry) {
     applyMarks(wanted, lacking);
     entry.panel->restoreValuesAndReturnError(nullptr);
     entry.panel->saveValuesAndReturnError(nullptr);
-    for (const QString& sentence : lostFrom(wanted))
+    // What only the printer's defaults wanted is no choice that anybody misses.
+    const Marks chosen = differingFromDefaults(wanted);
+    for (const QString& sentence : lostFrom(chosen))
         Q_EMIT told(sentence);
     settle();
     Q_EMIT changed();
@@ -164,7 +166,10 @@ Marks JobModel::marks() const {
 }
 
 Marks JobModel::changedMarks() const {
-    Marks different = marks();
+    return differingFromDefaults(marks());
+}
+
+Marks JobModel::differingFromDefaults(Marks different) const {
     different.removeIf([this](const Marks::iterator& mark) {
         return mDefaults.value(mark.key()) == mark.value();
     });

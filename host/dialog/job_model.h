@@ -140,6 +140,7 @@ Q_SIGNALS:
 
 private:
     void applyMarks(const Marks& wanted, QStringList& lacking);
+    Marks differingFromDefaults(Marks marks) const;
     void restorePanelsFor(const QStringList& keys);
     QStringList lostFrom(const Marks& wanted) const;
     void followPaper();

@@ -7,11 +7,17 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QStyle>
 
 #include "host/texts/host_text.h"
 
 namespace labelcut {
+
+namespace {
+/// How much of a small screen a panel may ask for at least; the rest of the window needs some too.
+constexpr double kShareOfScreen = 0.6;
+} // namespace
 
 PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* parent)
     : QScrollArea(parent)
@@ -35,7 +41,14 @@ PanelPage::~PanelPage() {
 }
 
 QSize PanelPage::sizeHint() const {
-    return widget() ? widget()->size() : QScrollArea::sizeHint();
+    return widget() ? widget()->size() + QSize(2 * frameWidth(), 2 * frameWidth())
+                    : QScrollArea::sizeHint();
+}
+
+// The panel is what the window is for: it is shown whole unless the screen is too small for that.
+QSize PanelPage::minimumSizeHint() const {
+    const QSize room = screen()->availableSize() * kShareOfScreen;
+    return sizeHint().boundedTo(room);
 }
 
 /// Whatever a user can do to a control ends in one of these signals, and the panel, which was

@@ -16,6 +16,7 @@ public:
     ~PanelPage() override;
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 private:
     void followUser(QWidget& view);

@@ -82,8 +82,7 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
         tell(hostText("PluginRefused").arg(refused.file, refused.reason));
     startWith(request);
     countPages();
-    if (!restoreGeometry(settings().value(QLatin1String(kGeometrySetting)).toByteArray()))
-        adjustSize();
+    restoreGeometry(settings().value(QLatin1String(kGeometrySetting)).toByteArray());
 }
 
 PrintDialog::~PrintDialog() {
@@ -117,9 +116,6 @@ QWidget* PrintDialog::buildHeader() {
     auto* document = new QHBoxLayout;
     document->addWidget(mDocument, 1);
     document->addWidget(mChooseFiles);
-    document->addSpacing(12);
-    document->addWidget(copiesLabel);
-    document->addWidget(mCopies);
 
     mPrinters = new QComboBox;
     mPrinters->setObjectName(QStringLiteral("printers"));
@@ -127,8 +123,9 @@ QWidget* PrintDialog::buildHeader() {
     mPrinters->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     mPrinters->setPlaceholderText(hostText("LookingForPrinters"));
     connect(mPrinters, &QComboBox::activated, this, &PrintDialog::printerActivated);
+    // One line, whatever it says: what needs attention stands whole among the messages.
     mPrinterState = plainLabel();
-    mPrinterState->setWordWrap(true);
+    mPrinterState->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     mPresetList = new QComboBox;
     mPresetList->setObjectName(QStringLiteral("presets"));
     mPresetList->setMinimumContentsLength(12);
@@ -147,13 +144,13 @@ QWidget* PrintDialog::buildHeader() {
     auto* presetLabel = new QLabel(hostText("Preset"));
     presetLabel->setBuddy(mPresetList);
 
-    auto* printer = new QHBoxLayout;
-    printer->addWidget(mPrinters, 1);
-    printer->addSpacing(12);
-    printer->addWidget(presetLabel);
-    printer->addWidget(mPresetList);
-    printer->addWidget(mSavePreset);
-    printer->addWidget(mRemovePreset);
+    auto* amount = new QHBoxLayout;
+    amount->addWidget(mCopies);
+    amount->addStretch(1);
+    amount->addWidget(presetLabel);
+    amount->addWidget(mPresetList);
+    amount->addWidget(mSavePreset);
+    amount->addWidget(mRemovePreset);
 
     auto* header = new QWidget;
     auto* form = new QFormLayout(header);
@@ -162,8 +159,9 @@ QWidget* PrintDialog::buildHeader() {
     form->addRow(hostText("Document"), document);
     auto* printerLabel = new QLabel(hostText("Printer"));
     printerLabel->setBuddy(mPrinters);
-    form->addRow(printerLabel, printer);
+    form->addRow(printerLabel, mPrinters);
     form->addRow(QString(), mPrinterState);
+    form->addRow(copiesLabel, amount);
     return header;
 }
 
@@ -190,15 +188,18 @@ QWidget* PrintDialog::buildFooter() {
     connect(mCancel, &QPushButton::clicked, this, &PrintDialog::reject);
 
     auto* buttons = new QDialogButtonBox;
-    buttons->addButton(mReset, QDialogButtonBox::ResetRole);
     buttons->addButton(mPrint, QDialogButtonBox::ActionRole);
     buttons->addButton(mCancel, QDialogButtonBox::ActionRole);
+    auto* row = new QHBoxLayout;
+    row->addWidget(mReset);
+    row->addStretch(1);
+    row->addWidget(mProgress);
+    row->addWidget(buttons);
     auto* footer = new QWidget;
-    auto* layout = new QHBoxLayout(footer);
+    auto* layout = new QVBoxLayout(footer);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(mSentence, 1);
-    layout->addWidget(mProgress);
-    layout->addWidget(buttons);
+    layout->addWidget(mSentence);
+    layout->addLayout(row);
     return footer;
 }
 
@@ -213,6 +214,9 @@ void PrintDialog::connectModel() {
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mDirectory, &PrinterDirectory::printersChanged, this, &PrintDialog::queuesChanged);
     connect(&mDirectory, &PrinterDirectory::failed, this, [this](const Error& error) {
+        // A printer that is known by its PPD needs no print service.
+        if (mModel.hasPrinter() && !mModel.printer().isQueue())
+            return;
         mMessages->show(QStringLiteral("printers"), MessageBar::Kind::Warning, error.sentence,
                         {{hostText("TryAgain"), [this] {
                               mMessages->remove(QStringLiteral("printers"));
@@ -384,12 +388,23 @@ void PrintDialog::showPrinterState() {
     const auto listed = std::ranges::find_if(mListed, [this](const ListedPrinter& candidate) {
         return candidate.choice.isQueue() && candidate.choice.queue == mModel.printer().queue;
     });
-    if (!mModel.printer().isQueue())
-        mPrinterState->setText(hostText("PrintsIntoFile"));
-    else if (listed != mListed.end())
-        mPrinterState->setText(listed->state);
-    else if (!mDirectory.isRefreshing())
-        mPrinterState->setText(goneSentence(mModel.printer().queue));
+    QString state;
+    bool attention = false;
+    if (!mModel.printer().isQueue()) {
+        state = hostText("PrintsIntoFile");
+    } else if (listed != mListed.end()) {
+        state = listed->state;
+        attention = listed->needsAttention;
+    } else if (!mDirectory.isRefreshing()) {
+        state = goneSentence(mModel.printer().queue);
+        attention = true;
+    }
+    mPrinterState->setText(state);
+    mPrinterState->setToolTip(state.toHtmlEscaped());
+    if (attention)
+        mMessages->show(QStringLiteral("state"), MessageBar::Kind::Warning, state);
+    else
+        mMessages->remove(QStringLiteral("state"));
 }
 
 void PrintDialog::clearTabs() {

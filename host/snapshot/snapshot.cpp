@@ -82,9 +82,7 @@ QImage takeSnapshot(QWidget& widget) {
     return image;
 }
 
-Result<QImage> takePanelSnapshot(PanelHost& host, const PluginSearch& plugins,
-                                 const PDESystem& system) {
-    PanelSet panels(host, plugins.loaded, system);
+Result<QImage> takePanelSnapshot(PanelHost& host, const PanelSet& panels) {
     std::vector<QImage> images;
     for (const PanelSet::Entry& entry : panels.entries()) {
         if (entry.keys.isEmpty())

@@ -21,10 +21,8 @@ void setSnapshotLook(bool dark);
 QImage takeSnapshot(QWidget& widget);
 
 /// One picture of all panels of a printer, below each other.
-/// @param host     with its PPD and what is wanted marked; the panels go when this returns.
-/// @param plugins  those that are loaded. @param system  the version query.
+/// @param host    with what is wanted marked. @param panels  of that host; none has a view yet.
 /// @return the failure is a sentence: no panel for this printer, or a panel without view.
-Result<QImage> takePanelSnapshot(PanelHost& host, const PluginSearch& plugins,
-                                 const PDESystem& system);
+Result<QImage> takePanelSnapshot(PanelHost& host, const PanelSet& panels);
 
 } // namespace labelcut

@@ -1,0 +1,68 @@
+// The command line: the choices that a command is asked to make.
+#include "host/cli/setting_arguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+#include "host/cli/runner.h"
+#include "host/job/settings.h"
+
+namespace labelcut {
+
+namespace {
+
+ppd::Setting parsedSetting(const QString& text) {
+    const qsizetype equals = text.indexOf(u'=');
+    if (equals < 1)
+        rejectArguments(QStringLiteral("--set %1: write it as KEYWORD=CHOICE").arg(text));
+    return {text.left(equals), text.mid(equals + 1)};
+}
+
+} // namespace
+
+void rejectArguments(const QString& sentence) {
+    throw CLI::ValidationError(sentence.toStdString(), kWrongUsage);
+}
+
+void SettingArguments::addTo(CLI::App& command) {
+    command.add_option("-s,--set", settings, "A choice of the printer; may be given several times")
+        ->type_name("KEYWORD=CHOICE")
+        ->expected(1)
+        ->take_all();
+    command.add_option("--page-size", pageSize, "Paper by its name in the PPD")->type_name("NAME");
+}
+
+std::vector<ppd::Setting> SettingArguments::parsed() const {
+    std::vector<ppd::Setting> all;
+    const auto add = [&](const ppd::Setting& setting) {
+        const auto same = [&](const ppd::Setting& other) {
+            return other.keyword.compare(setting.keyword, Qt::CaseInsensitive) == 0;
+        };
+        const auto earlier = std::ranges::find_if(all, same);
+        if (earlier == all.end())
+            all.push_back(setting);
+        else if (earlier->choice != setting.choice)
+            rejectArguments(QStringLiteral("%1 cannot be both %2 and %3")
+                                .arg(setting.keyword, earlier->choice, setting.choice));
+    };
+    if (!pageSize.empty())
+        add({QStringLiteral("PageSize"), QString::fromStdString(pageSize)});
+    for (const std::string& text : settings)
+        add(parsedSetting(QString::fromStdString(text)));
+    return all;
+}
+
+Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
+                                                  const std::vector<ppd::Setting>& asked) {
+    std::vector<ppd::Setting> all;
+    for (const ppd::Setting& setting : asked) {
+        const Result<ppd::Setting> checked = checkedSetting(ppd, setting);
+        if (!checked)
+            return checked.error();
+        all.push_back(*checked);
+    }
+    return all;
+}
+
+} // namespace labelcut

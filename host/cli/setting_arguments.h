@@ -1,0 +1,35 @@
+// The command line: the choices that a command is asked to make.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/printing/ppd_calls.h"
+#include "platform/printing/result.h"
+
+namespace CLI {
+class App;
+}
+
+namespace labelcut {
+
+/// --set KEYWORD=CHOICE, as often as wanted, and --page-size NAME.
+struct SettingArguments {
+    std::vector<std::string> settings;
+    std::string pageSize;
+
+    /// Adds both to a command. This object must outlive its parsing.
+    void addTo(CLI::App& command);
+    /// The settings in the order of their arguments, none twice. Throws what is wrong usage, for
+    /// the parser to report.
+    std::vector<ppd::Setting> parsed() const;
+};
+
+/// The settings as the PPD spells them, or why it cannot have one of them; see checkedSetting().
+Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
+                                                  const std::vector<ppd::Setting>& asked);
+
+/// A mistake in what was typed, as the parser reports it.
+[[noreturn]] void rejectArguments(const QString& sentence);
+
+} // namespace labelcut
