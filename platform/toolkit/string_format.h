@@ -93,9 +93,9 @@ public:
 private:
     template<std::integral T>
     static Value widened(T value) {
-        if constexpr (sizeof(T) < sizeof(int) || std::same_as<T, int>)
-            return static_cast<int>(value);
-        else if constexpr (std::is_signed_v<T> && sizeof(T) == sizeof(int))
+        constexpr bool fitsInt =
+            sizeof(T) < sizeof(int) || (sizeof(T) == sizeof(int) && std::is_signed_v<T>);
+        if constexpr (fitsInt)
             return static_cast<int>(value);
         else if constexpr (sizeof(T) == sizeof(unsigned))
             return static_cast<unsigned>(value);

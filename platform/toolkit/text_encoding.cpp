@@ -148,6 +148,7 @@ const std::vector<QByteArray>& availableEncodings() {
     static const std::vector<QByteArray> names = [] {
         std::vector<QByteArray> all;
         const std::int32_t count = ucnv_countAvailable();
+        all.reserve(static_cast<std::size_t>(count));
         for (std::int32_t i = 0; i < count; ++i)
             all.emplace_back(ucnv_getAvailableName(i));
         return all;
