@@ -3,11 +3,14 @@
 
 #include <QCollator>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLockFile>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <algorithm>
 #include <functional>
@@ -20,6 +23,7 @@ namespace {
 
 /// How many damaged files of one printer can be kept beside each other.
 constexpr int kMaxSetAside = 1'000;
+constexpr unsigned long kLockPause = 5; // milliseconds
 
 Error failure(QString sentence) {
     return {ErrorKind::Other, std::move(sentence)};
@@ -92,7 +96,8 @@ Result<Done> write(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
     const bool isOpen = file.open(QIODevice::WriteOnly) &&
                         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    if (!isOpen || file.write(bytes) != bytes.size() || !file.commit())
+    // A commit alone passes over what fails while the last bytes leave the buffer.
+    if (!isOpen || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         return cannotWrite(path, file.errorString());
     return Done();
 }
@@ -107,6 +112,19 @@ Error cannotLock(const QString& path, QLockFile::LockError error) {
                                  : QStringLiteral("its lock cannot be made there"));
 }
 
+/// The lock's own waiting doubles its pauses, so that the unlucky one of several would starve.
+bool isLocked(QLockFile& lock) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!lock.tryLock(0)) {
+        if (lock.error() != QLockFile::LockFailedError ||
+            timer.elapsed() > PresetStore::kLockTimeout)
+            return false;
+        QThread::msleep(kLockPause);
+    }
+    return true;
+}
+
 /// Changes a file's contents. @return why it will not, or nothing.
 using Change = std::function<std::optional<Error>(PresetFile&)>;
 
@@ -116,7 +134,7 @@ Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& p
     if (!QDir().mkpath(folder))
         return cannotWrite(path, QStringLiteral("its folder cannot be made"));
     QLockFile lock(path + QStringLiteral(".lock"));
-    if (!lock.tryLock(PresetStore::kLockTimeout))
+    if (!isLocked(lock))
         return cannotLock(path, lock.error());
 
     Contents contents = contentsOf(path);
@@ -209,7 +227,7 @@ PresetList PresetStore::list(const PrinterIdentity& printer) const {
             list.problems << sentenceFor(*damage, number, path);
     }
     list.presets = presetsIn(*contents.file);
-    QCollator collator;
+    QCollator collator{QLocale()};
     collator.setNumericMode(true);
     std::ranges::stable_sort(list.presets, [&](const Preset& a, const Preset& b) {
         return collator.compare(a.name, b.name) < 0;

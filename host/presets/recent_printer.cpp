@@ -31,7 +31,8 @@ Result<Done> write(const RecentPrinter& recent, const QString& path) {
     QSaveFile file(path);
     const bool isOpen = file.open(QIODevice::WriteOnly) &&
                         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    if (!isOpen || file.write(bytes) != bytes.size() || !file.commit())
+    // A commit alone passes over what fails while the last bytes leave the buffer.
+    if (!isOpen || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         return Error{ErrorKind::Other,
                      QStringLiteral("The printer is not remembered: \"%1\" cannot be written (%2). "
                                     "Make room on the disk, or let yourself write into that "

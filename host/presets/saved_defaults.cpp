@@ -28,6 +28,8 @@ bool isSame(const QString& a, const QString& b) {
 }
 
 void setOption(std::vector<ppd::Setting>& options, const QString& name, const QString& value) {
+    if (name.isEmpty())
+        return;
     const auto present = std::ranges::find_if(
         options, [&](const ppd::Setting& option) { return isSame(option.keyword, name); });
     if (present == options.end())
@@ -66,8 +68,10 @@ public:
                 takeQuoted(value);
             else if (here() == '{')
                 takeBraces(value);
+            else if (here() == ',')
+                value += mText.at(mAt++);
             else
-                takeOne(value);
+                takePlain(value);
         }
         return value;
     }
@@ -84,6 +88,11 @@ private:
         while (!atEnd() && here() != quote)
             takeOne(value);
         take(quote);
+    }
+    /// Quotes and braces mean nothing behind a plain character, up to the next blank.
+    void takePlain(QByteArray& value) {
+        while (!atEnd() && !isBlank(here()))
+            takeOne(value);
     }
     /// What stands in braces belongs to one value, the braces included.
     void takeBraces(QByteArray& value) {
@@ -210,7 +219,7 @@ std::vector<ppd::Setting> parseOptionText(const QByteArray& text) {
         reader.skipBlanks();
         if (reader.take('='))
             setOption(options, name, QString::fromUtf8(reader.value()));
-        else if (name.startsWith(QStringLiteral("no"), Qt::CaseInsensitive) && name.size() > 2)
+        else if (name.startsWith(QStringLiteral("no"), Qt::CaseInsensitive))
             setOption(options, name.mid(2), kFalse);
         else
             setOption(options, name, kTrue);

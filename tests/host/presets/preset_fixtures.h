@@ -1,0 +1,82 @@
+// Tests of presets: folders, printers, and a disk that is full or closed.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+#include <sys/types.h>
+
+#include "host/presets/preset.h"
+#include "platform/printing/ppd_calls.h"
+
+namespace labelcut::test {
+
+/// A folder that goes with the test, and the files in it.
+class Folder {
+public:
+    QString path(const QString& name = {}) const {
+        return name.isEmpty() ? mFolder.path() : mFolder.filePath(name);
+    }
+    QStringList entries() const;
+    /// Takes the right to write into it from everybody but root.
+    void close() const;
+
+private:
+    QTemporaryDir mFolder;
+};
+
+/// Files of this process stop growing at so many bytes, as on a full disk.
+class SmallDisk {
+public:
+    explicit SmallDisk(rlim_t bytes);
+    ~SmallDisk();
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+private:
+    rlimit mBefore{};
+};
+
+/// While one lives the process has the rights of nobody, even when the tests run as root.
+class Unprivileged {
+public:
+    Unprivileged();
+    ~Unprivileged();
+    Unprivileged(const Unprivileged&) = delete;
+    Unprivileged& operator=(const Unprivileged&) = delete;
+
+private:
+    uid_t mUser;
+};
+
+/// An environment variable that has its old value again when the test ends.
+class Variable {
+public:
+    Variable(const char* name, const QByteArray& value);
+    ~Variable();
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* mName;
+    bool mWasSet;
+    QByteArray mBefore;
+};
+
+void writeFile(const QString& path, const QByteArray& bytes);
+QByteArray contentOf(const QString& path);
+
+/// A tape printer: PageSize DC24 and DC12 and custom ones, KvHalfCut OFF and ON, KvCutLabel 1 to 9,
+/// KvMargin with a custom whole number 0 to 50, KvText with a custom text of 2 to 5 characters,
+/// KvFrame with two custom numbers, Width 1 to 9 in points and Gap 0 to 1. Its defaults are marked.
+ppd::File tapePrinter();
+ppd::File openedPpd(const QByteArray& text);
+
+/// A preset with something in every field.
+Preset samplePreset(const QString& name);
+PrinterIdentity tapeQueue();
+
+} // namespace labelcut::test
