@@ -1,0 +1,83 @@
+# Completion of labelcut for fish.
+
+set -l commands dialog options panel-script print snapshot
+
+function __labelcut_queues
+    command -q lpstat; and timeout 2 lpstat -e 2>/dev/null
+end
+
+# The printer that was named, as arguments, one a line.
+function __labelcut_printer
+    set -l words (commandline -opc)
+    for i in (seq 2 (count $words))
+        set -l value $words[(math "min($i + 1, "(count $words)")")]
+        switch $words[$i]
+            case -p --printer
+                printf '%s\n' --timeout 2 --printer $value
+            case '--printer=*'
+                printf '%s\n' --timeout 2 (string split -m 1 = -- $words[$i])
+            case --ppd
+                printf '%s\n' --ppd $value
+            case '--ppd=*'
+                printf '%s\n' (string split -m 1 = -- $words[$i])
+        end
+    end
+end
+
+# KEYWORD=CHOICE a line, for the printer that was named.
+function __labelcut_settings
+    set -l printer (__labelcut_printer)
+    test (count $printer) -gt 0; or return
+    set -l inside 0
+    set -l found
+    for line in (labelcut options --json $printer 2>/dev/null)
+        switch $line
+            case '*"choices": \[*'
+                set inside 1
+                set found
+            case '*"keyword": "*'
+                set -l keyword (string replace -r '.*: "(.*)".*' '$1' -- $line)
+                if test $inside = 1
+                    set -a found $keyword
+                else
+                    test (count $found) -gt 0; and printf '%s\n' $keyword=$found
+                    set found
+                end
+            case '*]*'
+                set inside 0
+        end
+    end
+end
+
+function __labelcut_papers
+    set -l printer (__labelcut_printer)
+    test "$printer[1]" = --ppd; and test -r "$printer[2]"; or return
+    sed -n 's/^\*PageSize \([^\/:]*\).*/\1/p' -- $printer[2]
+end
+
+complete -c labelcut -f
+complete -c labelcut -s h -l help -d 'Print a help text and leave'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version and leave'
+
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a dialog -d 'Open the print dialog'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a options -d 'List the options of a printer'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a panel-script -d 'Drive the panels by lines of JSON'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a print -d 'Print files'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a snapshot -d 'Picture the panels as a PNG file'
+
+# Documents and scripts.
+complete -c labelcut -n '__fish_seen_subcommand_from dialog panel-script print' -F
+
+complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
+complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -l ppd -r -F -d 'PPD file of a printer'
+complete -c labelcut -n '__fish_seen_subcommand_from options print snapshot' -l timeout -x -d 'Seconds to wait for each answer'
+complete -c labelcut -n '__fish_seen_subcommand_from options' -l json -d 'List them as JSON'
+complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
+complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
+complete -c labelcut -n '__fish_seen_subcommand_from print' -s n -l copies -x -d 'How many of each'
+complete -c labelcut -n '__fish_seen_subcommand_from print' -l pages -x -d 'Pages counted through all files'
+complete -c labelcut -n '__fish_seen_subcommand_from print' -s t -l title -x -d 'Title of the job'
+complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s o -l output -r -F -d 'File to write'
+complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l scale -x -d 'Pixels per point'
+complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l dark -d 'Dark instead of light'
+complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l language -x -a 'de en es fr ja zh_CN' -d 'Language of the texts'
