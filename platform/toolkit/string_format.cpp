@@ -153,7 +153,7 @@ std::optional<double> realOf(const FormatArgument& argument) {
 
 /// "%" and what fmt needs of the directive. Flags that mean nothing for the conversion are left
 /// out: C leaves some of those undefined.
-std::string specification(const Directive& d, QStringView meaningfulFlags, char conversion) {
+std::string fmtDirective(const Directive& d, QStringView meaningfulFlags, char conversion) {
     std::string text = "%";
     for (const char16_t flag : {u'-', u'+', u' ', u'#', u'0'}) {
         if (d.has(flag) && isOneOf(flag, meaningfulFlags))
@@ -167,8 +167,8 @@ std::string specification(const Directive& d, QStringView meaningfulFlags, char 
 }
 
 template<typename T>
-QString printed(const std::string& specification, T value) {
-    return QString::fromStdString(fmt::sprintf(specification, value));
+QString printed(const std::string& directive, T value) {
+    return QString::fromStdString(fmt::sprintf(directive, value));
 }
 
 /// A text in its field.
@@ -208,7 +208,7 @@ QString cut(const QString& length, Value value, Print print) {
 
 QString signedInteger(const Directive& d, const FormatArgument& argument) {
     const auto flags = d.has(u'-') || d.precision ? u"-+ " : u"-+ 0";
-    const std::string spec = specification(d, flags, 'd');
+    const std::string spec = fmtDirective(d, flags, 'd');
     const QString sign = d.has(u'+') ? QStringLiteral("+") : QString(d.has(u' '), u' ');
     const auto print = [&](auto value) {
         return value == 0 && d.precision == 0 ? withoutDigits(d, sign) : printed(spec, value);
@@ -224,7 +224,7 @@ QString signedInteger(const Directive& d, const FormatArgument& argument) {
 
 QString unsignedInteger(const Directive& d, const FormatArgument& argument, char conversion) {
     const auto flags = d.has(u'-') || d.precision ? u"-#" : u"-#0";
-    const std::string spec = specification(d, flags, conversion);
+    const std::string spec = fmtDirective(d, flags, conversion);
     const QString prefix(conversion == 'o' && d.has(u'#'), u'0');
     const auto print = [&](auto value) {
         using Unsigned = std::make_unsigned_t<decltype(value)>;
@@ -245,7 +245,7 @@ QString realNumber(const Directive& d, const FormatArgument& argument, char conv
     if (!value)
         return described(d, argument);
     const bool zeros = std::isfinite(*value) && !d.has(u'-');
-    return printed(specification(d, zeros ? u"-+ #0" : u"-+ #", conversion), *value);
+    return printed(fmtDirective(d, zeros ? u"-+ #0" : u"-+ #", conversion), *value);
 }
 
 /// The character of a code; codes that are no characters become U+FFFD.
