@@ -1,0 +1,4 @@
+// Test support: a shared object that is no plug-in.
+extern "C" int labelcutTestNoPlugin() {
+    return 1;
+}
