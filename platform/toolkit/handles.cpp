@@ -146,9 +146,16 @@ double Button::widthForTitle(const QString& title) const {
         return 0;
     QStyleOptionButton option;
     option.initFrom(box());
-    const QSizeF text = box()->fontMetrics().size(Qt::TextSingleLine, title);
+    // Only beside a text styles leave a gap.
+    option.text = escaped(title);
+    // As wide as it becomes when disabled: some styles etch the text then.
+    const QSize text =
+        box()
+            ->style()
+            ->itemTextRect(box()->fontMetrics(), QRect(), Qt::TextShowMnemonic, false, option.text)
+            .size();
     const QSize needed =
-        box()->style()->sizeFromContents(QStyle::CT_CheckBox, &option, text.toSize(), box());
+        box()->style()->sizeFromContents(QStyle::CT_CheckBox, &option, text, box());
     return std::ceil(needed.width() / points::scale(*box()));
 }
 
