@@ -13,6 +13,7 @@
 #include <initializer_list>
 #include <vector>
 
+#include "fields/interface_fields.h"
 #include "platform/toolkit/points.h"
 #include "platform/toolkit/stepper.h"
 
@@ -63,6 +64,10 @@ void connectOutlet(const QWidget& contents, const char* name, Handle& outlet) {
 
 } // namespace
 
+WidgetFactories OptionPDE13_v400_::widgetFactories() const {
+    return {{textFieldClassName(), createTextField}};
+}
+
 void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
     static constexpr std::pair<const char*, Button OptionPDE13_v400_::*> kCheckBoxes[] = {
         {"mCutEveryChkBx", &OptionPDE13_v400_::mCutEveryChkBx},
@@ -81,8 +86,8 @@ void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
     }
     connectOutlet<TextField, QLineEdit>(contents, "mCutEveryTxBx", mCutEveryTxBx);
     if (auto* field = qobject_cast<QLineEdit*>(mCutEveryTxBx.widget())) {
-        connect(field, &QLineEdit::textEdited, this,
-                [this, field] { controlTextDidChange(View(field)); });
+        setTextDelegate(field, this,
+                        [this](QLineEdit* edited) { controlTextDidChange(View(edited)); });
         connect(field, &QLineEdit::returnPressed, this,
                 [this, field] { changeCutEveryValue(View(field)); });
     }
@@ -95,6 +100,7 @@ void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
     if (auto* popUp = qobject_cast<QComboBox*>(mOptionPopUpButton.widget()))
         connect(popUp, &QComboBox::activated, this, [this] { changeOptionPopUpButton(); });
     connectOutlet<View, QWidget>(contents, "mOptionDummyView", mOptionDummyView);
+    attachFormatters(&contents);
     fitTitles();
 }
 

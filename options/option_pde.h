@@ -153,6 +153,7 @@ public:
 
 protected:
     void connectOutlets(QWidget& contents) override;
+    WidgetFactories widgetFactories() const override;
 
     std::int32_t mTapeState = 0;
     View mOptionDummyView;
