@@ -3,6 +3,22 @@
 
 namespace labelcut {
 
+namespace {
+
+QtMessageHandler usualHandler = nullptr;
+
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        usualHandler(type, context, message);
+}
+
+} // namespace
+
+void dropRuntimeFolderNotice() {
+    if (!usualHandler)
+        usualHandler = qInstallMessageHandler(handleMessage);
+}
+
 void useOffscreenWithoutDisplay() {
     const bool hasDisplay =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");

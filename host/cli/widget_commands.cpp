@@ -51,6 +51,7 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
 
 int runScript(const std::string& path, Runner& runner) {
     useOffscreenWithoutDisplay();
+    dropRuntimeFolderNotice();
     QApplication application(runner.argc(), runner.argv());
     QFile in;
     const QString name = QFile::decodeName(path.c_str());
@@ -91,6 +92,7 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(arguments.scale));
     if (!arguments.language.empty())
         useLanguage(QString::fromStdString(arguments.language));
+    dropRuntimeFolderNotice();
     QApplication application(runner.argc(), runner.argv());
     setSnapshotLook(arguments.dark);
     const auto printer = OpenedPrinter::open(arguments.printer);
