@@ -287,8 +287,7 @@ TEST(PrinterDirectoryTest, APpdIsFetchedAndOpened) {
 }
 
 TEST(PrinterDirectoryTest, BytesThatAreNoPpdAreASentence) {
-    for (const QByteArray& bytes :
-         {QByteArray(), QByteArray("hello"), QByteArray("*PPD-Adobe: \"4.3\"\n\0", 20)}) {
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("hello")}) {
         const Result<ppd::File> ppd = openPpd(bytes, kTape);
         ASSERT_FALSE(ppd);
         EXPECT_THAT(ppd.error().sentence.toStdString(), HasSubstr("\"tape\""));
