@@ -142,8 +142,8 @@ PresetMatch matchSettings(ppd_file_t* ppd, const std::vector<ppd::Setting>& sett
     for (const ppd::Setting& setting : settings)
         matchOne(ppd, setting, match);
     // Marking a page size changes other marks, which are to stand as they were kept.
-    std::ranges::stable_partition(
-        match.applicable, [](const ppd::Setting& setting) { return setting.keyword == kPageSize; });
+    std::stable_partition(match.applicable.begin(), match.applicable.end(),
+                          [](const ppd::Setting& setting) { return setting.keyword == kPageSize; });
     return match;
 }
 
