@@ -1,0 +1,168 @@
+// The command line: "labelcut presets", named sets of choices for a printer.
+#include <QFile>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "host/cli/printer_arguments.h"
+#include "host/cli/runner.h"
+#include "host/cli/setting_arguments.h"
+#include "host/presets/preset_commands.h"
+#include "host/printers/printer_directory.h"
+
+namespace labelcut {
+
+namespace {
+
+/// What was typed; each sub-command uses its part.
+struct Arguments {
+    PrinterArguments printer;
+    SettingArguments settings;
+    std::string name;
+    std::string newName;
+    int copies = 1;
+    bool replace = false;
+};
+
+Overwrite overwrite(const Arguments& arguments) {
+    return arguments.replace ? Overwrite::Yes : Overwrite::No;
+}
+
+/// A printer as presets know it.
+struct PresetPrinter {
+    PrinterIdentity identity;
+    /// Null where it was not needed.
+    ppd::File ppd;
+};
+
+Result<ppd::File> openedFile(const QString& path) {
+    ppd::OpenError error;
+    ppd::File file = ppd::openFile(path, &error);
+    if (file)
+        return file;
+    return Error{ErrorKind::Other, QStringLiteral("\"%1\" is no printer description (PPD) that can "
+                                                  "be used: %2 in line %3.")
+                                       .arg(path, error.reason)
+                                       .arg(error.line)};
+}
+
+Result<ppd::File> openedQueue(const Arguments& arguments, const QString& queue) {
+    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
+    const Result<QByteArray> ppd = CupsConnection().fetchPpd(queue, limits);
+    return ppd ? openPpd(*ppd, queue) : Result<ppd::File>(ppd.error());
+}
+
+/// @param needsPpd  a queue's PPD is fetched only then, so that the rest works without a service.
+Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
+    const QString queue = QString::fromStdString(arguments.printer.queue);
+    const bool isFile = queue.isEmpty();
+    if (!isFile && !needsPpd)
+        return PresetPrinter{PrinterIdentity::forQueue(queue), nullptr};
+    Result<ppd::File> ppd = isFile ? openedFile(QFile::decodeName(arguments.printer.ppd.c_str()))
+                                   : openedQueue(arguments, queue);
+    if (!ppd)
+        return ppd.error();
+    const PrinterIdentity identity =
+        isFile ? PrinterIdentity::forPpd(ppd->get()) : PrinterIdentity::forQueue(queue);
+    return PresetPrinter{identity, std::move(*ppd)};
+}
+
+using Action = Result<PresetOutput> (*)(const Arguments& arguments, const PresetPrinter& printer);
+
+Result<PresetOutput> list(const Arguments&, const PresetPrinter& printer) {
+    return presetcommands::list(PresetStore(), printer.identity);
+}
+
+Result<PresetOutput> show(const Arguments& arguments, const PresetPrinter& printer) {
+    return presetcommands::show(PresetStore(), printer.identity,
+                                QString::fromStdString(arguments.name), printer.ppd.get());
+}
+
+Result<PresetOutput> save(const Arguments& arguments, const PresetPrinter& printer) {
+    const auto choices = checkedSettings(printer.ppd.get(), arguments.settings.parsed());
+    if (!choices)
+        return choices.error();
+    PresetStore store;
+    return presetcommands::save(
+        store, printer.identity,
+        Preset::of(QString::fromStdString(arguments.name), *choices, arguments.copies),
+        overwrite(arguments));
+}
+
+Result<PresetOutput> remove(const Arguments& arguments, const PresetPrinter& printer) {
+    PresetStore store;
+    return presetcommands::remove(store, printer.identity, QString::fromStdString(arguments.name));
+}
+
+Result<PresetOutput> rename(const Arguments& arguments, const PresetPrinter& printer) {
+    PresetStore store;
+    return presetcommands::rename(store, printer.identity, QString::fromStdString(arguments.name),
+                                  QString::fromStdString(arguments.newName), overwrite(arguments));
+}
+
+int run(const Arguments& arguments, bool needsPpd, Action action, Runner& runner) {
+    runner.coreApplication();
+    const Result<PresetPrinter> printer = presetPrinter(arguments, needsPpd);
+    if (!printer)
+        return Runner::fail(printer.error().sentence);
+    const Result<PresetOutput> output = action(arguments, *printer);
+    if (!output)
+        return Runner::fail(output.error().sentence);
+    for (const QString& warning : output->warnings)
+        Runner::complain(warning);
+    for (const QString& line : output->lines)
+        Runner::say(line);
+    return kDone;
+}
+
+/// Adds one of the sub-commands. @return it, for what only it takes.
+CLI::App& addAction(CLI::App& presets, Runner& runner, const std::shared_ptr<Arguments>& arguments,
+                    const char* name, const char* help, bool needsPpd, Action action) {
+    CLI::App* command = presets.add_subcommand(name, help);
+    arguments->printer.addTo(*command);
+    command->callback([arguments, needsPpd, action, &runner] {
+        arguments->settings.parsed(); // wrong usage is to be told while arguments are parsed
+        runner.choose([arguments, needsPpd, action, &runner] {
+            return run(*arguments, needsPpd, action, runner);
+        });
+    });
+    return *command;
+}
+
+void addName(CLI::App& command, std::string& name, const char* option, const char* help) {
+    command.add_option(option, name, help)->type_name("NAME")->required();
+}
+
+} // namespace
+
+void addPresetsCommand(CLI::App& app, Runner& runner) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* presets = app.add_subcommand("presets", "Keep choices for a printer under a name");
+    presets->require_subcommand(1);
+    const auto add = [&](const char* name, const char* help, bool needsPpd,
+                         Action action) -> CLI::App& {
+        return addAction(*presets, runner, arguments, name, help, needsPpd, action);
+    };
+
+    add("list", "List the names of a printer's presets", false, list);
+    CLI::App& shown = add("show", "Show what is in a preset", false, show);
+    addName(shown, arguments->name, "name", "The preset");
+    CLI::App& saved = add("save", "Keep choices as a preset", true, save);
+    addName(saved, arguments->name, "name", "What to call it");
+    arguments->settings.addTo(saved);
+    saved.add_option("-n,--copies", arguments->copies, "How many of each (1)")
+        ->type_name("N")
+        ->check(CLI::Range(1, Preset::kMaxCopies));
+    saved.add_flag("--replace", arguments->replace, "Replace one of that name");
+    CLI::App& removed = add("remove", "Remove a preset", false, remove);
+    addName(removed, arguments->name, "name", "The preset");
+    CLI::App& renamed = add("rename", "Give a preset another name", false, rename);
+    addName(renamed, arguments->name, "name", "The preset");
+    addName(renamed, arguments->newName, "new-name", "What to call it from now on");
+    renamed.add_flag("--replace", arguments->replace, "Replace one of the new name");
+}
+
+} // namespace labelcut
