@@ -9,10 +9,10 @@
 
 namespace labelcut {
 
-/// The host callback. One is handed to every panel when it is created and lives at least as long
-/// as the panel. Everything it gives is borrowed: session, settings, page format, printer and PPD
-/// belong to the host and stay valid while the panel lives, unless an operation says otherwise.
-/// Any of them may be null: a panel must do without. All calls happen on the dialog's thread.
+/// The host callback. One is handed to a plug-in for all panels it creates at a time, and outlives
+/// them. Everything it gives is borrowed: session, settings, page format, printer and PPD belong to
+/// the host and stay valid while the panels live, unless an operation says otherwise. Any of them
+/// may be null: a panel must do without. All calls happen on the dialog's thread.
 class PDEPluginCallback {
 public:
     virtual ~PDEPluginCallback() = default;
@@ -29,7 +29,7 @@ public:
     virtual ppd_file_t* ppdFile() = 0;
 
     /// The panel wants `choice` for the PPD option `key`. The host marks the pair in its PPD and
-    /// keeps it for the job; it tells *other* panels, never the one that wrote.
+    /// keeps it for the job; it tells *other* panels, never those that share this callback.
     /// @param key     PPD main keyword without the asterisk, at most 40 bytes.
     /// @param choice  a choice keyword of that option. A pair that the PPD lacks is ignored.
     virtual void willChangePPDOptionKeyValue(const QString& key, const QString& choice) = 0;
