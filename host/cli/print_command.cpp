@@ -121,7 +121,7 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const std::vector<ppd
     }
     std::vector<Conflict> conflicts = findConflicts(printer.ppd());
     // What the user asked for twice over comes before what a default has a part in.
-    std::ranges::stable_partition(conflicts, [&](const Conflict& conflict) {
+    std::stable_partition(conflicts.begin(), conflicts.end(), [&](const Conflict& conflict) {
         return std::ranges::all_of(conflict,
                                    [&](const auto& side) { return isAmong(asked, side); });
     });
@@ -188,8 +188,9 @@ int print(const Arguments& arguments, const Order& order, Runner& runner) {
     if (!asked)
         return Runner::fail(asked.error().sentence);
     printer.apply(*asked);
-    const auto last = static_cast<std::uint32_t>(
-        order.pages.last == PageRange::kToTheEnd ? kLastPageOfAll : order.pages.last);
+    const std::uint32_t last = order.pages.last == PageRange::kToTheEnd
+                                   ? kLastPageOfAll
+                                   : static_cast<std::uint32_t>(order.pages.last);
     printer.host().settings().setPageRange(static_cast<std::uint32_t>(order.pages.first), last,
                                            false);
     if (const auto reason = reasonAgainst(printer, *asked))
