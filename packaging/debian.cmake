@@ -28,14 +28,14 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "cups-client, fonts-dejavu-core")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "cups, qt6-wayland")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 "print dialog for label and tape printers
- Labelcut shows, before anything is printed, what will be cut: every label,
- every few labels, half cuts, chained labels, special tape that is never cut.
- Every choice becomes a PPD keyword of the job, and CUPS carries it to the
- printer.
- .
- It prints PDF, PostScript, PNG, JPEG, SVG and plain text, from a window or
- from the command line, on queues of CUPS or into a file, and takes panels of
- third parties for printers with options of their own.")
+Labelcut shows, before anything is printed, what will be cut: every label,
+every few labels, half cuts, chained labels, special tape that is never cut.
+Every choice becomes a PPD keyword of the job, and CUPS carries it to the
+printer.
+.
+It prints PDF, PostScript, PNG, JPEG, SVG and plain text, from a window or
+from the command line, on queues of CUPS or into a file, and takes panels of
+third parties for printers with options of their own.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME labelcut-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
@@ -44,10 +44,10 @@ set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libcups2-dev, qt6-base-dev")
 set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "labelcut (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 set(CPACK_COMPONENT_DEV_DESCRIPTION
 "panels for the print dialog Labelcut - development files
- Labelcut takes panels of third parties for label and tape printers with
- options of their own: Qt plug-ins that read and choose a printer's PPD
- options.
- .
- This package has the headers of the extension interface, the library of the
- print objects, and a whole plug-in as an example.")
+Labelcut takes panels of third parties for label and tape printers with
+options of their own: Qt plug-ins that read and choose a printer's PPD
+options.
+.
+This package has the headers of the extension interface, the library of the
+print objects, and a whole plug-in as an example.")
 include(CPack)

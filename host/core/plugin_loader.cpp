@@ -107,10 +107,13 @@ PluginSearch loadPlugins(const QString& folder) {
 }
 
 QString pluginFolder() {
-    const QDir beside(QCoreApplication::applicationDirPath() +
-                      QStringLiteral("/../lib/labelcut/plugins"));
-    if (beside.exists())
-        return beside.canonicalPath();
+    // Seen from the program: as it was installed, wherever that tree lies by now; in a build
+    // folder.
+    for (const char* folder : {LABELCUT_PLUGINS_FROM_PROGRAM, "../lib/labelcut/plugins"}) {
+        const QDir beside(QCoreApplication::applicationDirPath() + u'/' + QLatin1String(folder));
+        if (beside.exists())
+            return beside.canonicalPath();
+    }
     return QStringLiteral(LABELCUT_INSTALLED_PLUGINS);
 }
 

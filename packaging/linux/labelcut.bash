@@ -59,6 +59,7 @@ _labelcut_settings() {
           found=()
         fi
         ;;
+      *'": "'*) ;;
       *']'*) inside=0 ;;
     esac
   done < <("${typed[0]}" options --json "${printer[@]}" 2>/dev/null)

@@ -32,7 +32,7 @@ function __labelcut_settings
     set -l found
     for line in (labelcut options --json $printer 2>/dev/null)
         switch $line
-            case '*"choices": \[*'
+            case '*"choices": *'
                 set inside 1
                 set found
             case '*"keyword": "*'
@@ -43,6 +43,7 @@ function __labelcut_settings
                     test (count $found) -gt 0; and printf '%s\n' $keyword=$found
                     set found
                 end
+            case '*": "*'
             case '*]*'
                 set inside 0
         end
