@@ -2,6 +2,7 @@
 #include <csignal>
 
 #include "host/cli/options_command.h"
+#include "host/cli/presets_command.h"
 #include "host/cli/print_command.h"
 #include "host/cli/runner.h"
 #include "host/cli/widget_commands.h"
@@ -13,7 +14,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     labelcut::Runner runner(argc, argv);
     return runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand,
-                       labelcut::addDialogCommand, labelcut::addPanelScriptCommand,
-                       labelcut::addSnapshotCommand},
+                       labelcut::addPresetsCommand, labelcut::addDialogCommand,
+                       labelcut::addPanelScriptCommand, labelcut::addSnapshotCommand},
                       LABELCUT_VERSION);
 }

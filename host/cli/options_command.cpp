@@ -11,6 +11,7 @@
 #include <span>
 
 #include "host/cli/opened_printer.h"
+#include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
 
 namespace labelcut {
@@ -19,6 +20,7 @@ namespace {
 
 struct Arguments {
     PrinterArguments printer;
+    PresetArgument preset;
     bool json = false;
 };
 
@@ -90,6 +92,11 @@ int list(const Arguments& arguments, Runner& runner) {
         return Runner::fail(printer.error().sentence);
     for (const QString& note : (*printer)->notes())
         Runner::complain(note);
+    const auto preset = arguments.preset.matched(**printer);
+    if (!preset)
+        return Runner::fail(preset.error().sentence);
+    if (*preset)
+        (*printer)->apply((*preset)->applicable);
     QJsonArray rows;
     QStringList lines;
     for (const QString& keyword : (*printer)->panels().keywords()) {
@@ -117,6 +124,7 @@ void addOptionsCommand(CLI::App& app, Runner& runner) {
     CLI::App* command = app.add_subcommand(
         "options", "List the options of the printer's panels, the current choice starred");
     arguments->printer.addTo(*command);
+    arguments->preset.addTo(*command);
     command->add_flag("--json", arguments->json, "List them as JSON");
     command->callback([arguments, &runner] {
         runner.choose([arguments, &runner] { return list(*arguments, runner); });

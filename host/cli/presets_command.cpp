@@ -1,4 +1,6 @@
 // The command line: "labelcut presets", named sets of choices for a printer.
+#include "host/cli/presets_command.h"
+
 #include <QFile>
 
 #include <CLI/CLI.hpp>

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "host/cli/opened_printer.h"
+#include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
@@ -34,7 +35,10 @@ struct Arguments {
     std::vector<std::string> files;
     PrinterArguments printer;
     SettingArguments settings;
+    PresetArgument preset;
     int copies = 1;
+    /// Whether the user said how many, or a preset may.
+    bool copiesGiven = false;
     std::string pages;
     std::string output;
     std::string title;
@@ -176,7 +180,7 @@ void noteRest(const OpenedPrinter& printer, const JobDocument& document) {
                              .arg(printer.queue()->name));
 }
 
-int print(const Arguments& arguments, const Order& order, Runner& runner) {
+int print(Arguments arguments, const Order& order, Runner& runner) {
     makeApplication(order, runner);
     const auto opened = OpenedPrinter::open(arguments.printer);
     if (!opened)
@@ -184,16 +188,22 @@ int print(const Arguments& arguments, const Order& order, Runner& runner) {
     OpenedPrinter& printer = **opened;
     for (const QString& note : printer.notes())
         Runner::complain(note);
-    const auto asked = checkedSettings(printer.ppd(), order.asked);
-    if (!asked)
-        return Runner::fail(asked.error().sentence);
-    printer.apply(*asked);
+    const auto preset = arguments.preset.matched(printer);
+    if (!preset)
+        return Runner::fail(preset.error().sentence);
+    if (*preset && !arguments.copiesGiven)
+        arguments.copies = (*preset)->copies;
+    const auto checked = checkedSettings(printer.ppd(), order.asked);
+    if (!checked)
+        return Runner::fail(checked.error().sentence);
+    const std::vector<ppd::Setting> asked = withPreset(*preset, *checked);
+    printer.apply(asked);
     const std::uint32_t last = order.pages.last == PageRange::kToTheEnd
                                    ? kLastPageOfAll
                                    : static_cast<std::uint32_t>(order.pages.last);
     printer.host().settings().setPageRange(static_cast<std::uint32_t>(order.pages.first), last,
                                            false);
-    if (const auto reason = reasonAgainst(printer, *asked))
+    if (const auto reason = reasonAgainst(printer, asked))
         return Runner::fail(reason->sentence);
     const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
     if (const auto reason = reasonOfQueue(printer, limits))
@@ -201,7 +211,7 @@ int print(const Arguments& arguments, const Order& order, Runner& runner) {
     const auto document = JobDocument::prepare(order.files, markedPaper(printer.ppd()));
     if (!document)
         return Runner::fail(document.error().sentence);
-    const auto settings = jobSettings(printer.ppd(), printer.panels().keywords(), *asked);
+    const auto settings = jobSettings(printer.ppd(), printer.panels().keywords(), asked);
     const auto target = deliver(arguments, order, printer, *document, settings);
     if (!target)
         return Runner::fail(target.error().sentence);
@@ -223,9 +233,11 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->required();
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
-    command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
-        ->type_name("N")
-        ->check(CLI::Range(1, kMostCopies));
+    arguments->preset.addTo(*command);
+    CLI::Option* copies =
+        command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
+            ->type_name("N")
+            ->check(CLI::Range(1, kMostCopies));
     command->add_option("--pages", arguments->pages, "Pages counted through all files, such as 3-5")
         ->type_name("A-B");
     command
@@ -234,7 +246,8 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->type_name("FILE");
     command->add_option("-t,--title", arguments->title, "Title of the job (the first file's name)")
         ->type_name("TEXT");
-    command->callback([arguments, &runner] {
+    command->callback([arguments, copies, &runner] {
+        arguments->copiesGiven = copies->count() > 0;
         const Order order = understood(*arguments);
         runner.choose([arguments, order, &runner] { return print(*arguments, order, runner); });
     });

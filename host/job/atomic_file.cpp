@@ -59,7 +59,8 @@ Result<qint64> writeWhole(const QString& path, const FileWriter& write) {
         file.cancelWriting();
         return refusal ? failure(*refusal) : cannotWrite(path, reason);
     }
-    if (!file.commit())
+    // Committing overlooks a failure while the last bytes leave their buffer.
+    if (!file.flush() || !file.commit())
         return cannotWrite(path, file.errorString());
     return sink.size();
 }
