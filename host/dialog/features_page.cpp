@@ -33,6 +33,8 @@ FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
     auto* page = new QWidget;
     new QVBoxLayout(page);
     setWidget(page);
+    viewport()->setAutoFillBackground(false);
+    page->setAutoFillBackground(false);
     const QStringList elsewhere = model.panelKeywords() + QStringList{QStringLiteral("PageSize"),
                                                                       QStringLiteral("PageRegion")};
     for (const ppd_group_t& group : groupsOf(model.ppd()))
@@ -57,7 +59,9 @@ void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhe
         if (elsewhere.contains(keyword) || option.num_choices == 0)
             continue;
         auto* editor = new OptionEditor(mModel, keyword);
-        auto* label = new QLabel(QString::fromUtf8(option.text));
+        // Beside a field, "&" would announce a key.
+        auto* label =
+            new QLabel(QString::fromUtf8(option.text).replace(u'&', QStringLiteral("&&")));
         label->setTextFormat(Qt::PlainText);
         label->setBuddy(editor->choices());
         form->addRow(label, editor);
@@ -75,6 +79,14 @@ void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhe
 void FeaturesPage::refresh() {
     for (OptionEditor* editor : mEditors)
         editor->refresh();
+}
+
+QString FeaturesPage::problem() const {
+    for (const OptionEditor* editor : mEditors) {
+        if (const QString problem = editor->problem(); !problem.isEmpty())
+            return problem;
+    }
+    return {};
 }
 
 } // namespace labelcut

@@ -20,6 +20,8 @@ public:
 
     void refresh();
     bool isEmpty() const { return mEditors.empty(); }
+    /// What is wrong with a typed value, as a sentence; empty while all can be taken.
+    QString problem() const;
 
 private:
     void addGroup(const ppd_group_t& group, const QStringList& elsewhere);

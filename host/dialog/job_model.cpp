@@ -66,7 +66,7 @@ void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QS
     mPanels.reset();
     mHost.reset();
     mUndo.clear();
-    mLatest.reset();
+    mLatest.clear();
     mPrinter = printer;
     mPpdFile = ppdFile;
 
@@ -88,11 +88,9 @@ void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QS
     mRefused.insert(mRefused.end(), mPanels->refused().begin(), mPanels->refused().end());
     // A panel has written: other panels that hold the same keyword reread it, and everything that
     // shows choices does.
-    mHost->onChange([this](const OptionChoice& change) {
-        if (mWriting)
-            return;
-        mLatest = ppd::Setting{change.key, change.choice};
-        QMetaObject::invokeMethod(this, &JobModel::panelWasUsed, Qt::QueuedConnection);
+    mHost->onChange([this](const OptionChoice&) {
+        if (!mWriting)
+            QMetaObject::invokeMethod(this, &JobModel::panelWasUsed, Qt::QueuedConnection);
     });
     Q_EMIT printerOpened();
     for (const QString& sentence : lacking)
@@ -129,9 +127,7 @@ void JobModel::panelWasUsed() {
     if (!mPanels || mWriting)
         return;
     save();
-    if (marks() != mSettled)
-        rememberForUndo();
-    settle();
+    settleStep();
     Q_EMIT changed();
 }
 
@@ -146,6 +142,12 @@ bool JobModel::shouldPrint() {
     save();
     const QScopedValueRollback guard(mWriting, true);
     return mPanels && mPanels->shouldPrint();
+}
+
+void JobModel::close(bool printed) {
+    const QScopedValueRollback guard(mWriting, true);
+    for (const PanelSet::Entry& entry : panels())
+        entry.panel->printWindowWillClose(printed);
 }
 
 QStringList JobModel::panelKeywords() const {
@@ -211,10 +213,21 @@ void JobModel::settle() {
     mSettled = marks();
 }
 
-void JobModel::rememberForUndo() {
+void JobModel::settleStep(std::vector<ppd::Setting> asked) {
+    const Marks now = marks();
+    if (now == mSettled)
+        return;
     if (mUndo.size() == kUndoSteps)
         mUndo.erase(mUndo.begin());
     mUndo.push_back(mSettled);
+    if (asked.empty()) {
+        for (auto mark = now.cbegin(); mark != now.cend(); ++mark) {
+            if (mSettled.value(mark.key()) != mark.value())
+                asked.push_back({mark.key(), mark.value()});
+        }
+    }
+    mLatest = std::move(asked);
+    mSettled = now;
 }
 
 bool JobModel::choose(const QString& key, const QString& choice) {
@@ -222,8 +235,6 @@ bool JobModel::choose(const QString& key, const QString& choice) {
         return mHost != nullptr;
     if (!mHost->mark(key, choice))
         return false;
-    rememberForUndo();
-    mLatest = ppd::Setting{key, choice};
     {
         const QScopedValueRollback guard(mWriting, true);
         mHost->changeFromOutside(key, choice);
@@ -232,7 +243,7 @@ bool JobModel::choose(const QString& key, const QString& choice) {
         restorePanelsFor({key});
     }
     save();
-    settle();
+    settleStep({{key, choice}});
     Q_EMIT changed();
     return true;
 }
@@ -240,9 +251,15 @@ bool JobModel::choose(const QString& key, const QString& choice) {
 QStringList JobModel::chooseAll(const Marks& wanted) {
     if (!mHost)
         return {};
-    rememberForUndo();
-    const Marks before = marks();
     QStringList sentences;
+    mark(wanted, sentences);
+    settleStep();
+    Q_EMIT changed();
+    return sentences;
+}
+
+void JobModel::mark(const Marks& wanted, QStringList& sentences) {
+    const Marks before = marks();
     {
         const QScopedValueRollback guard(mWriting, true);
         applyMarks(wanted, sentences);
@@ -256,9 +273,6 @@ QStringList JobModel::chooseAll(const Marks& wanted) {
     }
     save();
     sentences += lostFrom(wanted);
-    settle();
-    Q_EMIT changed();
-    return sentences;
 }
 
 void JobModel::undo() {
@@ -266,17 +280,34 @@ void JobModel::undo() {
         return;
     const Marks before = mUndo.back();
     mUndo.pop_back();
-    mLatest.reset();
-    const QStringList sentences = chooseAll(before);
-    mUndo.pop_back();
+    mLatest.clear();
+    const QStringList sentences = bringBack(before);
+    settle();
     for (const QString& sentence : sentences)
         Q_EMIT told(sentence);
     Q_EMIT changed();
 }
 
+/// Exactly these marks: what is marked beyond them is marked no longer.
+QStringList JobModel::bringBack(const Marks& wanted) {
+    const QStringList marked = marks().keys();
+    for (const QString& key : marked) {
+        if (!wanted.contains(key))
+            mHost->unmark(key);
+    }
+    QStringList sentences;
+    mark(wanted, sentences);
+    return sentences;
+}
+
 void JobModel::resetToDefaults() {
-    for (const QString& sentence : chooseAll(mDefaults))
+    if (!mHost)
+        return;
+    const QStringList sentences = bringBack(mDefaults);
+    settleStep();
+    for (const QString& sentence : sentences)
         Q_EMIT told(sentence);
+    Q_EMIT changed();
 }
 
 void JobModel::followPaper() {
@@ -296,10 +327,36 @@ std::optional<std::vector<ppd::Setting>> JobModel::proposedFix() const {
     const std::vector<Conflict> found = conflicts();
     if (found.empty())
         return std::nullopt;
-    // The latest choice stands where it takes part, otherwise the first of the conflict does.
+    // What was done last stands where it takes part, otherwise the first of the conflict does.
     const Conflict& conflict = found.front();
-    const bool latestTakesPart = mLatest && std::ranges::find(conflict, *mLatest) != conflict.end();
-    return proposeResolution(ppd(), latestTakesPart ? *mLatest : conflict.front());
+    const auto latest = std::ranges::find_first_of(conflict, mLatest);
+    return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest);
+}
+
+QString JobModel::settingText(const ppd::Setting& setting) const {
+    return hostText("SettingText")
+        .arg(titleOf(setting.keyword), titleOf(setting.keyword, setting.choice));
+}
+
+QString JobModel::conflictSentence() const {
+    const std::vector<Conflict> found = conflicts();
+    if (found.empty())
+        return {};
+    QStringList sides;
+    for (const ppd::Setting& setting : found.front())
+        sides.append(hostText("Quoted").arg(settingText(setting)));
+    const QString last = sides.takeLast();
+    return hostText("ExcludeEachOther").arg(sides.join(hostText("SentenceSeparator")), last);
+}
+
+QString JobModel::fixText() const {
+    const auto fix = proposedFix();
+    QStringList changes;
+    if (fix) {
+        for (const ppd::Setting& setting : *fix)
+            changes.append(settingText(setting));
+    }
+    return changes.join(hostText("SentenceSeparator"));
 }
 
 void JobModel::applyFix() {

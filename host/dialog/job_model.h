@@ -73,6 +73,7 @@ public:
     /// @{
     std::optional<QString> choice(const QString& key) const;
     std::optional<QString> defaultChoice(const QString& key) const;
+    const Marks& defaults() const { return mDefaults; }
     Marks marks() const;
     /// The marks that differ from the PPD's defaults.
     Marks changedMarks() const;
@@ -89,8 +90,12 @@ public:
     /// @name Conflicts
     /// @{
     std::vector<Conflict> conflicts() const;
-    /// A way out that leaves the user's latest choice alone; nothing when there is none.
+    /// The first of them as a sentence; empty when there is none.
+    QString conflictSentence() const;
+    /// A way out that leaves what the user did last alone; nothing when there is none.
     std::optional<std::vector<ppd::Setting>> proposedFix() const;
+    /// What that changes, for people: "Half cut: Off"; empty when there is no way out.
+    QString fixText() const;
     void applyFix();
     /// @}
 
@@ -130,6 +135,8 @@ public:
     void save();
     /// Whether every panel lets the job be printed.
     bool shouldPrint();
+    /// The window goes; every panel is told whether the user has printed.
+    void close(bool printed);
 
 Q_SIGNALS:
     void printerOpened();
@@ -146,7 +153,12 @@ private:
     void followPaper();
     /// The marks as they stand now are what undo goes back to after the next change.
     void settle();
-    void rememberForUndo();
+    /// What differs from the settled marks becomes a step that can be undone.
+    /// @param asked  what the user asked for; empty: all that differs.
+    void settleStep(std::vector<ppd::Setting> asked = {});
+    void mark(const Marks& wanted, QStringList& sentences);
+    QStringList bringBack(const Marks& wanted);
+    QString settingText(const ppd::Setting& setting) const;
     QString titleOf(const QString& key) const;
     QString titleOf(const QString& key, const QString& choice) const;
     QString entryForSentence(const SummaryEntry& entry) const;
@@ -161,7 +173,8 @@ private:
     Marks mDefaults;
     std::vector<Marks> mUndo;
     Marks mSettled;
-    std::optional<ppd::Setting> mLatest;
+    /// What the user did last, which a fix leaves alone.
+    std::vector<ppd::Setting> mLatest;
     QStringList mFiles;
     int mPageCount = 0;
     int mCopies = 1;

@@ -2,6 +2,7 @@
 #include "host/dialog/message_bar.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -15,8 +16,6 @@ namespace labelcut {
 
 namespace {
 
-constexpr char kTextName[] = "messageText";
-
 QLabel* iconFor(const QWidget& widget, MessageBar::Kind kind) {
     auto* icon = new QLabel;
     const int extent = widget.style()->pixelMetric(QStyle::PM_SmallIconSize);
@@ -27,73 +26,123 @@ QLabel* iconFor(const QWidget& widget, MessageBar::Kind kind) {
     return icon;
 }
 
+QString shortened(const QStringList& sentences) {
+    if (sentences.size() <= MessageBar::kMaxSentences)
+        return sentences.join(u'\n');
+    const QStringList shown = sentences.first(MessageBar::kMaxSentences - 1);
+    const auto more = static_cast<int>(sentences.size() - shown.size());
+    return shown.join(u'\n') + u'\n' + hostText("AndMore").arg(more);
+}
+
 } // namespace
+
+/// One message. What it says is its name for screen readers, its role is that of an alert.
+class MessageBar::Row : public QWidget {
+public:
+    Row(const QString& name, const QStringList& sentences, const QStringList& offers)
+        : mSentences(sentences)
+        , mOffers(offers) {
+        setObjectName(name);
+        setAccessibleName(sentences.join(u' '));
+    }
+
+    const QStringList& sentences() const { return mSentences; }
+    bool saysTheSame(const QStringList& sentences, const QStringList& offers) const {
+        return mSentences == sentences && mOffers == offers;
+    }
+
+    static QAccessibleInterface* accessible(const QString&, QObject* object) {
+        auto* row = dynamic_cast<Row*>(object);
+        return row ? new QAccessibleWidget(row, QAccessible::AlertMessage) : nullptr;
+    }
+
+private:
+    QStringList mSentences;
+    QStringList mOffers;
+};
 
 MessageBar::MessageBar(QWidget* parent)
     : QFrame(parent)
-    , mLines(new QVBoxLayout(this)) {
+    , mRows(new QVBoxLayout(this)) {
+    static const bool installed = [] {
+        QAccessible::installFactory(&Row::accessible);
+        return true;
+    }();
+    static_cast<void>(installed);
     setFrameShape(QFrame::StyledPanel);
-    mLines->setContentsMargins(8, 4, 8, 4);
-    mLines->setSpacing(4);
+    mRows->setContentsMargins(8, 4, 8, 4);
+    mRows->setSpacing(4);
     hide();
 }
 
-QWidget* MessageBar::line(const QString& name) const {
-    return findChild<QWidget*>(name, Qt::FindDirectChildrenOnly);
+MessageBar::Row* MessageBar::row(const QString& name) const {
+    return dynamic_cast<Row*>(findChild<QWidget*>(name, Qt::FindDirectChildrenOnly));
 }
 
 void MessageBar::show(const QString& name, Kind kind, const QString& text,
                       const std::vector<MessageAction>& actions) {
+    const QStringList sentences = text.split(u'\n');
+    QStringList offers;
+    for (const MessageAction& action : actions)
+        offers.append(action.text);
+    if (const Row* shown = row(name); shown && shown->saysTheSame(sentences, offers))
+        return;
     remove(name);
-    auto* row = new QWidget(this);
-    row->setObjectName(name);
+
+    auto* row = new Row(name, sentences, offers);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(iconFor(*this, kind), 0, Qt::AlignTop);
-    auto* label = new QLabel(text);
-    label->setObjectName(QLatin1String(kTextName));
+    layout->addWidget(iconFor(*this, kind));
+    auto* label = new QLabel(shortened(sentences));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (label->text() != text)
+        label->setToolTip(Qt::convertFromPlainText(text));
     layout->addWidget(label, 1);
     for (const MessageAction& action : actions) {
-        auto* button = new QPushButton(action.text);
-        button->setAutoDefault(false);
+        auto* button = new QPushButton(QString(action.text).replace(u'&', QStringLiteral("&&")));
         connect(button, &QPushButton::clicked, this, action.act);
         layout->addWidget(button);
     }
     auto* close = new QToolButton;
     close->setAutoRaise(true);
+    close->setFocusPolicy(Qt::StrongFocus);
     close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
     close->setAccessibleName(hostText("DismissMessage"));
     close->setToolTip(hostText("DismissMessage"));
     connect(close, &QToolButton::clicked, this, [this, name] { remove(name); });
-    layout->addWidget(close, 0, Qt::AlignTop);
-    mLines->addWidget(row);
+    layout->addWidget(close);
+    mRows->addWidget(row);
     QFrame::show();
 
-    QAccessibleEvent alert(label, QAccessible::Alert);
+    QAccessibleEvent alert(row, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
 
+void MessageBar::add(const QString& name, const QString& sentence) {
+    const Row* shown = row(name);
+    QStringList sentences = shown ? shown->sentences() : QStringList();
+    sentences.removeAll(sentence);
+    sentences.append(sentence);
+    show(name, Kind::Information, sentences.join(u'\n'));
+}
+
 void MessageBar::remove(const QString& name) {
-    QWidget* row = line(name);
-    if (!row)
+    Row* gone = row(name);
+    if (!gone)
         return;
-    mLines->removeWidget(row);
-    row->setObjectName(QString());
-    row->hide();
-    row->deleteLater();
-    setVisible(mLines->count() > 0);
+    mRows->removeWidget(gone);
+    gone->setObjectName(QString());
+    gone->hide();
+    gone->deleteLater();
+    setVisible(mRows->count() > 0);
 }
 
 QStringList MessageBar::texts() const {
     QStringList all;
-    for (int i = 0; i < mLines->count(); ++i) {
-        const auto* label =
-            mLines->itemAt(i)->widget()->findChild<QLabel*>(QLatin1String(kTextName));
-        all.append(label->text());
-    }
+    for (int i = 0; i < mRows->count(); ++i)
+        all.append(static_cast<Row*>(mRows->itemAt(i)->widget())->sentences().join(u'\n'));
     return all;
 }
 

@@ -18,24 +18,31 @@ struct MessageAction {
 };
 
 /// Lines of plain text, each with an icon and buttons. Takes no room while it has nothing to say.
+/// A screen reader speaks each as it appears.
 class MessageBar : public QFrame {
     Q_OBJECT
 public:
     enum class Kind { Information, Warning };
+    /// Sentences of one message that are shown; what is beyond them stands in its tool tip.
+    static constexpr int kMaxSentences = 4;
 
     explicit MessageBar(QWidget* parent = nullptr);
 
-    /// Shows a message under a name; a message of the same name is replaced.
+    /// Shows a message under a name; a message of the same name is replaced, or stays as it is when
+    /// it says and offers the same.
     void show(const QString& name, Kind kind, const QString& text,
               const std::vector<MessageAction>& actions = {});
+    /// Adds a sentence to the message of that name, or begins one.
+    void add(const QString& name, const QString& sentence);
     void remove(const QString& name);
-    /// All texts, in order.
+    /// All texts, in order; each whole, one sentence a line.
     QStringList texts() const;
 
 private:
-    QWidget* line(const QString& name) const;
+    class Row;
+    Row* row(const QString& name) const;
 
-    QVBoxLayout* mLines;
+    QVBoxLayout* mRows;
 };
 
 } // namespace labelcut

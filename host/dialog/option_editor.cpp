@@ -3,12 +3,14 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStyle>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -36,6 +38,20 @@ double unitsPerPoint() {
     return (usesMillimetres() ? kMillimetresPerInch : 1.0) / kPointsPerInch;
 }
 
+/// What is read back of a bound that was rounded for the user is that bound.
+double withRoundedBound(const Parameter& parameter, double points) {
+    constexpr double halfStep = 0.5;
+    for (const double bound : {parameter.minimum, parameter.maximum}) {
+        if (std::abs(points - bound) <= halfStep)
+            return bound;
+    }
+    return points;
+}
+
+int decimalsOfLengths() {
+    return usesMillimetres() ? 1 : 2;
+}
+
 /// What the user sees of a parameter's raw value, and back.
 QString forUser(const Parameter& parameter, const QString& raw) {
     return parameter.type == Parameter::Type::Points ? lengthForUser(raw.toDouble()) : raw;
@@ -47,8 +63,9 @@ std::optional<QString> rawFromUser(const Parameter& parameter, const QString& te
     };
     switch (parameter.type) {
     case Parameter::Type::Points: {
-        const std::optional<double> points = pointsFromUser(text);
-        return points && within(*points) ? std::optional(QString::number(*points)) : std::nullopt;
+        const std::optional<double> typed = pointsFromUser(text);
+        const double points = withRoundedBound(parameter, typed.value_or(-1));
+        return typed && within(points) ? std::optional(QString::number(points)) : std::nullopt;
     }
     case Parameter::Type::Integer: {
         bool ok = false;
@@ -78,9 +95,11 @@ QString boundsText(const Parameter& parameter) {
 
 QString lengthForUser(double points) {
     const double value = points * unitsPerPoint();
-    const int decimals = usesMillimetres() ? 1 : 2;
-    const double factor = std::pow(10.0, decimals);
-    const double rounded = std::round(value * factor) / factor;
+    // PPDs know whole points: one that stands for a whole millimetre is shown as that.
+    const double whole = std::round(value);
+    const double factor = std::pow(10.0, decimalsOfLengths());
+    const bool standsForWhole = usesMillimetres() && std::round(whole / unitsPerPoint()) == points;
+    const double rounded = standsForWhole ? whole : std::round(value * factor) / factor;
     return QLocale().toString(rounded) + u' ' + unit();
 }
 
@@ -110,7 +129,8 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* par
     , mModel(model)
     , mKeyword(keyword)
     , mChoices(new QComboBox)
-    , mReset(new QToolButton) {
+    , mReset(new QToolButton)
+    , mBounds(new QLabel) {
     const QByteArray key = keyword.toUtf8();
     const ppd_option_t* option = ppd::findOption(model.ppd(), key.constData());
     const QString title = QString::fromUtf8(option->text);
@@ -133,14 +153,18 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* par
     policy.setRetainSizeWhenHidden(true);
     mReset->setSizePolicy(policy);
     connect(mReset, &QToolButton::clicked, this, [this] {
+        mRefused = false;
         if (const std::optional<QString> standard = mModel.defaultChoice(mKeyword))
             mModel.choose(mKeyword, *standard);
+        refresh();
     });
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mChoices, 1);
     addCustomFields();
+    mBounds->setTextFormat(Qt::PlainText);
+    layout->addWidget(mBounds);
     layout->addWidget(mReset);
     refresh();
 }
@@ -165,11 +189,16 @@ void OptionEditor::refresh() {
     const bool custom = value.startsWith(QLatin1String("Custom.")) || value.startsWith(u'{');
     mChoices->setCurrentIndex(mChoices->findData(custom ? QLatin1String(kCustom) : value));
     for (const CustomField& field : mCustom)
-        field.edit->setVisible(custom);
-    if (custom)
+        field.edit->setVisible(custom || mRefused);
+    if (mRefused)
+        mChoices->setCurrentIndex(mChoices->findData(QLatin1String(kCustom)));
+    else if (custom)
         showCustomValue(value);
+    const CustomField* refused = mRefused ? firstRefused() : nullptr;
+    mBounds->setText(refused ? boundsText(refused->parameter) : QString());
+    mBounds->setVisible(refused);
     const std::optional<QString> standard = mModel.defaultChoice(mKeyword);
-    mReset->setVisible(standard && *standard != value);
+    mReset->setVisible(standard && (mRefused || *standard != value));
 }
 
 void OptionEditor::showCustomValue(const QString& value) {
@@ -190,7 +219,9 @@ void OptionEditor::showCustomValue(const QString& value) {
 void OptionEditor::choiceActivated() {
     const QString choice = mChoices->currentData().toString();
     if (choice != QLatin1String(kCustom) || mCustom.empty()) {
+        mRefused = false;
         mModel.choose(mKeyword, choice);
+        refresh();
         return;
     }
     for (const CustomField& field : mCustom) {
@@ -203,14 +234,25 @@ void OptionEditor::choiceActivated() {
     customEdited();
 }
 
+const OptionEditor::CustomField* OptionEditor::firstRefused() const {
+    const auto found = std::ranges::find_if(mCustom, [](const CustomField& field) {
+        return !rawFromUser(field.parameter, field.edit->text());
+    });
+    return found == mCustom.end() ? nullptr : &*found;
+}
+
+QString OptionEditor::problem() const {
+    const CustomField* refused = mRefused ? firstRefused() : nullptr;
+    return refused ? hostText("OutsideBounds")
+                         .arg(mChoices->accessibleName(), boundsText(refused->parameter))
+                   : QString();
+}
+
+/// As it is marked. What was typed can be taken.
 QString OptionEditor::customValue() const {
     QStringList raw;
-    for (const CustomField& field : mCustom) {
-        const std::optional<QString> value = rawFromUser(field.parameter, field.edit->text());
-        if (!value)
-            return {};
-        raw.append(*value);
-    }
+    for (const CustomField& field : mCustom)
+        raw.append(rawFromUser(field.parameter, field.edit->text()).value_or(QString()));
     if (mKeyword == QLatin1String("PageSize") || raw.size() == 1)
         return QStringLiteral("Custom.") + raw.join(u'x');
     QStringList pairs;
@@ -220,10 +262,9 @@ QString OptionEditor::customValue() const {
 }
 
 void OptionEditor::customEdited() {
-    const QString value = customValue();
-    // What lies outside the printer's bounds is not taken; the field goes back to what is in force.
-    if (value.isEmpty() || !mModel.choose(mKeyword, value))
-        refresh();
+    // What lies outside the printer's bounds is not taken, and stays there to be put right.
+    mRefused = firstRefused() != nullptr || !mModel.choose(mKeyword, customValue());
+    refresh();
 }
 
 } // namespace labelcut

@@ -8,6 +8,7 @@
 #include "host/dialog/job_model.h"
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QToolButton;
 
@@ -24,6 +25,9 @@ public:
     /// Shows what is marked now.
     void refresh();
     QComboBox* choices() { return mChoices; }
+    /// What is wrong with what was typed, as a sentence; empty while it can be taken. Until it is
+    /// put right the marks stay as they are.
+    QString problem() const;
 
 private:
     struct CustomField {
@@ -33,6 +37,7 @@ private:
     void addCustomFields();
     void choiceActivated();
     void customEdited();
+    const CustomField* firstRefused() const;
     QString customValue() const;
     void showCustomValue(const QString& value);
 
@@ -41,6 +46,8 @@ private:
     QComboBox* mChoices;
     QToolButton* mReset;
     std::vector<CustomField> mCustom;
+    QLabel* mBounds;
+    bool mRefused = false;
 };
 
 /// A length in points as the user writes it: millimetres or inches, by the locale.

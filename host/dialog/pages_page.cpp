@@ -25,9 +25,8 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     , mRange(new QLineEdit)
     , mRangeHint(new QLabel)
     , mPaperSize(new QLabel) {
-    mAll->setChecked(true);
     mRange->setPlaceholderText(hostText("RangeExample"));
-    mRange->setAccessibleName(hostText("SomeLabelsFromTo"));
+    mRange->setAccessibleName(hostText("PageRange"));
     mRange->setObjectName(QStringLiteral("pageRange"));
     mRange->setMaximumWidth(mRange->fontMetrics().horizontalAdvance(u'0') * 14);
     auto* some = new QWidget;
@@ -48,12 +47,27 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
         form->addRow(label, mPaper);
         form->addRow(QString(), mPaperSize);
     }
+    showRange();
     connect(mAll, &QRadioButton::toggled, this, &PagesPage::rangeEdited);
     connect(mRange, &QLineEdit::textEdited, this, [this] {
         mSome->setChecked(true);
         rangeEdited();
     });
     refresh();
+}
+
+/// The model's range, as it was when the page was made: from here on only this page changes it.
+void PagesPage::showRange() {
+    const bool all = mModel.pages().isEverything();
+    (all ? mAll : mSome)->setChecked(true);
+    if (!all)
+        mRange->setText(toString(mModel.pages()));
+}
+
+QString PagesPage::problem() const {
+    if (!mRangeValid)
+        return hostText("RangeHint");
+    return mPaper ? mPaper->problem() : QString();
 }
 
 void PagesPage::rangeEdited() {

@@ -19,10 +19,11 @@ public:
     explicit PagesPage(JobModel& model, QWidget* parent = nullptr);
 
     void refresh();
-    /// Whether the typed page range can be read; when not, the field says so and nothing is taken.
-    bool isRangeValid() const { return mRangeValid; }
+    /// What is wrong with a typed range or size, as a sentence; empty while all can be taken.
+    QString problem() const;
 
 private:
+    void showRange();
     void rangeEdited();
 
     JobModel& mModel;

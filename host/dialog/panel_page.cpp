@@ -15,18 +15,20 @@
 namespace labelcut {
 
 namespace {
-/// How much of a small screen a panel may ask for at least; the rest of the window needs some too.
-constexpr double kShareOfScreen = 0.6;
+/// What the rest of the window and the desktop need of a small screen, in lines of text.
+constexpr QSize kLinesBesides(4, 22);
 } // namespace
 
 PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* parent)
     : QScrollArea(parent)
     , mModel(model) {
     setFrameShape(QFrame::NoFrame);
-    setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    viewport()->setAutoFillBackground(false);
     QWidget* view = model.showPanel(panel);
     if (view) {
         setWidget(view);
+        view->setAutoFillBackground(false);
         followUser(*view);
         return;
     }
@@ -47,8 +49,8 @@ QSize PanelPage::sizeHint() const {
 
 // The panel is what the window is for: it is shown whole unless the screen is too small for that.
 QSize PanelPage::minimumSizeHint() const {
-    const QSize room = screen()->availableSize() * kShareOfScreen;
-    return sizeHint().boundedTo(room);
+    const QSize room = screen()->availableSize() - kLinesBesides * fontMetrics().height();
+    return sizeHint().boundedTo(room.expandedTo(QScrollArea::minimumSizeHint()));
 }
 
 /// Whatever a user can do to a control ends in one of these signals, and the panel, which was

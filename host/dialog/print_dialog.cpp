@@ -2,7 +2,6 @@
 #include "host/dialog/print_dialog.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -15,6 +14,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
+#include <QShortcut>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTimer>
@@ -40,6 +40,8 @@ namespace labelcut {
 namespace {
 
 constexpr char kGeometrySetting[] = "dialog/geometry";
+/// The window at first, in lines of text: room for a panel and, below it, for a message.
+constexpr QSize kLines(39, 29);
 /// Item data of the pop-up's last entry, which asks for a PPD.
 constexpr int kAskForPpd = -1;
 
@@ -67,7 +69,8 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     : QDialog(parent)
     , mWanted(request.choices)
     , mModel(plugins, system)
-    , mDirectory(std::move(service))
+    , mDirectory(service)
+    , mRun(std::move(service))
     , mCounting(this)
     , mWheel(new WheelGuard(this)) {
     setWindowTitle(hostText("WindowTitle"));
@@ -90,52 +93,104 @@ PrintDialog::~PrintDialog() {
 }
 
 void PrintDialog::buildWindow() {
+    mHeader = buildHeader();
     mTabs = new QTabWidget;
-    mTabs->setDocumentMode(false);
+    mTabs->hide();
+    mNoPrinter = plainLabel();
+    mNoPrinter->setAlignment(Qt::AlignCenter);
+    mNoPrinter->setText(hostText("NoPrinterYet"));
+    mNoPrinter->setWordWrap(true);
     mMessages = new MessageBar;
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(buildHeader());
+    layout->addWidget(mHeader);
     layout->addWidget(mTabs, 1);
+    layout->addWidget(mNoPrinter, 1);
     layout->addWidget(mMessages);
     layout->addWidget(buildFooter());
+    orderTabKey();
+    // A button can only become a window's default once it is in it.
+    mPrint->setDefault(true);
+    mCopies->setFocus();
+    resize(kLines * fontMetrics().height());
     mWheel->watch(*this);
+}
+
+/// Through the window as it is read, from top to bottom.
+void PrintDialog::orderTabKey() {
+    const std::vector<QWidget*> order = {
+        mChooseFiles, mPrinters, mPrinterMessages, mCopies, mPresetList, mSavePreset, mRemovePreset,
+        mTabs,        mMessages, mReset,           mUndo,   mPrint,      mCancel};
+    for (std::size_t i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+QPushButton* PrintDialog::addButton(const char* textKey, const char* name) {
+    auto* button = new QPushButton(hostText(textKey));
+    button->setObjectName(QLatin1String(name));
+    return button;
 }
 
 QWidget* PrintDialog::buildHeader() {
     mDocument = plainLabel();
-    mChooseFiles = new QPushButton(hostText("ChooseFiles"));
-    mChooseFiles->setAutoDefault(false);
+    mDocument->setObjectName(QStringLiteral("document"));
+    mChooseFiles = addButton("ChooseFiles", "chooseFiles");
     connect(mChooseFiles, &QPushButton::clicked, this, &PrintDialog::askForFiles);
-    mCopies = new QSpinBox;
-    mCopies->setRange(1, Preset::kMaxCopies);
-    mCopies->setObjectName(QStringLiteral("copies"));
-    auto* copiesLabel = new QLabel(hostText("Copies"));
-    copiesLabel->setBuddy(mCopies);
-    connect(mCopies, &QSpinBox::valueChanged, &mModel, &JobModel::setCopies);
-
     auto* document = new QHBoxLayout;
     document->addWidget(mDocument, 1);
     document->addWidget(mChooseFiles);
 
+    auto* header = new QWidget;
+    auto* form = new QFormLayout(header);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->addRow(hostText("Document"), document);
+    QLayout* printer = buildPrinterRow();
+    auto* printerLabel = new QLabel(hostText("Printer"));
+    printerLabel->setBuddy(mPrinters);
+    form->addRow(printerLabel, printer);
+    QLayout* amount = buildAmountRow();
+    auto* copiesLabel = new QLabel(hostText("Copies"));
+    copiesLabel->setBuddy(mCopies);
+    form->addRow(copiesLabel, amount);
+    return header;
+}
+
+QLayout* PrintDialog::buildPrinterRow() {
     mPrinters = new QComboBox;
     mPrinters->setObjectName(QStringLiteral("printers"));
     mPrinters->setMinimumContentsLength(24);
     mPrinters->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     mPrinters->setPlaceholderText(hostText("LookingForPrinters"));
     connect(mPrinters, &QComboBox::activated, this, &PrintDialog::printerActivated);
-    // One line, whatever it says: what needs attention stands whole among the messages.
     mPrinterState = plainLabel();
-    mPrinterState->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    mPrinterState->setObjectName(QStringLiteral("printerState"));
+    mPrinterState->setWordWrap(true);
+    mPrinterMessages = new MessageBar;
+    auto* column = new QVBoxLayout;
+    column->addWidget(mPrinters);
+    column->addWidget(mPrinterState);
+    column->addWidget(mPrinterMessages);
+    return column;
+}
+
+QLayout* PrintDialog::buildAmountRow() {
+    mCopies = new QSpinBox;
+    mCopies->setRange(1, Preset::kMaxCopies);
+    mCopies->setObjectName(QStringLiteral("copies"));
+    connect(mCopies, &QSpinBox::valueChanged, &mModel, &JobModel::setCopies);
     mPresetList = new QComboBox;
     mPresetList->setObjectName(QStringLiteral("presets"));
     mPresetList->setMinimumContentsLength(12);
+    mPresetList->setEnabled(false);
+    mPresetList->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     mPresetList->setPlaceholderText(hostText("NoPreset"));
     connect(mPresetList, &QComboBox::activated, this,
             [this] { applyPreset(mPresetList->currentText()); });
-    mSavePreset = new QPushButton(hostText("SavePreset"));
-    mSavePreset->setAutoDefault(false);
+    mSavePreset = addButton("SavePreset", "savePreset");
     connect(mSavePreset, &QPushButton::clicked, this, &PrintDialog::savePreset);
     mRemovePreset = new QToolButton;
+    mRemovePreset->setObjectName(QStringLiteral("removePreset"));
+    mRemovePreset->setFocusPolicy(Qt::StrongFocus);
     mRemovePreset->setIcon(QIcon::fromTheme(QStringLiteral("edit-delete"),
                                             style()->standardIcon(QStyle::SP_TrashIcon)));
     mRemovePreset->setToolTip(hostText("RemovePreset"));
@@ -151,18 +206,7 @@ QWidget* PrintDialog::buildHeader() {
     amount->addWidget(mPresetList);
     amount->addWidget(mSavePreset);
     amount->addWidget(mRemovePreset);
-
-    auto* header = new QWidget;
-    auto* form = new QFormLayout(header);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    form->addRow(hostText("Document"), document);
-    auto* printerLabel = new QLabel(hostText("Printer"));
-    printerLabel->setBuddy(mPrinters);
-    form->addRow(printerLabel, mPrinters);
-    form->addRow(QString(), mPrinterState);
-    form->addRow(copiesLabel, amount);
-    return header;
+    return amount;
 }
 
 QWidget* PrintDialog::buildFooter() {
@@ -170,21 +214,23 @@ QWidget* PrintDialog::buildFooter() {
     mSentence->setWordWrap(true);
     mSentence->setObjectName(QStringLiteral("sentence"));
     mProgress = new QProgressBar;
+    mProgress->setObjectName(QStringLiteral("progress"));
+    mProgress->setAccessibleName(hostText("Progress"));
     mProgress->setMaximumWidth(160);
     QSizePolicy policy = mProgress->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     mProgress->setSizePolicy(policy);
     mProgress->hide();
-    mReset = new QPushButton(hostText("ResetAll"));
-    mReset->setAutoDefault(false);
+    mReset = addButton("ResetAll", "reset");
     connect(mReset, &QPushButton::clicked, &mModel, &JobModel::resetToDefaults);
-    mPrint = new QPushButton(hostText("Print"));
-    mPrint->setObjectName(QStringLiteral("print"));
-    mPrint->setDefault(true);
+    mUndo = addButton("UndoLast", "undo");
+    connect(mUndo, &QPushButton::clicked, &mModel, &JobModel::undo);
+    // A text field that has the focus takes the key for itself.
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, mUndo,
+            &QPushButton::click);
+    mPrint = addButton("Print", "print");
     connect(mPrint, &QPushButton::clicked, this, &PrintDialog::print);
-    mCancel = new QPushButton(hostText("Cancel"));
-    mCancel->setObjectName(QStringLiteral("cancel"));
-    mCancel->setAutoDefault(false);
+    mCancel = addButton("Cancel", "cancel");
     connect(mCancel, &QPushButton::clicked, this, &PrintDialog::reject);
 
     auto* buttons = new QDialogButtonBox;
@@ -192,6 +238,7 @@ QWidget* PrintDialog::buildFooter() {
     buttons->addButton(mCancel, QDialogButtonBox::ActionRole);
     auto* row = new QHBoxLayout;
     row->addWidget(mReset);
+    row->addWidget(mUndo);
     row->addStretch(1);
     row->addWidget(mProgress);
     row->addWidget(buttons);
@@ -217,19 +264,21 @@ void PrintDialog::connectModel() {
         // A printer that is known by its PPD needs no print service.
         if (mModel.hasPrinter() && !mModel.printer().isQueue())
             return;
-        mMessages->show(QStringLiteral("printers"), MessageBar::Kind::Warning, error.sentence,
-                        {{hostText("TryAgain"), [this] {
-                              mMessages->remove(QStringLiteral("printers"));
-                              mDirectory.refresh(mWantedQueue);
-                          }}});
+        mPrinterMessages->show(QStringLiteral("printers"), MessageBar::Kind::Warning,
+                               error.sentence,
+                               {{hostText("TryAgain"), [this] {
+                                     mPrinterMessages->remove(QStringLiteral("printers"));
+                                     mDirectory.refresh(mWantedQueue);
+                                 }}});
     });
-    connect(&mDirectory, &PrinterDirectory::finished, this,
-            [this] { mPrinters->setPlaceholderText(hostText("ChoosePrinter")); });
+    connect(&mDirectory, &PrinterDirectory::finished, this, [this] {
+        mPrinters->setPlaceholderText(hostText("ChoosePrinter"));
+        if (mModel.hasPrinter() && !mFetching)
+            showPrinterState();
+    });
     connect(&mDirectory, &PrinterDirectory::ppdFetched, this, &PrintDialog::queuePpdFetched);
     connect(&mDirectory, &PrinterDirectory::ppdFailed, this,
-            [this](const QString&, const Error& error) {
-                mMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning, error.sentence);
-            });
+            [this](const QString&, const Error& error) { giveUpQueue(error); });
     connect(&mRun, &PrintRun::progressed, this, &PrintDialog::runProgressed);
     connect(&mRun, &PrintRun::failed, this, [this](const QString& sentence) {
         runEnded();
@@ -259,12 +308,15 @@ void PrintDialog::startWith(const DialogRequest& request) {
 }
 
 void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
+    mPrinterMessages->remove(QStringLiteral("printers"));
     mListed.clear();
     for (const Queue& queue : queues)
         mListed.push_back({{queue.name, QString(), titleOf(queue), queue.deviceUri},
                            stateSentence(queue),
                            needsAttention(queue)});
     listPrinters();
+    if (mFetching)
+        return;
     if (mModel.hasPrinter()) {
         showPrinterState();
         return;
@@ -286,6 +338,8 @@ void PrintDialog::listPrinters() {
         mPrinters->insertSeparator(mPrinters->count());
     mPrinters->addItem(hostText("ChoosePpd"), kAskForPpd);
     const auto current = std::ranges::find_if(mListed, [this](const ListedPrinter& listed) {
+        if (mFetching)
+            return listed.choice.queue == mWantedQueue;
         return mModel.hasPrinter() && listed.choice.queue == mModel.printer().queue &&
                listed.choice.ppdPath == mModel.printer().ppdPath;
     });
@@ -302,7 +356,6 @@ void PrintDialog::printerActivated() {
         return;
     }
     const PrinterChoice chosen = mListed[static_cast<std::size_t>(index)].choice;
-    mMessages->remove(QStringLiteral("ppd"));
     if (chosen.isQueue())
         openQueue(chosen.queue);
     else
@@ -311,8 +364,21 @@ void PrintDialog::printerActivated() {
 
 void PrintDialog::openQueue(const QString& name) {
     mWantedQueue = name;
-    mPrinterState->setText(hostText("FetchingPpd").arg(name));
+    mFetching = true;
+    mPrinterMessages->remove(QStringLiteral("ppd"));
+    listPrinters();
+    sayState(hostText("FetchingPpd").arg(name), false);
+    refresh();
     mDirectory.fetchPpd(name);
+}
+
+/// The printer that was in force stays so.
+void PrintDialog::giveUpQueue(const Error& error) {
+    mFetching = false;
+    listPrinters();
+    showPrinterState();
+    refresh();
+    mPrinterMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning, error.sentence);
 }
 
 void PrintDialog::askForPpd() {
@@ -329,7 +395,8 @@ void PrintDialog::openPpdByHand(const QString& path, const Marks& wanted) {
     ppd::OpenError error;
     ppd::File file = ppd::openFile(path, &error);
     if (!file) {
-        mMessages->show(
+        listPrinters();
+        mPrinterMessages->show(
             QStringLiteral("ppd"), MessageBar::Kind::Warning,
             hostText("PpdUnreadable").arg(path, error.reason, QString::number(error.line)));
         return;
@@ -344,6 +411,7 @@ void PrintDialog::openPpdByHand(const QString& path, const Marks& wanted) {
         mByHand.push_back(printer);
     const auto remembered = rememberPpdFile(absolute);
     static_cast<void>(remembered); // only a convenience
+    mDirectory.cancelFetch();
     adoptPrinter(printer, std::move(file), absolute, wanted);
 }
 
@@ -351,9 +419,8 @@ void PrintDialog::queuePpdFetched(const QString& name, const QByteArray& bytes) 
     auto kept = std::make_unique<QTemporaryFile>();
     Result<ppd::File> opened = openPpd(bytes, name);
     if (!opened || !kept->open() || kept->write(bytes) != bytes.size() || !kept->flush()) {
-        mMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning,
-                        opened ? hostText("NoRoomForPpd").arg(kept->fileName())
-                               : opened.error().sentence);
+        giveUpQueue(opened ? Error{ErrorKind::Other, hostText("NoRoomForPpd").arg(QDir::tempPath())}
+                           : opened.error());
         return;
     }
     const Queue* queue = mDirectory.find(name);
@@ -365,17 +432,24 @@ void PrintDialog::queuePpdFetched(const QString& name, const QByteArray& bytes) 
     for (const ppd::Setting& setting : start.match.applicable)
         wanted.insert(setting.keyword, setting.choice);
     wanted.insert(std::exchange(mWanted, {}));
-    for (const QString& sentence : describe(opened->get(), start.match.missing))
-        tell(sentence);
+    const QStringList missing = describe(opened->get(), start.match.missing);
     const auto remembered = rememberQueue(name);
     static_cast<void>(remembered); // only a convenience
     const QString file = kept->fileName();
     adoptPrinter(printer, std::move(*opened), file, wanted);
+    for (const QString& sentence : missing)
+        tell(sentence);
     mQueuePpd = std::move(kept);
 }
 
 void PrintDialog::adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
                                const Marks& wanted) {
+    mFetching = false;
+    mPreset.clear();
+    mPrinterMessages->remove(QStringLiteral("ppd"));
+    mPrinterMessages->remove(QStringLiteral("printers"));
+    for (const char* about : {"told", "conflict", "run", "preset"})
+        mMessages->remove(QLatin1String(about));
     clearTabs();
     mModel.openPrinter(printer, std::move(ppd), file, wanted);
     std::erase_if(mListed, [](const ListedPrinter& listed) { return !listed.choice.isQueue(); });
@@ -388,23 +462,25 @@ void PrintDialog::showPrinterState() {
     const auto listed = std::ranges::find_if(mListed, [this](const ListedPrinter& candidate) {
         return candidate.choice.isQueue() && candidate.choice.queue == mModel.printer().queue;
     });
-    QString state;
-    bool attention = false;
-    if (!mModel.printer().isQueue()) {
-        state = hostText("PrintsIntoFile");
-    } else if (listed != mListed.end()) {
-        state = listed->state;
-        attention = listed->needsAttention;
-    } else if (!mDirectory.isRefreshing()) {
-        state = goneSentence(mModel.printer().queue);
-        attention = true;
-    }
-    mPrinterState->setText(state);
-    mPrinterState->setToolTip(state.toHtmlEscaped());
-    if (attention)
-        mMessages->show(QStringLiteral("state"), MessageBar::Kind::Warning, state);
+    if (!mModel.hasPrinter())
+        sayState(QString(), false);
+    else if (!mModel.printer().isQueue())
+        sayState(hostText("PrintsIntoFile"), false);
+    else if (listed != mListed.end())
+        sayState(listed->state, listed->needsAttention);
+    else if (!mDirectory.isRefreshing())
+        sayState(goneSentence(mModel.printer().queue), true);
+}
+
+/// In a quiet line, or as a message when somebody has to do something.
+void PrintDialog::sayState(const QString& sentence, bool needsAttention) {
+    const QString name = QStringLiteral("state");
+    mPrinterState->setText(needsAttention ? QString() : sentence);
+    mPrinterState->setVisible(!mPrinterState->text().isEmpty());
+    if (needsAttention)
+        mPrinterMessages->show(name, MessageBar::Kind::Warning, sentence);
     else
-        mMessages->remove(QStringLiteral("state"));
+        mPrinterMessages->remove(name);
 }
 
 void PrintDialog::clearTabs() {
@@ -429,6 +505,8 @@ void PrintDialog::rebuildTabs() {
     mSummaryPage = new SummaryPage(mModel);
     mTabs->addTab(mSummaryPage, hostText("TabSummary"));
     mTabs->setCurrentIndex(0);
+    mNoPrinter->hide();
+    mTabs->show();
     mWheel->watch(*this);
 }
 
@@ -444,9 +522,12 @@ void PrintDialog::refresh() {
     mSentence->setText(mModel.sentence());
     const int labels = mModel.labelCount();
     mPrint->setText(labels > 0 ? hostText("PrintOne", "PrintMany", labels) : hostText("Print"));
-    mPrint->setEnabled(!mRun.isBusy() && mModel.hasPrinter() && !files.isEmpty());
-    mReset->setEnabled(mModel.hasPrinter() && !mModel.changedMarks().isEmpty());
+    mPrint->setEnabled(!mRun.isBusy() && !mFetching && mModel.hasPrinter() && !files.isEmpty());
+    mReset->setEnabled(!mRun.isBusy() && mModel.marks() != mModel.defaults());
+    mUndo->setEnabled(!mRun.isBusy() && mModel.canUndo());
     mSavePreset->setEnabled(mModel.hasPrinter());
+    if (mModel.marks() != mPresetMarks || mModel.copies() != mPresetCopies)
+        choosePreset(QString());
     if (mPagesPage)
         mPagesPage->refresh();
     if (mFeaturesPage)
@@ -458,27 +539,21 @@ void PrintDialog::refresh() {
 
 void PrintDialog::refreshConflicts() {
     const QString name = QStringLiteral("conflict");
-    const std::vector<Conflict> conflicts = mModel.conflicts();
-    if (conflicts.empty()) {
+    const QString sentence = mModel.conflictSentence();
+    if (sentence.isEmpty()) {
         mMessages->remove(name);
         return;
     }
     std::vector<MessageAction> actions;
-    if (const auto fix = mModel.proposedFix(); fix && !fix->empty()) {
-        QStringList changes;
-        for (const ppd::Setting& setting : *fix)
-            changes.append(describe(mModel.ppd(), setting));
-        actions.push_back({hostText("FixConflict").arg(changes.join(QStringLiteral(", "))),
-                           [this] { mModel.applyFix(); }});
-    }
+    if (const QString fix = mModel.fixText(); !fix.isEmpty())
+        actions.push_back({hostText("FixConflict").arg(fix), [this] { mModel.applyFix(); }});
     if (mModel.canUndo())
         actions.push_back({hostText("Undo"), [this] { mModel.undo(); }});
-    mMessages->show(name, MessageBar::Kind::Warning, describe(mModel.ppd(), conflicts.front()),
-                    actions);
+    mMessages->show(name, MessageBar::Kind::Warning, sentence, actions);
 }
 
 void PrintDialog::tell(const QString& sentence) {
-    mMessages->show(QStringLiteral("told-") + sentence, MessageBar::Kind::Information, sentence);
+    mMessages->add(QStringLiteral("told"), sentence);
 }
 
 void PrintDialog::askForFiles() {
@@ -519,9 +594,10 @@ void PrintDialog::reject() {
         mRun.cancel();
 }
 
-void PrintDialog::closeEvent(QCloseEvent* event) {
+void PrintDialog::done(int result) {
     settings().setValue(QLatin1String(kGeometrySetting), saveGeometry());
-    QDialog::closeEvent(event);
+    mModel.close(result == Accepted);
+    QDialog::done(result);
 }
 
 } // namespace labelcut

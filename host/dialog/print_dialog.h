@@ -14,6 +14,7 @@
 
 class QComboBox;
 class QLabel;
+class QLayout;
 class QProgressBar;
 class QPushButton;
 class QSpinBox;
@@ -50,13 +51,13 @@ public:
     ~PrintDialog() override;
 
     JobModel& model() { return mModel; }
-    MessageBar& messages() { return *mMessages; }
+    /// What is said about the job, and what about printers, in the lines where it shows.
+    const MessageBar& messages() const { return *mMessages; }
+    const MessageBar& printerMessages() const { return *mPrinterMessages; }
     QTabWidget& tabs() { return *mTabs; }
 
     void reject() override;
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
+    void done(int result) override;
 
 private:
     struct ListedPrinter {
@@ -67,7 +68,11 @@ private:
 
     void buildWindow();
     QWidget* buildHeader();
+    QLayout* buildPrinterRow();
+    QLayout* buildAmountRow();
     QWidget* buildFooter();
+    QPushButton* addButton(const char* textKey, const char* name);
+    void orderTabKey();
     void connectModel();
 
     void startWith(const DialogRequest& request);
@@ -75,18 +80,21 @@ private:
     void listPrinters();
     void printerActivated();
     void openQueue(const QString& name);
+    void giveUpQueue(const Error& error);
     void openPpdByHand(const QString& path, const Marks& wanted);
     void askForPpd();
     void queuePpdFetched(const QString& name, const QByteArray& bytes);
     void adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
                       const Marks& wanted);
+    void sayState(const QString& sentence, bool needsAttention);
     void showPrinterState();
 
     void rebuildTabs();
     void clearTabs();
     void refresh();
     void refreshConflicts();
-    void refreshPresets();
+    void refreshPresets(const QString& chosen = {});
+    void choosePreset(const QString& name);
     void tell(const QString& sentence);
 
     void askForFiles();
@@ -94,11 +102,14 @@ private:
 
     void applyPreset(const QString& name);
     void savePreset();
+    void keepPreset(const QString& name);
     void removePreset();
+    void offerPresetBack(const QString& sentence, const Preset& preset);
     PrinterIdentity identity() const;
 
     void print();
     bool isReadyToPrint();
+    bool hasTypingProblem();
     void startRun(PrintOrder order);
     void runProgressed(const QString& sentence, int percent);
     void runEnded();
@@ -115,8 +126,15 @@ private:
     std::vector<PrinterChoice> mByHand;
     std::unique_ptr<QTemporaryFile> mQueuePpd;
     bool mRefreshScheduled = false;
+    /// A queue was chosen and its PPD is not here yet; the printer before it is still in force.
+    bool mFetching = false;
+    /// The preset that is in force, and the marks and copies it made.
+    QString mPreset;
+    Marks mPresetMarks;
+    int mPresetCopies = 0;
 
     WheelGuard* mWheel;
+    QWidget* mHeader = nullptr;
     QLabel* mDocument = nullptr;
     QPushButton* mChooseFiles = nullptr;
     QSpinBox* mCopies = nullptr;
@@ -126,10 +144,13 @@ private:
     QPushButton* mSavePreset = nullptr;
     QToolButton* mRemovePreset = nullptr;
     QTabWidget* mTabs = nullptr;
+    QLabel* mNoPrinter = nullptr;
+    MessageBar* mPrinterMessages = nullptr;
     MessageBar* mMessages = nullptr;
     QLabel* mSentence = nullptr;
     QProgressBar* mProgress = nullptr;
     QPushButton* mReset = nullptr;
+    QPushButton* mUndo = nullptr;
     QPushButton* mPrint = nullptr;
     QPushButton* mCancel = nullptr;
     PagesPage* mPagesPage = nullptr;

@@ -24,22 +24,32 @@ PrinterIdentity PrintDialog::identity() const {
                              : PrinterIdentity::forPpd(mModel.ppd());
 }
 
-void PrintDialog::refreshPresets() {
-    const QString current = mPresetList->currentText();
+void PrintDialog::refreshPresets(const QString& chosen) {
     mPresetList->clear();
     const PresetList list = mPresets.list(identity());
     for (const Preset& preset : list.presets)
         mPresetList->addItem(preset.name);
-    mPresetList->setCurrentIndex(mPresetList->findText(current));
     mPresetList->setEnabled(mPresetList->count() > 0);
-    mRemovePreset->setEnabled(mPresetList->currentIndex() >= 0);
+    choosePreset(chosen);
     for (const QString& problem : list.problems)
         tell(problem);
+}
+
+/// Shows which preset the choices are those of; none when they have changed since.
+void PrintDialog::choosePreset(const QString& name) {
+    mPresetList->setCurrentIndex(mPresetList->findText(name));
+    mRemovePreset->setEnabled(mPresetList->currentIndex() >= 0);
+    if (mPresetList->currentIndex() < 0)
+        return;
+    mPreset = name;
+    mPresetMarks = mModel.marks();
+    mPresetCopies = mModel.copies();
 }
 
 void PrintDialog::applyPreset(const QString& name) {
     const Result<Preset> preset = mPresets.load(identity(), name);
     if (!preset) {
+        choosePreset(QString());
         tell(preset.error().sentence);
         return;
     }
@@ -52,73 +62,96 @@ void PrintDialog::applyPreset(const QString& name) {
     for (const QString& sentence : describe(mModel.ppd(), match.missing))
         tell(sentence);
     mCopies->setValue(match.copies);
-    mRemovePreset->setEnabled(true);
+    choosePreset(name);
 }
 
 void PrintDialog::savePreset() {
     auto* ask = new QInputDialog(this);
     ask->setAttribute(Qt::WA_DeleteOnClose);
-    ask->setWindowTitle(hostText("SavePreset"));
+    ask->setWindowTitle(hostText("SavePresetTitle"));
     ask->setLabelText(hostText("PresetName"));
-    ask->setTextValue(mPresetList->currentText());
-    connect(ask, &QInputDialog::textValueSelected, this, [this](const QString& text) {
-        mModel.save();
-        Preset preset;
-        preset.name = text.trimmed();
-        preset.copies = mModel.copies();
-        for (const OptionChoice& choice : mModel.jobChoices()) {
-            if (choice.key == QLatin1String("PageSize"))
-                preset.pageSize = choice.choice;
-            else
-                preset.options.insert(choice.key, choice.choice);
-        }
-        const Result<PresetStore::Notes> saved = mPresets.save(identity(), preset, Overwrite::Yes);
-        const QStringList sentences = saved ? *saved : QStringList{saved.error().sentence};
-        for (const QString& sentence : sentences)
-            tell(sentence);
-        refreshPresets();
-        mPresetList->setCurrentIndex(mPresetList->findText(preset.name));
-        mRemovePreset->setEnabled(mPresetList->currentIndex() >= 0);
-    });
+    ask->setTextValue(mPreset);
+    connect(ask, &QInputDialog::textValueSelected, this, &PrintDialog::keepPreset);
     ask->open();
 }
 
+void PrintDialog::keepPreset(const QString& name) {
+    mModel.save();
+    Preset preset;
+    preset.name = name.trimmed();
+    preset.copies = mModel.copies();
+    for (const OptionChoice& choice : mModel.jobChoices()) {
+        if (choice.key == QLatin1String("PageSize"))
+            preset.pageSize = choice.choice;
+        else
+            preset.options.insert(choice.key, choice.choice);
+    }
+    const Result<Preset> before = mPresets.load(identity(), preset.name);
+    const Result<PresetStore::Notes> saved = mPresets.save(identity(), preset, Overwrite::Yes);
+    for (const QString& sentence : saved ? *saved : QStringList{saved.error().sentence})
+        tell(sentence);
+    refreshPresets(preset.name);
+    if (saved && before && *before != preset)
+        offerPresetBack(hostText("PresetReplaced").arg(preset.name), *before);
+}
+
 void PrintDialog::removePreset() {
-    const Result<Preset> preset = mPresets.load(identity(), mPresetList->currentText());
-    const Result<PresetStore::Notes> removed =
-        mPresets.remove(identity(), mPresetList->currentText());
+    const QString name = mPresetList->currentText();
+    const Result<Preset> preset = mPresets.load(identity(), name);
+    const Result<PresetStore::Notes> removed = mPresets.remove(identity(), name);
     if (!removed) {
         tell(removed.error().sentence);
         return;
     }
-    mPresetList->setCurrentIndex(-1);
     refreshPresets();
-    if (!preset)
-        return;
-    mMessages->show(QStringLiteral("preset"), MessageBar::Kind::Information,
-                    hostText("PresetRemoved").arg(preset->name),
-                    {{hostText("Undo"), [this, kept = *preset] {
-                          const auto saved = mPresets.save(identity(), kept, Overwrite::No);
+    if (preset)
+        offerPresetBack(hostText("PresetRemoved").arg(name), *preset);
+}
+
+/// Nothing is asked before; this takes it back.
+void PrintDialog::offerPresetBack(const QString& sentence, const Preset& preset) {
+    const QString name = QStringLiteral("preset");
+    mMessages->show(name, MessageBar::Kind::Information, sentence,
+                    {{hostText("Undo"), [this, name, preset] {
+                          const auto saved = mPresets.save(identity(), preset, Overwrite::Yes);
                           if (!saved)
                               tell(saved.error().sentence);
-                          mMessages->remove(QStringLiteral("preset"));
+                          mMessages->remove(name);
                           refreshPresets();
                       }}});
 }
 
+/// Shows the field that cannot be taken as it is.
+bool PrintDialog::hasTypingProblem() {
+    const QString name = QStringLiteral("typing");
+    mMessages->remove(name);
+    const std::pair<QWidget*, QString> pages[] = {
+        {mPagesPage, mPagesPage ? mPagesPage->problem() : QString()},
+        {mFeaturesPage, mFeaturesPage ? mFeaturesPage->problem() : QString()}};
+    for (const auto& [page, problem] : pages) {
+        if (problem.isEmpty())
+            continue;
+        mTabs->setCurrentWidget(page);
+        mMessages->show(name, MessageBar::Kind::Warning, problem);
+        return true;
+    }
+    return false;
+}
+
 bool PrintDialog::isReadyToPrint() {
-    if (mPagesPage && !mPagesPage->isRangeValid()) {
-        mTabs->setCurrentWidget(mPagesPage);
-        tell(hostText("RangeHint"));
+    if (hasTypingProblem())
+        return false;
+    if (!mModel.shouldPrint()) {
+        mMessages->show(QStringLiteral("run"), MessageBar::Kind::Warning, hostText("PanelRefuses"));
         return false;
     }
-    if (!mModel.shouldPrint())
-        return false;
     refresh();
     return mModel.conflicts().empty();
 }
 
 void PrintDialog::print() {
+    // What is being typed somewhere is taken first.
+    mPrint->setFocus();
     mMessages->remove(QStringLiteral("run"));
     if (mRun.isBusy() || !isReadyToPrint())
         return;
@@ -141,8 +174,8 @@ void PrintDialog::print() {
 }
 
 void PrintDialog::startRun(PrintOrder order) {
-    setRunning(true);
     mRun.start(order);
+    setRunning(true);
 }
 
 void PrintDialog::runProgressed(const QString& sentence, int percent) {
@@ -155,17 +188,18 @@ void PrintDialog::runProgressed(const QString& sentence, int percent) {
 void PrintDialog::setRunning(bool running) {
     mProgress->setVisible(running);
     mTabs->setEnabled(!running);
-    mPrinters->setEnabled(!running);
-    mChooseFiles->setEnabled(!running);
-    mCopies->setEnabled(!running);
-    mPrint->setEnabled(!running);
-    mReset->setEnabled(!running);
+    mHeader->setEnabled(!running);
+    mMessages->setEnabled(!running);
     mCancel->setText(hostText("Cancel"));
+    if (running)
+        mCancel->setFocus();
+    else
+        mPrint->setFocus();
+    refresh();
 }
 
 void PrintDialog::runEnded() {
     setRunning(false);
-    refresh();
 }
 
 } // namespace labelcut

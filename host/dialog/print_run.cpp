@@ -1,9 +1,13 @@
 // The dialog: one print run, from the document to the printer or into a file, beside the window.
 #include "host/dialog/print_run.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <algorithm>
 #include <utility>
 
+#include "host/job/atomic_file.h"
 #include "host/job/postscript_job.h"
 #include "host/texts/host_text.h"
 
@@ -11,14 +15,62 @@ namespace labelcut {
 
 namespace {
 
-/// The queue's PPD with the order's marks, opened anew for a thread of its own.
-ppd::File openMarked(const PrintOrder& order) {
-    ppd::File file = ppd::openFile(order.ppdFile, nullptr);
+/// Bytes that are copied at a time.
+constexpr qint64 kPiece = 1 << 16;
+
+/// The PPD with the order's marks, opened anew for a thread of its own. The failure is a sentence:
+/// the file is gone, or lacks a choice by now.
+Result<ppd::File> openMarked(const PrintOrder& order) {
+    ppd::OpenError error;
+    ppd::File file = ppd::openFile(order.ppdFile, &error);
+    if (!file)
+        return Error{ErrorKind::Other,
+                     hostText("PpdUnreadable")
+                         .arg(order.ppdFile, error.reason, QString::number(error.line))};
     ppd::markDefaults(file.get());
-    for (auto mark = order.marks.cbegin(); mark != order.marks.cend(); ++mark)
-        ppd::markOption(file.get(), mark.key().toUtf8().constData(),
-                        mark.value().toUtf8().constData());
-    return file;
+    QStringList lacking;
+    for (auto mark = order.marks.cbegin(); mark != order.marks.cend(); ++mark) {
+        if (!ppd::markOption(file.get(), mark.key().toUtf8().constData(),
+                             mark.value().toUtf8().constData()))
+            lacking.append(mark.key() + u'=' + mark.value());
+    }
+    if (lacking.isEmpty())
+        return file;
+    return Error{ErrorKind::Other,
+                 hostText("PrinterChanged").arg(order.printer.title, lacking.join(u' '))};
+}
+
+Result<qint64> copyWhole(const QString& from, const QString& to) {
+    return writeWhole(to, [&](FileSink& sink) -> std::optional<QString> {
+        QFile source(from);
+        if (!source.open(QIODevice::ReadOnly))
+            return source.errorString();
+        while (!source.atEnd())
+            sink.write(source.read(kPiece));
+        return std::nullopt;
+    });
+}
+
+/// Makes the order's PostScript and puts it into its place, unless it was taken back meanwhile.
+Result<Done> writeFile(const PrintOrder& order, const JobDocument& document,
+                       const BackgroundCall::Link& link) {
+    const Result<ppd::File> file = openMarked(order);
+    if (!file)
+        return file.error();
+    PostScriptJob job;
+    job.ppd = file->get();
+    job.document = &document;
+    job.title = order.title;
+    job.copies = order.copies;
+    job.pages = order.pages;
+    const QTemporaryDir folder;
+    const QString made = folder.filePath(QStringLiteral("job.ps"));
+    Result<qint64> written = writePostScript(job, made);
+    if (written && !link.isCancelled())
+        written = copyWhole(made, order.outputPath);
+    if (!written)
+        return written.error();
+    return Done();
 }
 
 JobToSend jobFor(const PrintOrder& order, const JobDocument& document) {
@@ -60,8 +112,9 @@ PrintOrder PrintOrder::from(const JobModel& model) {
     return order;
 }
 
-PrintRun::PrintRun(QObject* parent)
+PrintRun::PrintRun(CupsConnection service, QObject* parent)
     : QObject(parent)
+    , mSender(std::move(service))
     , mWork(this) {
     connect(&mSender, &JobSender::progress, this, [this](qint64 sent, qint64 total) {
         Q_EMIT progressed(hostText("SendingTo").arg(mOrder.printer.title), percentOf(sent, total));
@@ -70,12 +123,23 @@ PrintRun::PrintRun(QObject* parent)
             [this](const QString& sentences) { Q_EMIT progressed(sentences, -1); });
     connect(&mSender, &JobSender::failed, this,
             [this](const Error& error) { fail(error.sentence); });
-    connect(&mSender, &JobSender::done, this, [this](JobEnd end) {
-        const char* key = end == JobEnd::Printed   ? "JobPrinted"
-                          : end == JobEnd::Removed ? "JobRemoved"
-                                                   : "JobQueued";
-        finish(hostText(key).arg(QString::number(mSender.jobId()), mOrder.printer.title));
-    });
+    connect(&mSender, &JobSender::done, this, &PrintRun::end);
+}
+
+void PrintRun::end(JobEnd end) {
+    const auto say = [this](const char* key) {
+        return hostText(key).arg(QString::number(mSender.jobId()), mOrder.printer.title);
+    };
+    switch (end) {
+    case JobEnd::Printed:
+        return finish(say("JobPrinted"));
+    case JobEnd::StillQueued:
+        return finish(say("JobQueued"));
+    case JobEnd::Unknown:
+        return finish(say("JobEnded"));
+    case JobEnd::Removed:
+        return fail(say("JobRemoved"));
+    }
 }
 
 void PrintRun::start(const PrintOrder& order) {
@@ -114,17 +178,9 @@ void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
 void PrintRun::write(const std::shared_ptr<JobDocument>& document) {
     Q_EMIT progressed(hostText("WritingTo").arg(mOrder.outputPath), -1);
     mWork.start([this, document, order = mOrder](const BackgroundCall::Link& link) {
-        const ppd::File file = openMarked(order);
-        PostScriptJob job;
-        job.ppd = file.get();
-        job.document = document.get();
-        job.title = order.title;
-        job.copies = order.copies;
-        job.pages = order.pages;
-        const Result<qint64> written = writePostScript(job, order.outputPath);
-        const QString path = order.outputPath;
+        const Result<Done> written = writeFile(order, *document, link);
         if (written)
-            link.tell([this, path] { finish(hostText("WrittenTo").arg(path)); });
+            link.tell([this, path = order.outputPath] { finish(hostText("WrittenTo").arg(path)); });
         else
             link.tell([this, sentence = written.error().sentence] { fail(sentence); });
     });

@@ -35,7 +35,7 @@ struct PrintOrder {
 class PrintRun : public QObject {
     Q_OBJECT
 public:
-    explicit PrintRun(QObject* parent = nullptr);
+    explicit PrintRun(CupsConnection service = CupsConnection(), QObject* parent = nullptr);
 
     void start(const PrintOrder& order);
     /// Takes the job back, or stops waiting for a job that was sent.
@@ -54,6 +54,7 @@ Q_SIGNALS:
 private:
     void send(const std::shared_ptr<JobDocument>& document);
     void write(const std::shared_ptr<JobDocument>& document);
+    void end(JobEnd end);
     void fail(const QString& sentence);
     void finish(const QString& sentence);
 

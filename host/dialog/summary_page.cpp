@@ -4,10 +4,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -16,6 +17,9 @@
 namespace labelcut {
 
 namespace {
+
+/// At least; more where there is room.
+constexpr int kCommandLines = 3;
 
 QLabel* plainLabel(const QString& text) {
     auto* label = new QLabel(text);
@@ -32,39 +36,49 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
+    setWidget(page);
+    viewport()->setAutoFillBackground(false);
+    page->setAutoFillBackground(false);
     auto* choices = new QGroupBox(hostText("SummaryChoices"));
     mEntries = new QFormLayout(choices);
-    layout->addWidget(choices);
     auto* commands = new QGroupBox(hostText("SameAsCommand"));
-    auto* form = new QFormLayout(commands);
-    mLabelcut = addCommand(*form, QStringLiteral("labelcut"), QStringLiteral("copyLabelcut"));
-    mLp = addCommand(*form, QStringLiteral("lp"), QStringLiteral("copyLp"));
-    mLpRow = mLp->parentWidget();
-    layout->addWidget(commands);
-    layout->addStretch(1);
-    setWidget(page);
+    auto* column = new QVBoxLayout(commands);
+    mLabelcut = addCommand(*column, QStringLiteral("labelcut"), QStringLiteral("Labelcut"));
+    mLp = addCommand(*column, QStringLiteral("lp"), QStringLiteral("Lp"));
+    auto* row = new QHBoxLayout(page);
+    row->addWidget(choices);
+    row->addWidget(commands, 1);
     refresh();
 }
 
-QLineEdit* SummaryPage::addCommand(QFormLayout& form, const QString& label,
-                                   const QString& copyName) {
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* line = new QLineEdit;
-    line->setReadOnly(true);
-    line->setAccessibleName(hostText("CommandFor").arg(label));
+SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString& program,
+                                             const QString& name) {
+    auto* text = new QPlainTextEdit;
+    text->setObjectName(QStringLiteral("command") + name);
+    text->setReadOnly(true);
+    text->setTabChangesFocus(true);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    text->setMinimumHeight(kCommandLines * text->fontMetrics().lineSpacing() +
+                           2 * (text->frameWidth() + qRound(text->document()->documentMargin())));
+    text->setAccessibleName(hostText("CommandFor").arg(program));
+    // Shells are written from left to right everywhere.
+    text->setLayoutDirection(Qt::LeftToRight);
     auto* copy = new QPushButton(hostText("Copy"));
-    copy->setObjectName(copyName);
-    copy->setAutoDefault(false);
-    copy->setAccessibleName(hostText("CopyCommandFor").arg(label));
-    connect(copy, &QPushButton::clicked, line,
-            [line] { QApplication::clipboard()->setText(line->text()); });
-    layout->addWidget(line, 1);
-    layout->addWidget(copy);
-    form.addRow(label, row);
-    return line;
+    copy->setObjectName(QStringLiteral("copy") + name);
+    copy->setAccessibleName(hostText("CopyCommandFor").arg(program));
+    connect(copy, &QPushButton::clicked, text,
+            [text] { QApplication::clipboard()->setText(text->toPlainText()); });
+
+    auto* title = new QLabel(program);
+    auto* row = new QWidget;
+    auto* grid = new QGridLayout(row);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->addWidget(title, 0, 0);
+    grid->addWidget(copy, 0, 1, Qt::AlignTrailing);
+    grid->addWidget(text, 1, 0, 1, 2);
+    column.addWidget(row);
+    return {row, text};
 }
 
 void SummaryPage::refresh() {
@@ -74,14 +88,10 @@ void SummaryPage::refresh() {
         mEntries->addRow(plainLabel(entry.title), plainLabel(entry.value));
     if (mEntries->rowCount() == 0)
         mEntries->addRow(plainLabel(hostText("NothingChosen")));
-    // Shown from its beginning: what differs from call to call stands there.
-    mLabelcut->setText(mModel.labelcutCommand());
-    mLabelcut->setCursorPosition(0);
+    mLabelcut.text->setPlainText(mModel.labelcutCommand());
     const QString lp = mModel.lpCommand();
-    mLp->setText(lp);
-    mLp->setCursorPosition(0);
-    auto* form = qobject_cast<QFormLayout*>(mLpRow->parentWidget()->layout());
-    form->setRowVisible(mLpRow, !lp.isEmpty());
+    mLp.text->setPlainText(lp);
+    mLp.row->setVisible(!lp.isEmpty());
 }
 
 } // namespace labelcut

@@ -6,8 +6,9 @@
 #include "host/dialog/job_model.h"
 
 class QFormLayout;
-class QLabel;
-class QLineEdit;
+class QGroupBox;
+class QPlainTextEdit;
+class QVBoxLayout;
 
 namespace labelcut {
 
@@ -19,13 +20,16 @@ public:
     void refresh();
 
 private:
-    QLineEdit* addCommand(QFormLayout& form, const QString& label, const QString& copyName);
+    struct Command {
+        QWidget* row;
+        QPlainTextEdit* text;
+    };
+    Command addCommand(QVBoxLayout& column, const QString& program, const QString& name);
 
     JobModel& mModel;
     QFormLayout* mEntries;
-    QLineEdit* mLabelcut;
-    QLineEdit* mLp;
-    QWidget* mLpRow = nullptr;
+    Command mLabelcut;
+    Command mLp;
 };
 
 } // namespace labelcut

@@ -1,0 +1,85 @@
+// Tests of the dialog: real windows on printers of the tests' own, and hands to use them.
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+#include <memory>
+
+#include "host/dialog/message_bar.h"
+#include "host/dialog/print_dialog.h"
+#include "tests/host/printers/event_loop.h"
+
+namespace labelcut::test {
+
+inline const QString kTapePpd = QStringLiteral(LABELCUT_SAMPLES "/tape.ppd");
+inline const QString kRollPpd = QStringLiteral(LABELCUT_SAMPLES "/roll.ppd");
+inline const QString kLabels = QStringLiteral(LABELCUT_SAMPLES "/labels.pdf");
+/// Labels in that document.
+inline constexpr int kLabelCount = 12;
+
+/// The plug-ins of the build tree.
+const PluginSearch& plugins();
+const PDESystem& hostSystem();
+
+/// While one lives, the user's configuration and home are empty folders of the test's own.
+class PrivateHome {
+public:
+    PrivateHome();
+    ~PrivateHome();
+    PrivateHome(const PrivateHome&) = delete;
+    PrivateHome& operator=(const PrivateHome&) = delete;
+    QString path(const QString& name) const { return mFolder.filePath(name); }
+
+private:
+    QTemporaryDir mFolder;
+    QByteArray mHome;
+    QByteArray mConfig;
+};
+
+/// The sample printer for tape, in a file of its own, on which these exclude each other as well:
+/// half cut and draft quality; dark print and best quality.
+QString conflictingPpd(const PrivateHome& home);
+
+/// A way to no print service.
+CupsConnection noService();
+
+/// A dialog that is on the screen, with the sample labels unless told otherwise.
+std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
+                                        const CupsConnection& service = noService());
+/// The same for a PPD given by hand.
+std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Marks& choices = {});
+/// Waits until what was scheduled is done.
+void settle();
+
+/// A child by its object name; fails the running test when there is none.
+template<typename Widget>
+Widget* part(const QWidget& root, const char* name) {
+    auto* found = root.findChild<Widget*>(QLatin1String(name));
+    if (!found)
+        qFatal("the dialog has no \"%s\"", name);
+    return found;
+}
+
+/// Whether the user could act on it: it is on the screen and enabled.
+bool isUsable(const QWidget& widget);
+/// What a mouse does in the middle of it; a checkbox is hit at its box.
+void click(QWidget& widget);
+/// Types into the field as it stands, or in place of all of its text.
+void type(QLineEdit& field, const QString& text);
+/// Opens the pop-up by keyboard and chooses the entry at `index`.
+void choose(QComboBox& box, int index);
+/// The same by the entry's data.
+void choose(QComboBox& box, const QString& data);
+/// The page of that position comes to the front.
+void openTab(PrintDialog& dialog, int index);
+/// The pop-up of a PPD option on the dialog's own pages.
+QComboBox& optionBox(const PrintDialog& dialog, const char* keyword);
+/// A button of a message that offers something, by the start of its text; null: there is none.
+QPushButton* offer(const MessageBar& bar, const QString& start);
+
+} // namespace labelcut::test

@@ -1,0 +1,239 @@
+// Pictures every page and state of the dialog, and finds what is cut off in them.
+//
+//   dialog_pictures FOLDER [light|dark|double|german|righttoleft|largefont]…
+//
+// Each look is made by a process of its own. The program fails when a text does not fit into its
+// widget, when two widgets overlap, or when a panel can only be seen by scrolling.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QProcess>
+#include <QProgressBar>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextStream>
+
+#include <map>
+
+#include "host/snapshot/snapshot.h"
+#include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/support/private_cupsd.h"
+
+namespace labelcut::test {
+
+namespace {
+
+/// What is different from one look to the next.
+struct Look {
+    bool dark = false;
+    const char* scale = "1";
+    const char* language = "en";
+    Qt::LayoutDirection direction = Qt::LeftToRight;
+    double font = 1;
+};
+
+const std::map<QString, Look>& looks() {
+    static const std::map<QString, Look> all = {
+        {QStringLiteral("light"), {}},
+        {QStringLiteral("dark"), {.dark = true}},
+        {QStringLiteral("double"), {.scale = "2"}},
+        {QStringLiteral("german"), {.language = "de"}},
+        {QStringLiteral("righttoleft"), {.direction = Qt::RightToLeft}},
+        {QStringLiteral("largefont"), {.font = 1.5}},
+    };
+    return all;
+}
+
+QString nameOf(const QWidget& widget) {
+    return QStringLiteral("%1 \"%2\"")
+        .arg(QLatin1String(widget.metaObject()->className()), widget.objectName());
+}
+
+QString textOf(const QWidget& widget) {
+    if (const auto* label = qobject_cast<const QLabel*>(&widget))
+        return label->text();
+    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+    return button ? button->text() : QString();
+}
+
+bool isCutOff(const QWidget& widget) {
+    const auto* label = qobject_cast<const QLabel*>(&widget);
+    if (label && label->wordWrap())
+        return widget.height() < label->heightForWidth(widget.width());
+    // A panel may set its rows closer than the style would.
+    return widget.width() < widget.sizeHint().width() ||
+           widget.height() < widget.fontMetrics().height();
+}
+
+/// Where something looks wrong in what is on the screen, a sentence each.
+QStringList flawsOf(PrintDialog& dialog) {
+    QStringList flaws;
+    for (const QWidget* widget : dialog.findChildren<QWidget*>()) {
+        if (widget->isVisible() && !textOf(*widget).isEmpty() && isCutOff(*widget))
+            flaws << QStringLiteral("%1: \"%2\" is cut off (%3 x %4)")
+                         .arg(nameOf(*widget), textOf(*widget))
+                         .arg(widget->width())
+                         .arg(widget->height());
+    }
+    const auto* page = qobject_cast<QScrollArea*>(dialog.tabs().currentWidget());
+    if (page && (page->horizontalScrollBar()->isVisible() ||
+                 (dialog.tabs().currentIndex() == 0 && page->verticalScrollBar()->isVisible())))
+        flaws << QStringLiteral("the page can only be seen by scrolling");
+    return flaws;
+}
+
+class Camera {
+public:
+    explicit Camera(QString prefix)
+        : mPrefix(std::move(prefix)) {}
+
+    void take(PrintDialog& dialog, const QString& name) {
+        settle();
+        const QString path = mPrefix + name + QStringLiteral(".png");
+        if (!dialog.grab().save(path))
+            note(name, QStringLiteral("cannot be written to ") + path);
+        for (const QString& flaw : flawsOf(dialog))
+            note(name, flaw);
+    }
+    void takeTabs(PrintDialog& dialog, const QString& name) {
+        const QSize before = dialog.size();
+        for (int i = 0; i < dialog.tabs().count(); ++i) {
+            dialog.tabs().setCurrentIndex(i);
+            take(dialog, QStringLiteral("%1-%2").arg(name).arg(i));
+        }
+        if (dialog.size() != before)
+            note(name, QStringLiteral("the window changes its size with the page"));
+        dialog.tabs().setCurrentIndex(0);
+    }
+    bool isContent() const { return mContent; }
+
+private:
+    void note(const QString& name, const QString& flaw) {
+        mContent = false;
+        QTextStream(stderr) << mPrefix.section(u'/', -1) << name << ": " << flaw << '\n';
+    }
+
+    QString mPrefix;
+    bool mContent = true;
+};
+
+void takePrintersByPpd(Camera& camera, const PrivateHome& home) {
+    const auto tape = openDialog(kTapePpd);
+    camera.takeTabs(*tape, QStringLiteral("tape"));
+    part<QProgressBar>(*tape, "progress")->show();
+    camera.take(*tape, QStringLiteral("running"));
+    camera.takeTabs(*openDialog(kRollPpd), QStringLiteral("roll"));
+    camera.take(*openDialog(kTapePpd, {{QStringLiteral("KvSpecialTape"), QStringLiteral("ON")}}),
+                QStringLiteral("special-tape"));
+    camera.take(
+        *openDialog(conflictingPpd(home), {{QStringLiteral("Density"), QStringLiteral("Dark")},
+                                           {QStringLiteral("Quality"), QStringLiteral("Best")}}),
+        QStringLiteral("conflict"));
+    Marks unknown;
+    for (int i = 0; i < 7; ++i)
+        unknown.insert(QStringLiteral("Unknown%1").arg(i), QStringLiteral("ON"));
+    camera.take(*openDialog(kTapePpd, unknown), QStringLiteral("told"));
+
+    const auto custom = openDialog(kTapePpd);
+    openTab(*custom, 2);
+    choose(optionBox(*custom, "FeedLength"), QStringLiteral("Custom"));
+    camera.take(*custom, QStringLiteral("custom"));
+    type(*optionBox(*custom, "FeedLength").parentWidget()->findChild<QLineEdit*>(),
+         QStringLiteral("9999"));
+    click(*part<QPushButton>(*custom, "print"));
+    camera.take(*custom, QStringLiteral("custom-refused"));
+}
+
+void takeEmptyStates(Camera& camera) {
+    const PrivateHome home;
+    DialogRequest nothing;
+    const auto none = openDialog(nothing);
+    turnUntil([&] { return !none->printerMessages().texts().isEmpty(); });
+    camera.take(*none, QStringLiteral("no-printer"));
+    DialogRequest printer;
+    printer.ppdPath = kTapePpd;
+    camera.take(*openDialog(printer), QStringLiteral("no-document"));
+}
+
+void takePausedQueue(Camera& camera) {
+    PrivateCupsd service;
+    const QString queue = QStringLiteral("shipping");
+    if (!service.start() || !service.addQueue(queue, kTapePpd) || !service.pause(queue))
+        qFatal("the print service does not start: %s", qPrintable(service.errorLog()));
+    DialogRequest request;
+    request.files = {kLabels};
+    request.queue = queue;
+    const auto dialog =
+        openDialog(request, CupsConnection(*ServiceAddress::fromText(service.socketPath())));
+    turnUntil([&] {
+        return dialog->model().pageCount() > 0 && !dialog->printerMessages().texts().isEmpty();
+    });
+    camera.take(*dialog, QStringLiteral("paused"));
+}
+
+int takeAll(const QString& folder, const QString& name) {
+    const Look& look = looks().at(name);
+    setSnapshotLook(look.dark);
+    QApplication::setLayoutDirection(look.direction);
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * look.font);
+    QApplication::setFont(font);
+    const PrivateHome home;
+    Camera camera(folder + u'/' + name + u'-');
+    takePrintersByPpd(camera, home);
+    takeEmptyStates(camera);
+    takePausedQueue(camera);
+    return camera.isContent() ? 0 : 1;
+}
+
+/// Every look in a process of its own: language and scale are fixed when a program starts.
+int takeInProcesses(const QString& folder, const QStringList& names) {
+    int failures = 0;
+    for (const QString& name : names) {
+        const Look& look = looks().at(name);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(look.scale));
+        environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(look.language));
+        environment.insert(QStringLiteral("LC_ALL"),
+                           look.language == QLatin1String("en")
+                               ? QStringLiteral("C.UTF-8")
+                               : QLatin1String(look.language) + QStringLiteral(".UTF-8"));
+        environment.insert(QStringLiteral("LABELCUT_LOOK"), name);
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {folder});
+        if (!process.waitForFinished(300'000) || process.exitStatus() != QProcess::NormalExit ||
+            process.exitCode() != 0) {
+            QTextStream(stderr) << name << ": something is wrong\n";
+            ++failures;
+        }
+    }
+    return failures == 0 ? 0 : 1;
+}
+
+} // namespace
+
+} // namespace labelcut::test
+
+int main(int argc, char** argv) {
+    using namespace labelcut::test;
+    const QString look = qEnvironmentVariable("LABELCUT_LOOK");
+    if (look.isEmpty()) {
+        const QCoreApplication application(argc, argv);
+        QStringList names = QCoreApplication::arguments().mid(1);
+        if (names.isEmpty())
+            qFatal("dialog_pictures FOLDER [LOOK]…");
+        const QString folder = names.takeFirst();
+        QDir().mkpath(folder);
+        if (names.isEmpty()) {
+            for (const auto& [name, settings] : looks())
+                names << name;
+        }
+        return takeInProcesses(folder, names);
+    }
+    const QApplication application(argc, argv);
+    return takeAll(QCoreApplication::arguments().value(1), look);
+}
