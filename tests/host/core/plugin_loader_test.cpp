@@ -131,7 +131,7 @@ qsizetype endOfLoadedPart(const QByteArray& object) {
     ElfW(Ehdr) header;
     std::memcpy(&header, object.constData(), sizeof header);
     qsizetype end = 0;
-    for (int i = 0; i < header.e_phnum; ++i) {
+    for (std::size_t i = 0; i < header.e_phnum; ++i) {
         ElfW(Phdr) segment;
         std::memcpy(&segment,
                     object.constData() + header.e_phoff + std::size_t{header.e_phentsize} * i,
