@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QPalette>
 #include <QSvgRenderer>
-#include <QXmlStreamReader>
 
 #include <utility>
 
@@ -35,7 +34,7 @@ struct Picture::Variant {
             return;
         if (!bytes.trimmed().startsWith('<'))
             image = QImage::fromData(bytes);
-        else if (isSvg(bytes))
+        else
             svg = std::make_unique<QSvgRenderer>(bytes);
         if (svg && !svg->isValid())
             svg.reset();
@@ -43,17 +42,6 @@ struct Picture::Variant {
     }
 
     bool isEmpty() const { return !svg && image.isNull(); }
-
-private:
-    /// The renderer would complain aloud of anything else.
-    static bool isSvg(const QByteArray& bytes) {
-        QXmlStreamReader reader(bytes);
-        if (!reader.readNextStartElement() || reader.name() != QLatin1String("svg"))
-            return false;
-        while (!reader.atEnd())
-            reader.readNext();
-        return !reader.hasError();
-    }
 };
 
 Picture::Picture(std::unique_ptr<Variant> light, std::unique_ptr<Variant> dark)
