@@ -348,6 +348,17 @@ TEST(TypedCount, OfAnotherFieldIsIgnored) {
     EXPECT_EQ(countField(panel).text(), QStringLiteral("1"));
 }
 
+TEST(TypedCount, OfAnotherFieldIsIgnoredWhereZeroIsACountToo) {
+    PanelOnHost setting(countPrinter(0, 5).open());
+    PanelUnderTest& panel = setting.show();
+    enter(panel, QStringLiteral("3"));
+    setting.host->sent.clear();
+    QLineEdit other(QStringLiteral("7"));
+    panel.controlTextDidChange(View(&other));
+    EXPECT_TRUE(setting.host->takeSent().empty());
+    EXPECT_EQ(countField(panel).text(), QStringLiteral("3"));
+}
+
 TEST(TypedCount, FollowsTheMarkWhenTheHostDoesNot) {
     PanelOnHost setting(countPrinter(1, 99).open());
     PanelUnderTest& panel = setting.show();
