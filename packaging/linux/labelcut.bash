@@ -55,7 +55,7 @@ _labelcut_settings() {
         if [[ $inside -eq 1 ]]; then
           found+=("$keyword")
         else
-          [[ ${#found[@]} -eq 0 ]] || printf "$keyword=%s\n" "${found[@]}"
+          [[ ${#found[@]} -eq 0 ]] || printf '%s\n' "${found[@]/#/"$keyword="}"
           found=()
         fi
         ;;
@@ -63,6 +63,12 @@ _labelcut_settings() {
       *']'*) inside=0 ;;
     esac
   done < <("${typed[0]}" options --json "${printer[@]}" 2>/dev/null)
+}
+
+# The names of the printer's presets, a line each.
+_labelcut_presets() {
+  [[ ${#printer[@]} -gt 0 ]] || return 0
+  "${typed[0]}" presets list "${printer[@]}" 2>/dev/null
 }
 
 # The papers of the PPD that was named.
@@ -86,23 +92,30 @@ _labelcut() {
     cur=${cur#*=}
   fi
 
-  local commands="dialog options panel-script print snapshot"
+  local commands="dialog options panel-script presets print snapshot"
   for ((i = 1; i < ${#typed[@]} - 1; i++)); do
-    [[ " $commands " == *" ${typed[i]} "* ]] && command=${typed[i]} && break
+    [[ " $commands " == *" ${typed[i]} "* ]] || continue
+    command+=${command:+ }${typed[i]}
+    [[ $command == presets ]] || break
+    commands="list remove rename save show"
   done
-  local printers="-p --printer --ppd" choices="-s --set --page-size" options
+  local printers="-p --printer --ppd" choices="-s --set --page-size" languages="de en es fr ja zh_CN" options
   case $command in
     "") options="-h --help --version" ;;
     dialog) options="-h --help $printers" ;;
-    options) options="-h --help $printers --timeout --json" ;;
-    panel-script) options="-h --help" ;;
-    print) options="-h --help $printers --timeout $choices -n --copies --pages -o --output -t --title" ;;
+    options) options="-h --help $printers --timeout --preset --json" ;;
+    panel-script | presets) options="-h --help" ;;
+    "presets list" | "presets show" | "presets remove") options="-h --help $printers --timeout" ;;
+    "presets save") options="-h --help $printers --timeout $choices -n --copies --replace" ;;
+    "presets rename") options="-h --help $printers --timeout --replace" ;;
+    print) options="-h --help $printers --timeout $choices --preset -n --copies --pages -o --output -t --title" ;;
     snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
   esac
 
-  local words=""
+  # What is offered, one a line; "names" may hold anything, and are quoted.
+  local words="" kind=""
   case $prev in
-    -p | --printer) words=$(_labelcut_queues) ;;
+    -p | --printer) words=$(_labelcut_queues) kind=names ;;
     --ppd | -o | --output)
       _labelcut_files "$cur"
       return
@@ -113,25 +126,38 @@ _labelcut() {
       ;;
     --page-size)
       _labelcut_printer
-      words=$(_labelcut_papers)
+      words=$(_labelcut_papers) kind=names
       ;;
-    --language) words="de en es fr ja zh_CN" ;;
+    --preset)
+      _labelcut_printer
+      words=$(_labelcut_presets) kind=names
+      ;;
+    --language) words=${languages// /$'\n'} ;;
     --timeout | -n | --copies | --pages | -t | --title | --scale) return ;;
     *)
       if [[ $cur == -* ]]; then
-        words=$options
-      elif [[ -z $command ]]; then
-        words=$commands
-      elif [[ $command != options && $command != snapshot ]]; then
+        words=${options// /$'\n'}
+      elif [[ -z $command || $command == presets ]]; then
+        words=${commands// /$'\n'}
+      elif [[ $command == presets\ s[ah]* || $command == presets\ re* ]]; then
+        _labelcut_printer
+        words=$(_labelcut_presets) kind=names
+      elif [[ $command == dialog || $command == panel-script || $command == print ]]; then
         _labelcut_files "$cur"
         return
       else
-        words=$options
+        words=${options// /$'\n'}
       fi
       ;;
   esac
 
-  mapfile -t COMPREPLY < <(compgen -W "$words" -- "$cur")
+  # Word for word: compgen -W would carry out what stands in a PPD or a name.
+  local word plain=${cur//[\"\'\\]/}
+  while IFS= read -r word; do
+    [[ -n $word && $word == "$plain"* ]] || continue
+    [[ $kind == names ]] && printf -v word %q "$word"
+    COMPREPLY+=("$word")
+  done <<<"$words"
   # Of KEYWORD=CHOICE first the keyword, and when that is clear its choices.
   if [[ $prev == -s || $prev == --set ]] && [[ $cur != *=* ]]; then
     mapfile -t COMPREPLY < <(printf '%s\n' "${COMPREPLY[@]%%=*}" | sed '/^$/d; s/$/=/' | sort -u)

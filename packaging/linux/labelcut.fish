@@ -1,6 +1,7 @@
 # Completion of labelcut for fish.
 
-set -l commands dialog options panel-script print snapshot
+set -l commands dialog options panel-script presets print snapshot
+set -l actions list remove rename save show
 
 function __labelcut_queues
     command -q lpstat; and timeout 2 lpstat -e 2>/dev/null
@@ -50,6 +51,12 @@ function __labelcut_settings
     end
 end
 
+function __labelcut_presets
+    set -l printer (__labelcut_printer)
+    test (count $printer) -gt 0; or return
+    labelcut presets list $printer 2>/dev/null
+end
+
 function __labelcut_papers
     set -l printer (__labelcut_printer)
     test "$printer[1]" = --ppd; and test -r "$printer[2]"; or return
@@ -63,19 +70,39 @@ complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -l version -
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a dialog -d 'Open the print dialog'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a options -d 'List the options of a printer'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a panel-script -d 'Drive the panels by lines of JSON'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a presets -d 'Keep choices under a name'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a print -d 'Print files'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a snapshot -d 'Picture the panels as a PNG file'
+
+set -l choosing "__fish_seen_subcommand_from presets; and not __fish_seen_subcommand_from $actions"
+complete -c labelcut -n $choosing -a list -d 'List the names of a printer\'s presets'
+complete -c labelcut -n $choosing -a remove -d 'Remove a preset'
+complete -c labelcut -n $choosing -a rename -d 'Give a preset another name'
+complete -c labelcut -n $choosing -a save -d 'Keep choices as a preset'
+complete -c labelcut -n $choosing -a show -d 'Show what is in a preset'
+set -l acting "__fish_seen_subcommand_from presets; and __fish_seen_subcommand_from $actions"
+set -l saving "__fish_seen_subcommand_from presets; and __fish_seen_subcommand_from save"
+set -l naming "__fish_seen_subcommand_from presets; and __fish_seen_subcommand_from save rename"
+complete -c labelcut -n "$acting; and not __fish_seen_subcommand_from list" -a '(__labelcut_presets)'
 
 # Documents and scripts.
 complete -c labelcut -n '__fish_seen_subcommand_from dialog panel-script print' -F
 
 complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
+complete -c labelcut -n $acting -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
 complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -l ppd -r -F -d 'PPD file of a printer'
+complete -c labelcut -n $acting -l ppd -r -F -d 'PPD file of a printer'
 complete -c labelcut -n '__fish_seen_subcommand_from options print snapshot' -l timeout -x -d 'Seconds to wait for each answer'
+complete -c labelcut -n $acting -l timeout -x -d 'Seconds to wait for each answer'
 complete -c labelcut -n '__fish_seen_subcommand_from options' -l json -d 'List them as JSON'
+complete -c labelcut -n '__fish_seen_subcommand_from options print' -l preset -x -a '(__labelcut_presets)' -d 'Choices kept under a name'
 complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
+complete -c labelcut -n $saving -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
 complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
+complete -c labelcut -n $saving -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
 complete -c labelcut -n '__fish_seen_subcommand_from print' -s n -l copies -x -d 'How many of each'
+complete -c labelcut -n $saving -s n -l copies -x -d 'How many of each'
+complete -c labelcut -n $naming -l replace -d 'Replace the one of that name'
 complete -c labelcut -n '__fish_seen_subcommand_from print' -l pages -x -d 'Pages counted through all files'
 complete -c labelcut -n '__fish_seen_subcommand_from print' -s t -l title -x -d 'Title of the job'
 complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s o -l output -r -F -d 'File to write'

@@ -30,11 +30,13 @@ def setUpModule():
     FOLDER = tempfile.TemporaryDirectory()
     unittest.addModuleCleanup(FOLDER.cleanup)
     # A print service that knows two queues.
-    lpstat = pathlib.Path(FOLDER.name, "lpstat")
+    programs = pathlib.Path(FOLDER.name, "programs")
+    programs.mkdir()
+    lpstat = programs / "lpstat"
     lpstat.write_text('#!/bin/sh\n[ "$1" = -e ] && printf "Roll\\nTape\\n"\n')
     lpstat.chmod(0o755)
-    pathlib.Path(FOLDER.name, "labelcut").symlink_to(help_text.PROGRAM)
-    ENVIRONMENT = dict(os.environ, PATH=f"{FOLDER.name}:{os.environ['PATH']}", HOME=FOLDER.name,
+    (programs / "labelcut").symlink_to(help_text.PROGRAM)
+    ENVIRONMENT = dict(os.environ, PATH=f"{programs}:{os.environ['PATH']}", HOME=FOLDER.name,
                        TERM="dumb", XDG_CONFIG_HOME=FOLDER.name, XDG_DATA_HOME=FOLDER.name)
 
 
@@ -87,10 +89,11 @@ def bash(line):
 class Bash(unittest.TestCase):
     def test_commands(self):
         self.assertEqual(bash("labelcut "), help_text.commands())
-        self.assertEqual(bash("labelcut pr"), ["print"])
+        self.assertEqual(bash("labelcut pri"), ["print"])
+        self.assertEqual(bash("labelcut presets "), help_text.commands("presets"))
 
     def test_options_are_those_of_the_help(self):
-        for command in [None, *help_text.commands()]:
+        for command in [None, *help_text.all_commands()]:
             with self.subTest(command=command):
                 line = f"labelcut {command} -" if command else "labelcut -"
                 self.assertEqual(bash(line), help_text.options(command))
@@ -111,6 +114,22 @@ class Bash(unittest.TestCase):
         self.assertEqual(bash(f"labelcut print --ppd {PPD} -s KvHalfCut=ON -s KvHalfCut=OF"), ["OFF"])
         self.assertEqual(bash("labelcut print --set "), [])
         self.assertEqual(bash("labelcut print --ppd /nonexistent --set "), [])
+
+    def test_presets_of_the_printer_that_was_named(self):
+        run("labelcut", "presets", "save", "Shelf labels", "--ppd", PPD, "--set", "KvHalfCut=ON")
+        self.addCleanup(run, "labelcut", "presets", "remove", "Shelf labels", "--ppd", PPD)
+        for line in ("print --ppd {} --preset ", "print --ppd {} --preset Sh",
+                     "presets show --ppd {} ", "presets remove --ppd {} Sh"):
+            self.assertEqual(bash("labelcut " + line.format(PPD)), ["Shelf\\ labels"], line)
+
+    def test_nothing_that_a_ppd_says_is_carried_out(self):
+        ppd = pathlib.Path(FOLDER.name, "hostile.ppd")
+        ppd.write_text(PPD.read_text("utf-8").replace("*PageSize T24/",
+                                                      "*PageSize $(touch${IFS}gone)/"), "utf-8")
+        offered = bash(f"labelcut print --ppd {ppd} --page-size ")
+        self.assertEqual([name for name in offered if "touch" in name],
+                         [r"\$\(touch\$\{IFS\}gone\)"])
+        self.assertFalse(pathlib.Path(FOLDER.name, "gone").exists())
 
     def test_papers_and_languages(self):
         papers = bash(f"labelcut snapshot --ppd {PPD} --page-size ")
@@ -145,9 +164,10 @@ def fish(line):
 class Fish(unittest.TestCase):
     def test_commands(self):
         self.assertEqual(fish("labelcut "), help_text.commands())
+        self.assertEqual(fish("labelcut presets "), help_text.commands("presets"))
 
     def test_options_are_those_of_the_help(self):
-        for command in [None, *help_text.commands()]:
+        for command in [None, *help_text.all_commands()]:
             with self.subTest(command=command):
                 line = f"labelcut {command} -" if command else "labelcut -"
                 self.assertEqual(fish(line), help_text.options(command))
@@ -185,7 +205,7 @@ class Zsh(unittest.TestCase):
             self.assertRegex(screen, rf"(?<![\w-]){command} +--")
 
     def test_options_are_those_of_the_help(self):
-        for command in [None, *help_text.commands()]:
+        for command in [None, *help_text.all_commands()]:
             with self.subTest(command=command):
                 line = f"labelcut {command} -" if command else "labelcut -"
                 screen = self.offered(line, "--help")

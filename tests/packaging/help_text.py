@@ -9,13 +9,24 @@ PROGRAM = os.environ["LABELCUT_PROGRAM"]
 
 @functools.cache
 def help_of(command=None):
-    arguments = [PROGRAM, *([command] if command else []), "--help"]
+    """@param command  such as "print" or "presets list"; None: the program's."""
+    arguments = [PROGRAM, *(command or "").split(), "--help"]
     return subprocess.run(arguments, check=True, text=True, stdout=subprocess.PIPE).stdout
 
 
-def commands():
-    listed = help_of().split("Subcommands:")[1]
+def commands(above=None):
+    """The names of the commands right below another."""
+    listed = help_of(above).partition("Subcommands:")[2]
     return sorted(re.findall(r"^  ([a-z][a-z-]*)  ", listed, re.MULTILINE))
+
+
+def all_commands(above=None):
+    """As they are typed, "presets list" among them, with the commands above them."""
+    found = []
+    for name in commands(above):
+        command = f"{above} {name}" if above else name
+        found += [command, *all_commands(command)]
+    return found
 
 
 def options(command=None):

@@ -23,7 +23,8 @@ def sections():
         if heading == "OPTIONS":
             found[None] = body
         elif heading.startswith("labelcut "):
-            found[heading.split()[1]] = body
+            words = re.findall(r" ([a-z][a-z-]*)(?= |$)", heading)
+            found[" ".join(words)] = body
     return found
 
 
@@ -36,23 +37,23 @@ def options(body):
 
 class Manual(unittest.TestCase):
     def test_every_command_has_its_section(self):
-        self.assertGreaterEqual(len(help_text.commands()), 5)
-        self.assertEqual(sorted(filter(None, sections())), help_text.commands())
+        self.assertGreaterEqual(len(help_text.all_commands()), 5)
+        self.assertEqual(sorted(filter(None, sections())), sorted(help_text.all_commands()))
 
     def test_every_command_is_in_the_synopsis(self):
         synopsis = plain(PAGE.split(".SH SYNOPSIS")[1].split(".SH ")[0])
-        for command in help_text.commands():
-            self.assertIn(command, synopsis)
+        for name in " ".join(help_text.all_commands()).split():
+            self.assertRegex(synopsis, rf"(?<![\w-]){name}(?![\w-])")
 
     def test_options_are_those_of_the_help(self):
-        for command in [None, *help_text.commands()]:
+        for command in [None, *help_text.all_commands()]:
             with self.subTest(command=command):
                 self.assertIn("--help", help_text.options(command))
                 self.assertEqual(options(sections()[command]), help_text.options(command))
 
     def test_values_are_named_as_in_the_help(self):
         """"--printer QUEUE" there is "--printer QUEUE" here."""
-        for command in help_text.commands():
+        for command in help_text.all_commands():
             body = plain(sections()[command])
             for option, value in re.findall(r"(--[\w-]+) ([A-Z][A-Z=-]+)\b",
                                             help_text.help_of(command)):
