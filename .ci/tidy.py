@@ -1,5 +1,9 @@
 """Runs clang-tidy over the sources of a build folder, and over each only once.
 
+    tidy.py FOLDER [--tests]
+
+The folder is built already. Without --tests only what ships is linted.
+
 A source is linted again when its own bytes, those of a header of this tree that it includes, its
 compile command or the configuration changed: all of them are the key of its stamp.
 """
@@ -8,6 +12,7 @@ import hashlib
 import json
 import os
 import pathlib
+import shlex
 import subprocess
 import sys
 
@@ -30,6 +35,18 @@ def own_dependencies(build):
     return dependencies
 
 
+def object_of(entry):
+    """The object file that a compile command writes, relative to the build folder."""
+    words = shlex.split(entry["command"])
+    return words[words.index("-o") + 1]
+
+
+def is_wanted(source, with_tests):
+    if not source.is_relative_to(ROOT) or source.is_relative_to(ROOT / "build"):
+        return False
+    return with_tests or source.relative_to(ROOT).parts[0] not in ("tests", "bench", "fuzz")
+
+
 def key_of(entry, headers):
     digest = hashlib.sha256()
     digest.update((ROOT / ".clang-tidy").read_bytes())
@@ -48,7 +65,7 @@ def lint(build, entry, stamp):
     return run.stdout.strip() or run.stderr.strip()
 
 
-def main(build):
+def main(build, *options):
     build = str(pathlib.Path(build).resolve())
     stamps = pathlib.Path(build, "tidy")
     stamps.mkdir(exist_ok=True)
@@ -56,13 +73,14 @@ def main(build):
     wanted = {}
     for entry in json.loads(pathlib.Path(build, "compile_commands.json").read_text()):
         source = pathlib.Path(entry["file"])
-        if source.is_relative_to(ROOT / "build") or not source.is_relative_to(ROOT):
+        target = object_of(entry)
+        if not is_wanted(source, "--tests" in options):
             continue
-        headers = dependencies.get(entry.get("output"), set())
+        if target not in dependencies:
+            sys.exit(f"{target} is not built; build the folder first")
+        headers = dependencies[target]
         wanted[str(source)] = (entry, stamps / key_of(entry, headers))
     pending = [item for item in wanted.values() if not item[1].exists()]
-    for stale in set(stamps.iterdir()) - {stamp for _, stamp in wanted.values()}:
-        stale.unlink()
     print(f"{len(wanted)} sources, {len(pending)} to lint", flush=True)
     failed = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
@@ -77,4 +95,4 @@ def main(build):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
+    sys.exit(main(*sys.argv[1:]))

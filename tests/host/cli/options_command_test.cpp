@@ -28,7 +28,8 @@ QJsonObject optionsOf(const QString& ppd) {
 
 QStringList keywordsOf(const QJsonObject& all) {
     QStringList keywords;
-    for (const QJsonValue& option : all.value(QStringLiteral("options")).toArray())
+    const QJsonArray options = all.value(QStringLiteral("options")).toArray();
+    for (const auto& option : options)
         keywords << option[QStringLiteral("keyword")].toString();
     return keywords;
 }

@@ -7,7 +7,7 @@
 
 namespace labelcut::test {
 
-Outcome run(const Start& wanted) {
+Outcome run(const Start& start) {
     QProcess process;
     QProcessEnvironment environment;
     for (const char* kept : {"PATH", "HOME", "TMPDIR", "USER", "CUPS_SERVER", "ASAN_OPTIONS",
@@ -16,13 +16,13 @@ Outcome run(const Start& wanted) {
             environment.insert(QString::fromLatin1(kept), qEnvironmentVariable(kept));
     }
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    for (const auto& [name, value] : wanted.environment)
+    for (const auto& [name, value] : start.environment)
         environment.insert(name, value);
     process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(wanted.folder);
-    if (wanted.prepare)
-        process.setChildProcessModifier(wanted.prepare);
-    process.start(QStringLiteral(LABELCUT_PROGRAM), wanted.arguments);
+    process.setWorkingDirectory(start.folder);
+    if (start.prepare)
+        process.setChildProcessModifier(start.prepare);
+    process.start(QStringLiteral(LABELCUT_PROGRAM), start.arguments);
     EXPECT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
