@@ -95,13 +95,13 @@ TEST_F(PrintCommandTest, WhatIsAskedIsWhatIsPrintedOnEveryPrinter) {
          {"PageSize=DC24", "KvRemoveBlkSpace=ON"}},
         {kTapePpd, "--page-size AV24x48", {"PageSize=AV24x48"}},
         {kTapePpd, "--set Density=Dark", {"Density=Dark"}},
-        {kRollPpd, "", {"KvCutLabel=1", "KvAutoTapeCut=ON", "KvCutAtEnd=ON"}},
+        {kRollPpd, "", {"KvCutLabel=1", "KvAutoTapeCut=ON", "KvCutAtEnd=OFF"}},
         {kRollPpd, "--set KvAutoTapeCut=ON", {"KvAutoTapeCut=ON", "KvCutLabel=1"}},
         {kRollPpd, "--set KvAutoTapeCut=OFF", {"KvAutoTapeCut=OFF", "KvCutLabel=1"}},
         {kRollPpd, "--set KvCutLabel=5", {"KvCutLabel=5", "KvAutoTapeCut=ON"}},
         {kRollPpd,
-         "--set KvCutLabel=99 --set KvAutoTapeCut=OFF --set KvCutAtEnd=OFF",
-         {"KvCutLabel=99", "KvAutoTapeCut=OFF", "KvCutAtEnd=OFF"}},
+         "--set KvCutLabel=99 --set KvAutoTapeCut=OFF --set KvCutAtEnd=ON",
+         {"KvCutLabel=99", "KvAutoTapeCut=OFF", "KvCutAtEnd=ON"}},
     };
     for (const Row& row : rows) {
         const Outcome outcome = print(row.arguments, row.ppd);

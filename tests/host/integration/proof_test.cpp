@@ -63,10 +63,10 @@ std::vector<Case> cases() {
     all.push_back({"CutEveryFive",
                    "roll",
                    kRollPpd,
-                   {"KvCutLabel=5", "KvCutAtEnd=OFF"},
+                   {"KvCutLabel=5", "KvCutAtEnd=ON"},
                    "userdict /LabelcutCutLabel get = userdict /LabelcutCutAtEnd get = "
                    "userdict /LabelcutAutoTapeCut get =",
-                   "5 false true"});
+                   "5 true true"});
     all.push_back({"NoAutoCut",
                    "roll",
                    kRollPpd,
