@@ -44,7 +44,8 @@ private:
 
     int mValue = 0;
     int mWheel = 0;
-    QPointer<QLineEdit> mField;
+    /// A widget only: it is compared with while it is being destroyed.
+    QPointer<QWidget> mField;
     QToolButton* mUp;
     QToolButton* mDown;
 };

@@ -137,6 +137,18 @@ TEST(FieldKeys, OfAFormerFieldOrNoFieldDoNothing) {
     EXPECT_EQ(stand.stepper.value(), 1);
 }
 
+TEST(FieldKeys, EndWithTheField) {
+    Stepper stepper;
+    auto field = std::make_unique<QLineEdit>();
+    stepper.setField(field.get());
+    field->show();
+    field.reset();
+    QLineEdit other;
+    stepper.setField(&other);
+    QTest::keyClick(&other, Qt::Key_Up);
+    EXPECT_EQ(stepper.value(), 1);
+}
+
 TEST(Wheel, StepsOnlyWhileTheFieldHasTheFocus) {
     Stand stand;
     for (QWidget* target :
