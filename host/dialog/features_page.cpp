@@ -33,6 +33,8 @@ FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
     auto* page = new QWidget;
     new QVBoxLayout(page);
     setWidget(page);
+    // What is in it takes the focus, and is scrolled to.
+    setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
     const QStringList elsewhere = model.panelKeywords() + QStringList{QStringLiteral("PageSize"),

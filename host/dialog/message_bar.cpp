@@ -10,6 +10,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -93,12 +94,11 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(iconFor(*this, kind));
-    auto* label = new QLabel(shortened(sentences));
-    label->setTextFormat(Qt::PlainText);
+    QLabel* label = plainLabel(shortened(sentences));
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (label->text() != text)
-        label->setToolTip(Qt::convertFromPlainText(text));
+        label->setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
     layout->addWidget(label, 1);
     for (const MessageAction& action : actions) {
         auto* button = new QPushButton(QString(action.text).replace(u'&', QStringLiteral("&&")));
@@ -115,6 +115,7 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     layout->addWidget(close);
     mRows->addWidget(row);
     QFrame::show();
+    Q_EMIT changed();
 
     QAccessibleEvent alert(row, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <span>
 
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -23,6 +24,9 @@ namespace {
 using Parameter = ppd::CustomParameter;
 
 constexpr char kCustom[] = "Custom";
+constexpr char kPageSize[] = "PageSize";
+/// How wide a field for a custom value is.
+constexpr int kFieldLetters = 20;
 constexpr double kPointsPerInch = 72.0;
 constexpr double kMillimetresPerInch = 25.4;
 
@@ -91,6 +95,19 @@ QString boundsText(const Parameter& parameter) {
                                   locale.toString(parameter.maximum));
 }
 
+/// What the user is asked for. Of a paper that is width and height; how it is fed is the printer's
+/// business.
+std::vector<Parameter> askedFor(ppd_file_t* ppd, const QString& keyword) {
+    std::vector<Parameter> parameters = ppd::customParameters(ppd, keyword.toUtf8().constData());
+    if (keyword == QLatin1String(kPageSize)) {
+        std::erase_if(parameters, [](const Parameter& parameter) {
+            return parameter.name != QLatin1String("Width") &&
+                   parameter.name != QLatin1String("Height");
+        });
+    }
+    return parameters;
+}
+
 } // namespace
 
 QString lengthForUser(double points) {
@@ -105,7 +122,8 @@ QString lengthForUser(double points) {
 
 std::optional<double> pointsFromUser(const QString& text) {
     static const QRegularExpression length(
-        QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"));
+        QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"),
+        QRegularExpression::UseUnicodePropertiesOption);
     const QRegularExpressionMatch match = length.match(text);
     if (!match.hasMatch())
         return std::nullopt;
@@ -153,7 +171,7 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* par
     policy.setRetainSizeWhenHidden(true);
     mReset->setSizePolicy(policy);
     connect(mReset, &QToolButton::clicked, this, [this] {
-        mRefused = false;
+        mRefusedOver.reset();
         if (const std::optional<QString> standard = mModel.defaultChoice(mKeyword))
             mModel.choose(mKeyword, *standard);
         refresh();
@@ -170,35 +188,51 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* par
 }
 
 void OptionEditor::addCustomFields() {
-    for (const Parameter& parameter :
-         ppd::customParameters(mModel.ppd(), mKeyword.toUtf8().constData())) {
+    const std::vector<Parameter> parameters = askedFor(mModel.ppd(), mKeyword);
+    for (const Parameter& parameter : parameters) {
+        QLabel* label = nullptr;
         auto* edit = new QLineEdit;
+        if (parameters.size() > 1) {
+            label = plainLabel(parameter.text);
+            layout()->addWidget(label);
+        }
         edit->setAccessibleName(parameter.text);
         edit->setPlaceholderText(parameter.text);
         edit->setToolTip(QStringLiteral("%1: %2").arg(parameter.text, boundsText(parameter)));
+        edit->setMaximumWidth(kFieldLetters * edit->fontMetrics().averageCharWidth());
         if (parameter.type == Parameter::Type::Password)
             edit->setEchoMode(QLineEdit::Password);
         connect(edit, &QLineEdit::editingFinished, this, &OptionEditor::customEdited);
         layout()->addWidget(edit);
-        mCustom.push_back({parameter, edit});
+        mCustom.push_back({parameter, label, edit});
+    }
+}
+
+void OptionEditor::showCustomFields(bool shown) {
+    for (const CustomField& field : mCustom) {
+        field.edit->setVisible(shown);
+        if (field.label)
+            field.label->setVisible(shown);
     }
 }
 
 void OptionEditor::refresh() {
     const QString value = mModel.choice(mKeyword).value_or(QString());
+    // Once something else was chosen elsewhere, what could not be taken is over.
+    if (mRefusedOver && *mRefusedOver != value)
+        mRefusedOver.reset();
     const bool custom = value.startsWith(QLatin1String("Custom.")) || value.startsWith(u'{');
     mChoices->setCurrentIndex(mChoices->findData(custom ? QLatin1String(kCustom) : value));
-    for (const CustomField& field : mCustom)
-        field.edit->setVisible(custom || mRefused);
-    if (mRefused)
+    showCustomFields(custom || mRefusedOver);
+    if (mRefusedOver)
         mChoices->setCurrentIndex(mChoices->findData(QLatin1String(kCustom)));
     else if (custom)
         showCustomValue(value);
-    const CustomField* refused = mRefused ? firstRefused() : nullptr;
+    const CustomField* refused = mRefusedOver ? firstRefused() : nullptr;
     mBounds->setText(refused ? boundsText(refused->parameter) : QString());
     mBounds->setVisible(refused);
     const std::optional<QString> standard = mModel.defaultChoice(mKeyword);
-    mReset->setVisible(standard && (mRefused || *standard != value));
+    mReset->setVisible(standard && (mRefusedOver || *standard != value));
 }
 
 void OptionEditor::showCustomValue(const QString& value) {
@@ -219,13 +253,13 @@ void OptionEditor::showCustomValue(const QString& value) {
 void OptionEditor::choiceActivated() {
     const QString choice = mChoices->currentData().toString();
     if (choice != QLatin1String(kCustom) || mCustom.empty()) {
-        mRefused = false;
+        mRefusedOver.reset();
         mModel.choose(mKeyword, choice);
         refresh();
         return;
     }
+    showCustomFields(true);
     for (const CustomField& field : mCustom) {
-        field.edit->setVisible(true);
         if (field.edit->text().isEmpty())
             field.edit->setText(forUser(field.parameter, QString::number(field.parameter.minimum)));
     }
@@ -242,7 +276,7 @@ const OptionEditor::CustomField* OptionEditor::firstRefused() const {
 }
 
 QString OptionEditor::problem() const {
-    const CustomField* refused = mRefused ? firstRefused() : nullptr;
+    const CustomField* refused = mRefusedOver ? firstRefused() : nullptr;
     return refused ? hostText("OutsideBounds")
                          .arg(mChoices->accessibleName(), boundsText(refused->parameter))
                    : QString();
@@ -253,7 +287,7 @@ QString OptionEditor::customValue() const {
     QStringList raw;
     for (const CustomField& field : mCustom)
         raw.append(rawFromUser(field.parameter, field.edit->text()).value_or(QString()));
-    if (mKeyword == QLatin1String("PageSize") || raw.size() == 1)
+    if (mKeyword == QLatin1String(kPageSize) || raw.size() == 1)
         return QStringLiteral("Custom.") + raw.join(u'x');
     QStringList pairs;
     for (std::size_t i = 0; i < mCustom.size(); ++i)
@@ -263,7 +297,9 @@ QString OptionEditor::customValue() const {
 
 void OptionEditor::customEdited() {
     // What lies outside the printer's bounds is not taken, and stays there to be put right.
-    mRefused = firstRefused() != nullptr || !mModel.choose(mKeyword, customValue());
+    mRefusedOver.reset();
+    if (firstRefused() || !mModel.choose(mKeyword, customValue()))
+        mRefusedOver = mModel.choice(mKeyword).value_or(QString());
     refresh();
 }
 

@@ -32,9 +32,12 @@ public:
 private:
     struct CustomField {
         ppd::CustomParameter parameter;
+        /// Names the field where there are several; null where there is one.
+        QLabel* label;
         QLineEdit* edit;
     };
     void addCustomFields();
+    void showCustomFields(bool shown);
     void choiceActivated();
     void customEdited();
     const CustomField* firstRefused() const;
@@ -47,7 +50,8 @@ private:
     QToolButton* mReset;
     std::vector<CustomField> mCustom;
     QLabel* mBounds;
-    bool mRefused = false;
+    /// What is marked while something else stands in the fields that cannot be taken.
+    std::optional<QString> mRefusedOver;
 };
 
 /// A length in points as the user writes it: millimetres or inches, by the locale.

@@ -1,6 +1,7 @@
 // The dialog: which pages are printed, and on what paper.
 #include "host/dialog/pages_page.h"
 
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -29,6 +30,9 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     mRange->setAccessibleName(hostText("PageRange"));
     mRange->setObjectName(QStringLiteral("pageRange"));
     mRange->setMaximumWidth(mRange->fontMetrics().horizontalAdvance(u'0') * 14);
+    auto* either = new QButtonGroup(this);
+    either->addButton(mAll);
+    either->addButton(mSome);
     auto* some = new QWidget;
     auto* row = new QHBoxLayout(some);
     row->setContentsMargins(0, 0, 0, 0);

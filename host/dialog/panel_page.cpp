@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QStyle>
 
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -24,6 +25,8 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
     , mModel(model) {
     setFrameShape(QFrame::NoFrame);
     setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    // What is in it takes the focus, and is scrolled to.
+    setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
     QWidget* view = model.showPanel(panel);
     if (view) {
@@ -32,9 +35,7 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
         followUser(*view);
         return;
     }
-    auto* missing = new QLabel(hostText("PanelWithoutView").arg(panel.panel->panelName()));
-    missing->setTextFormat(Qt::PlainText);
-    setWidget(missing);
+    setWidget(plainLabel(hostText("PanelWithoutView").arg(panel.panel->panelName())));
 }
 
 PanelPage::~PanelPage() {

@@ -28,6 +28,7 @@
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
 #include "host/dialog/panel_page.h"
+#include "host/dialog/plain_label.h"
 #include "host/dialog/summary_page.h"
 #include "host/dialog/wheel_guard.h"
 #include "host/presets/recent_printer.h"
@@ -50,16 +51,26 @@ QSettings settings() {
                      QStringLiteral("labelcut"));
 }
 
-QLabel* plainLabel() {
-    auto* label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    return label;
-}
-
 QString titleOf(const Queue& queue) {
     return queue.info.isEmpty() || queue.info == queue.name
                ? queue.name
                : QStringLiteral("%1 (%2)").arg(queue.info, queue.name);
+}
+
+/// The widget, or what is in it, that the Tab key stops at, in the order of now.
+std::vector<QWidget*> tabStopsIn(QWidget& widget) {
+    const auto isStop = [](const QWidget& candidate) {
+        return (candidate.focusPolicy() & Qt::TabFocus) && !candidate.focusProxy();
+    };
+    if (isStop(widget))
+        return {&widget};
+    std::vector<QWidget*> stops;
+    for (QWidget* next = widget.nextInFocusChain(); next != &widget;
+         next = next->nextInFocusChain()) {
+        if (widget.isAncestorOf(next) && isStop(*next))
+            stops.push_back(next);
+    }
+    return stops;
 }
 
 } // namespace
@@ -96,11 +107,12 @@ void PrintDialog::buildWindow() {
     mHeader = buildHeader();
     mTabs = new QTabWidget;
     mTabs->hide();
-    mNoPrinter = plainLabel();
+    mNoPrinter = plainLabel(hostText("NoPrinterYet"));
     mNoPrinter->setAlignment(Qt::AlignCenter);
-    mNoPrinter->setText(hostText("NoPrinterYet"));
     mNoPrinter->setWordWrap(true);
     mMessages = new MessageBar;
+    connect(mMessages, &MessageBar::changed, this, &PrintDialog::orderTabKey);
+    connect(mPrinterMessages, &MessageBar::changed, this, &PrintDialog::orderTabKey);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(mHeader);
     layout->addWidget(mTabs, 1);
@@ -117,11 +129,16 @@ void PrintDialog::buildWindow() {
 
 /// Through the window as it is read, from top to bottom.
 void PrintDialog::orderTabKey() {
-    const std::vector<QWidget*> order = {
-        mChooseFiles, mPrinters, mPrinterMessages, mCopies, mPresetList, mSavePreset, mRemovePreset,
-        mTabs,        mMessages, mReset,           mUndo,   mPrint,      mCancel};
-    for (std::size_t i = 1; i < order.size(); ++i)
-        setTabOrder(order[i - 1], order[i]);
+    QWidget* before = nullptr;
+    for (QWidget* next : std::initializer_list<QWidget*>{
+             mChooseFiles, mPrinters, mPrinterMessages, mCopies, mPresetList, mSavePreset,
+             mRemovePreset, mTabs, mMessages, mReset, mUndo, mPrint, mCancel}) {
+        for (QWidget* stop : tabStopsIn(*next)) {
+            if (before)
+                setTabOrder(before, stop);
+            before = stop;
+        }
+    }
 }
 
 QPushButton* PrintDialog::addButton(const char* textKey, const char* name) {
@@ -165,6 +182,7 @@ QLayout* PrintDialog::buildPrinterRow() {
     mPrinterState = plainLabel();
     mPrinterState->setObjectName(QStringLiteral("printerState"));
     mPrinterState->setWordWrap(true);
+    mPrinterState->hide();
     mPrinterMessages = new MessageBar;
     auto* column = new QVBoxLayout;
     column->addWidget(mPrinters);
@@ -507,6 +525,7 @@ void PrintDialog::rebuildTabs() {
     mTabs->setCurrentIndex(0);
     mNoPrinter->hide();
     mTabs->show();
+    orderTabKey();
     mWheel->watch(*this);
 }
 

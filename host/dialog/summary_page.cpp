@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -21,9 +22,8 @@ namespace {
 /// At least; more where there is room.
 constexpr int kCommandLines = 3;
 
-QLabel* plainLabel(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
+QLabel* selectableLabel(const QString& text) {
+    QLabel* label = plainLabel(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }
@@ -37,6 +37,8 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     setWidgetResizable(true);
     auto* page = new QWidget;
     setWidget(page);
+    // What is in it takes the focus, and is scrolled to.
+    setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
     auto* choices = new QGroupBox(hostText("SummaryChoices"));
@@ -70,7 +72,7 @@ SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString&
     connect(copy, &QPushButton::clicked, text,
             [text] { QApplication::clipboard()->setText(text->toPlainText()); });
 
-    auto* title = new QLabel(program);
+    auto* title = plainLabel(program);
     auto* row = new QWidget;
     auto* grid = new QGridLayout(row);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -85,9 +87,9 @@ void SummaryPage::refresh() {
     while (mEntries->rowCount() > 0)
         mEntries->removeRow(0);
     for (const JobModel::SummaryEntry& entry : mModel.summary())
-        mEntries->addRow(plainLabel(entry.title), plainLabel(entry.value));
+        mEntries->addRow(selectableLabel(entry.title), selectableLabel(entry.value));
     if (mEntries->rowCount() == 0)
-        mEntries->addRow(plainLabel(hostText("NothingChosen")));
+        mEntries->addRow(selectableLabel(hostText("NothingChosen")));
     mLabelcut.text->setPlainText(mModel.labelcutCommand());
     const QString lp = mModel.lpCommand();
     mLp.text->setPlainText(lp);

@@ -12,14 +12,13 @@
 
 #include "host/dialog/message_bar.h"
 #include "host/dialog/print_dialog.h"
+#include "tests/host/cli/program.h"
 #include "tests/host/printers/event_loop.h"
+#include "tests/support/expected_warnings.h"
 
 namespace labelcut::test {
 
-inline const QString kTapePpd = QStringLiteral(LABELCUT_SAMPLES "/tape.ppd");
-inline const QString kRollPpd = QStringLiteral(LABELCUT_SAMPLES "/roll.ppd");
-inline const QString kLabels = QStringLiteral(LABELCUT_SAMPLES "/labels.pdf");
-/// Labels in that document.
+/// Labels in the sample document.
 inline constexpr int kLabelCount = 12;
 
 /// The plug-ins of the build tree.
@@ -44,6 +43,12 @@ private:
 /// The sample printer for tape, in a file of its own, on which these exclude each other as well:
 /// half cut and draft quality; dark print and best quality.
 QString conflictingPpd(const PrivateHome& home);
+
+/// While one lives, windows are shown, about which the platform without a screen complains.
+class Offscreen {
+private:
+    ExpectedWarning mComplaint{QStringLiteral("^This plugin does not support ")};
+};
 
 /// A way to no print service.
 CupsConnection noService();

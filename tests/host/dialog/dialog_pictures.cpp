@@ -135,6 +135,10 @@ void takePrintersByPpd(Camera& camera, const PrivateHome& home) {
         unknown.insert(QStringLiteral("Unknown%1").arg(i), QStringLiteral("ON"));
     camera.take(*openDialog(kTapePpd, unknown), QStringLiteral("told"));
 
+    const auto paper = openDialog(kTapePpd);
+    openTab(*paper, 1);
+    choose(optionBox(*paper, "PageSize"), QStringLiteral("Custom"));
+    camera.take(*paper, QStringLiteral("custom-paper"));
     const auto custom = openDialog(kTapePpd);
     openTab(*custom, 2);
     choose(optionBox(*custom, "FeedLength"), QStringLiteral("Custom"));

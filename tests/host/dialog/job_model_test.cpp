@@ -1,0 +1,341 @@
+// The dialog's model: one truth, whoever changes it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+#include "host/dialog/job_model.h"
+#include "tests/host/dialog/dialog_fixtures.h"
+
+namespace labelcut::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const QString kHalfCut = QStringLiteral("KvHalfCut");
+const QString kSpecialTape = QStringLiteral("KvSpecialTape");
+const QString kAutoCut = QStringLiteral("KvAutoTapeCut");
+const QString kMirror = QStringLiteral("KvMirror");
+const QString kQuality = QStringLiteral("Quality");
+const QString kPageSize = QStringLiteral("PageSize");
+const QString kOn = QStringLiteral("ON");
+const QString kOff = QStringLiteral("OFF");
+
+class JobModelTest : public testing::Test {
+protected:
+    JobModelTest()
+        : mModel(plugins(), hostSystem()) {
+        QObject::connect(&mModel, &JobModel::told, [this](const QString& sentence) {
+            mTold.push_back(sentence.toStdString());
+        });
+        QObject::connect(&mModel, &JobModel::changed, [this] { ++mChanges; });
+    }
+    void open(const QString& path, const Marks& wanted = {}) {
+        PrinterChoice printer;
+        printer.ppdPath = path;
+        mModel.openPrinter(printer, ppd::openFile(path, nullptr), path, wanted);
+    }
+    /// The way the window does it: the panel's view enters it.
+    QWidget& showPanel() {
+        QWidget* view = mModel.showPanel(mModel.panels().front());
+        if (!view)
+            qFatal("the panel has no view");
+        return *view;
+    }
+    std::string choice(const QString& key) const {
+        return mModel.choice(key).value_or(QStringLiteral("(none)")).toStdString();
+    }
+    std::string valueOf(const char* title) const {
+        for (const JobModel::SummaryEntry& entry : mModel.summary()) {
+            if (entry.title == QLatin1String(title))
+                return entry.value.toStdString();
+        }
+        return "(absent)";
+    }
+
+    PrivateHome mHome;
+    JobModel mModel;
+    std::vector<std::string> mTold;
+    int mChanges = 0;
+};
+
+} // namespace
+
+TEST_F(JobModelTest, WithoutAPrinterEverythingIsEmptyAndNothingFails) {
+    EXPECT_FALSE(mModel.hasPrinter());
+    EXPECT_EQ(mModel.ppd(), nullptr);
+    EXPECT_TRUE(mModel.marks().isEmpty());
+    EXPECT_TRUE(mModel.panels().empty());
+    EXPECT_TRUE(mModel.summary().empty());
+    EXPECT_TRUE(mModel.jobChoices().empty());
+    EXPECT_TRUE(mModel.conflicts().empty());
+    EXPECT_FALSE(mModel.proposedFix());
+    EXPECT_TRUE(mModel.conflictSentence().isEmpty());
+    EXPECT_FALSE(mModel.choose(kHalfCut, kOn));
+    EXPECT_TRUE(mModel.chooseAll({{kHalfCut, kOn}}).isEmpty());
+    mModel.undo();
+    mModel.resetToDefaults();
+    mModel.applyFix();
+    mModel.save();
+    mModel.panelWasUsed();
+    mModel.close(false);
+    EXPECT_FALSE(mModel.shouldPrint());
+    EXPECT_TRUE(mModel.sentence().isEmpty());
+}
+
+TEST_F(JobModelTest, OpeningMarksTheDefaultsAndWhatIsWanted) {
+    open(kTapePpd, {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}});
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_EQ(choice(kQuality), "Best");
+    EXPECT_EQ(choice(kAutoCut), "ON");
+    EXPECT_EQ(mModel.defaultChoice(kHalfCut), kOff);
+    EXPECT_EQ(mModel.changedMarks(), (Marks{{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}}));
+    EXPECT_THAT(mTold, IsEmpty());
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, WhatThePrinterLacksIsTold) {
+    open(kTapePpd, {{QStringLiteral("Nonsense"), kOn}, {kHalfCut, QStringLiteral("MAYBE")}});
+    EXPECT_EQ(choice(kHalfCut), "OFF");
+    EXPECT_THAT(mTold, ElementsAre(HasSubstr("MAYBE"), HasSubstr("Nonsense")));
+}
+
+TEST_F(JobModelTest, ShowingAPanelKeepsWhatWasWanted) {
+    open(kTapePpd, {{kHalfCut, kOn}, {kAutoCut, kOff}});
+    QWidget& view = showPanel();
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_EQ(choice(kAutoCut), "OFF");
+    EXPECT_TRUE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
+    EXPECT_FALSE(part<QCheckBox>(view, "mAutoCutChkBx")->isChecked());
+    EXPECT_EQ(valueOf("Half cut"), "Yes");
+    EXPECT_THAT(mTold, IsEmpty());
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, MirrorIsLostByAShowingAndThatIsTold) {
+    open(kTapePpd, {{kMirror, kOn}});
+    showPanel();
+    EXPECT_EQ(choice(kMirror), "OFF");
+    EXPECT_THAT(mTold, ElementsAre(HasSubstr("Mirror printing")));
+    EXPECT_EQ(valueOf("Mirror printing"), "No");
+}
+
+TEST_F(JobModelTest, MirrorIsKeptByThePanelsOwnActs) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
+    mModel.panelWasUsed();
+    part<QCheckBox>(view, "mHalfCutChkBx")->click();
+    mModel.panelWasUsed();
+    EXPECT_EQ(choice(kMirror), "ON");
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_THAT(mTold, IsEmpty());
+}
+
+TEST_F(JobModelTest, APanelsActCanBeUndone) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    const Marks before = mModel.marks();
+    part<QCheckBox>(view, "mHalfCutChkBx")->click();
+    mModel.panelWasUsed();
+    ASSERT_TRUE(mModel.canUndo());
+    mModel.undo();
+    EXPECT_EQ(mModel.marks(), before);
+    EXPECT_FALSE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, SpecialTapeIsWrittenWithWhatItExcludes) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    part<QCheckBox>(view, "mSpecialTapeChkBx")->click();
+    mModel.panelWasUsed();
+    EXPECT_EQ(choice(kSpecialTape), "ON");
+    EXPECT_EQ(choice(kAutoCut), "OFF");
+    EXPECT_TRUE(part<QCheckBox>(view, "mAutoCutChkBx")->isChecked()) << "the tick is kept";
+    EXPECT_TRUE(mModel.conflicts().empty());
+    mModel.undo();
+    EXPECT_EQ(choice(kAutoCut), "ON");
+}
+
+TEST_F(JobModelTest, AChoiceOutsideThePanelsCanBeUndoneStepByStep) {
+    open(kTapePpd);
+    showPanel();
+    EXPECT_TRUE(mModel.choose(kQuality, QStringLiteral("Best")));
+    EXPECT_TRUE(mModel.choose(kQuality, QStringLiteral("Draft")));
+    EXPECT_TRUE(mModel.choose(kQuality, QStringLiteral("Draft"))) << "no step";
+    EXPECT_FALSE(mModel.choose(kQuality, QStringLiteral("Nonsense")));
+    mModel.undo();
+    EXPECT_EQ(choice(kQuality), "Best");
+    mModel.undo();
+    EXPECT_EQ(choice(kQuality), "Normal");
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, SeveralChoicesAreOneStep) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    const QStringList lacking = mModel.chooseAll(
+        {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}, {QStringLiteral("Nonsense"), kOn}});
+    ASSERT_EQ(lacking.size(), 1);
+    EXPECT_TRUE(lacking.front().contains(QStringLiteral("Nonsense")));
+    EXPECT_TRUE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
+    mModel.undo();
+    EXPECT_TRUE(mModel.changedMarks().isEmpty());
+    EXPECT_FALSE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
+}
+
+TEST_F(JobModelTest, ChoicesThatAreInForceAlreadyAreNoStep) {
+    open(kTapePpd);
+    mModel.chooseAll({{kHalfCut, kOff}});
+    mModel.resetToDefaults();
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, ResettingGoesBackToThePrintersDefaultsAndCanBeUndone) {
+    open(kTapePpd, {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}});
+    showPanel();
+    mModel.resetToDefaults();
+    EXPECT_TRUE(mModel.changedMarks().isEmpty());
+    mModel.undo();
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_EQ(choice(kQuality), "Best");
+}
+
+TEST_F(JobModelTest, FixedPaperSwitchesRemoveBlankSpaceOff) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    auto* box = part<QCheckBox>(view, "mRemoveBlkSpaceChkBx");
+    EXPECT_TRUE(box->isEnabled());
+    for (const char* paper : {"DC24", "AV24x48"}) {
+        mModel.choose(kPageSize, QLatin1String(paper));
+        EXPECT_FALSE(box->isEnabled()) << paper;
+        EXPECT_EQ(valueOf("Remove blank space"), "(absent)") << paper;
+        mModel.choose(kPageSize, QStringLiteral("T12"));
+        EXPECT_TRUE(box->isEnabled()) << paper;
+        EXPECT_EQ(valueOf("Remove blank space"), "No") << paper;
+    }
+}
+
+TEST_F(JobModelTest, ACustomPaperIsAChoiceLikeAnyOther) {
+    open(kTapePpd);
+    showPanel();
+    EXPECT_TRUE(mModel.choose(kPageSize, QStringLiteral("Custom.60x300")));
+    EXPECT_EQ(choice(kPageSize), "Custom.60x300");
+    EXPECT_TRUE(mModel.labelcutCommand().contains(QStringLiteral("--page-size Custom.60x300")));
+    mModel.undo();
+    EXPECT_EQ(choice(kPageSize), "T24");
+}
+
+TEST_F(JobModelTest, AConflictIsNamedAndTheWayOutLeavesTheLatestChoiceAlone) {
+    open(conflictingPpd(mHome));
+    showPanel();
+    mModel.choose(QStringLiteral("Density"), QStringLiteral("Dark"));
+    mModel.choose(kQuality, QStringLiteral("Best"));
+    EXPECT_EQ(mModel.conflictSentence().toStdString(),
+              "“Print density: Dark” and “Quality: Best” exclude each other.");
+    EXPECT_TRUE(mModel.fixText().startsWith(QStringLiteral("Print density: ")));
+    mModel.applyFix();
+    EXPECT_TRUE(mModel.conflicts().empty());
+    EXPECT_EQ(choice(kQuality), "Best") << "chosen last";
+    EXPECT_NE(choice(QStringLiteral("Density")), "Dark");
+    mModel.undo();
+    EXPECT_EQ(choice(QStringLiteral("Density")), "Dark");
+    EXPECT_FALSE(mModel.conflicts().empty());
+}
+
+TEST_F(JobModelTest, AnActInAPanelIsTheLatestChoiceToo) {
+    open(conflictingPpd(mHome));
+    QWidget& view = showPanel();
+    mModel.choose(kQuality, QStringLiteral("Draft"));
+    part<QCheckBox>(view, "mHalfCutChkBx")->click();
+    mModel.panelWasUsed();
+    ASSERT_FALSE(mModel.conflicts().empty());
+    mModel.applyFix();
+    EXPECT_TRUE(mModel.conflicts().empty());
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_TRUE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
+    EXPECT_NE(choice(kQuality), "Draft");
+}
+
+TEST_F(JobModelTest, AConflictIsNeverSolvedByItself) {
+    open(conflictingPpd(mHome));
+    showPanel();
+    mModel.choose(QStringLiteral("Density"), QStringLiteral("Dark"));
+    mModel.choose(kQuality, QStringLiteral("Best"));
+    mModel.save();
+    EXPECT_TRUE(mModel.shouldPrint()) << "the panel does not refuse";
+    EXPECT_EQ(choice(QStringLiteral("Density")), "Dark");
+    EXPECT_EQ(choice(kQuality), "Best");
+    EXPECT_FALSE(mModel.conflicts().empty());
+}
+
+TEST_F(JobModelTest, LabelsAreCountedByPagesRangeAndCopies) {
+    open(kTapePpd);
+    EXPECT_EQ(mModel.labelCount(), 0);
+    mModel.setFiles({kLabels});
+    mModel.setPageCount(12);
+    EXPECT_EQ(mModel.labelCount(), 12);
+    mModel.setCopies(3);
+    mModel.setPages({2, 5});
+    EXPECT_EQ(mModel.labelCount(), 12);
+    mModel.setPages({11, PageRange::kToTheEnd});
+    EXPECT_EQ(mModel.labelCount(), 6);
+    mModel.setPages({40, 50});
+    EXPECT_EQ(mModel.labelCount(), 0);
+    mModel.setFiles({kLabels, kLabels});
+    EXPECT_EQ(mModel.pageCount(), 0) << "counted anew";
+    EXPECT_EQ(mModel.title().toStdString(), "labels.pdf and 1 more");
+}
+
+TEST_F(JobModelTest, TheSentenceSaysWhatWillHappen) {
+    open(kTapePpd, {{kHalfCut, kOn}});
+    showPanel();
+    mModel.setFiles({kLabels});
+    EXPECT_EQ(mModel.sentence().toStdString(), "Labels on 24 mm tape, auto cut, half cut");
+    mModel.setPageCount(1);
+    EXPECT_EQ(mModel.sentence().toStdString(), "1 label on 24 mm tape, auto cut, half cut");
+    mModel.chooseAll({{kHalfCut, kOff}, {kAutoCut, kOff}});
+    EXPECT_EQ(mModel.sentence().toStdString(), "1 label on 24 mm tape, no cut options");
+}
+
+TEST_F(JobModelTest, TheCommandsSayTheSameAsTheJob) {
+    open(kRollPpd, {{QStringLiteral("KvCutLabel"), QStringLiteral("5")}});
+    showPanel();
+    mModel.setFiles({QStringLiteral("/tmp/it's a label.pdf")});
+    mModel.setCopies(2);
+    mModel.setPages({2, 5});
+    EXPECT_EQ(mModel.labelcutCommand().toStdString(),
+              "labelcut print --ppd " + kRollPpd.toStdString() +
+                  " --page-size W62x29 --set KvCutLabel=5 --set KvCutAtEnd=OFF --set KvMirror=OFF"
+                  " --set KvAutoTapeCut=ON --set KvRemoveBlkSpace=OFF --copies 2 --pages 2-5"
+                  " -o labels.ps -- '/tmp/it'\\''s a label.pdf'");
+    EXPECT_TRUE(mModel.lpCommand().isEmpty()) << "no queue";
+}
+
+TEST_F(JobModelTest, APrintersChangeForgetsTheStepsOfTheOneBefore) {
+    open(kTapePpd);
+    showPanel();
+    mModel.choose(kQuality, QStringLiteral("Best"));
+    open(kRollPpd);
+    EXPECT_FALSE(mModel.canUndo());
+    EXPECT_EQ(choice(kQuality), "Normal");
+    EXPECT_EQ(choice(kHalfCut), "(none)");
+}
+
+TEST_F(JobModelTest, EveryChangeIsAnnounced) {
+    open(kTapePpd);
+    mChanges = 0;
+    mModel.choose(kQuality, QStringLiteral("Best"));
+    EXPECT_EQ(mChanges, 1);
+    mModel.setCopies(mModel.copies());
+    mModel.setPages(mModel.pages());
+    EXPECT_EQ(mChanges, 1) << "nothing changed";
+    mModel.setCopies(2);
+    EXPECT_EQ(mChanges, 2);
+}
+
+} // namespace labelcut::test

@@ -1,0 +1,574 @@
+// The dialog's window, by mouse and keyboard.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QSpinBox>
+#include <QTest>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include <set>
+
+#include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/host/dialog/one_truth.h"
+
+namespace labelcut::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const QString kQuality = QStringLiteral("Quality");
+const QString kOn = QStringLiteral("ON");
+
+class PrintDialogTest : public testing::Test {
+protected:
+    void open(const QString& ppd = kTapePpd, const Marks& choices = {}) {
+        mDialog.reset();
+        mDialog = openDialog(ppd, choices);
+    }
+    template<typename Widget>
+    Widget& control(const char* name) const {
+        return *part<Widget>(*mDialog, name);
+    }
+    void press(const char* button) const { click(control<QPushButton>(button)); }
+    JobModel& model() const { return mDialog->model(); }
+    std::string choice(const char* key) const {
+        return model().choice(QLatin1String(key)).value_or(QString()).toStdString();
+    }
+    std::vector<std::string> messages() const {
+        std::vector<std::string> all;
+        for (const QString& text : mDialog->messages().texts())
+            all.push_back(text.toStdString());
+        return all;
+    }
+    void savePreset(const QString& name) const {
+        press("savePreset");
+        auto* ask = mDialog->findChild<QInputDialog*>();
+        ASSERT_TRUE(ask);
+        ask->setTextValue(name);
+        ask->accept();
+        // What a window manager does.
+        mDialog->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(mDialog.get()));
+        settle();
+    }
+    QStringList presets() const {
+        QStringList names;
+        const auto& list = control<QComboBox>("presets");
+        for (int i = 0; i < list.count(); ++i)
+            names << list.itemText(i);
+        return names;
+    }
+
+    Offscreen mOffscreen;
+    PrivateHome mHome;
+    std::unique_ptr<PrintDialog> mDialog;
+};
+
+/// A notch of the wheel in the middle of the widget.
+void turnWheel(QWidget& widget, int notches) {
+    const QPointF at = widget.rect().center();
+    QWheelEvent event(at, widget.mapToGlobal(at), QPoint(), QPoint(0, 120 * notches), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+    settle();
+}
+
+/// Every widget that the Tab key comes to, from where the focus is and round again.
+std::vector<QWidget*> tabStops(QWidget& window) {
+    std::vector<QWidget*> stops;
+    for (int i = 0; i < 200; ++i) {
+        QWidget* now = QApplication::focusWidget();
+        if (!stops.empty() && now == stops.front())
+            break;
+        stops.push_back(now);
+        QTest::keyClick(now ? now : &window, Qt::Key_Tab);
+    }
+    return stops;
+}
+
+/// What a keyboard user must be able to reach.
+bool wantsFocus(const QWidget& widget) {
+    const bool isField =
+        qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QComboBox*>(&widget) ||
+        qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
+        qobject_cast<const QPlainTextEdit*>(&widget);
+    return isField && isUsable(widget) && !qobject_cast<QAbstractSpinBox*>(widget.parentWidget()) &&
+           !qobject_cast<QTabBar*>(widget.parentWidget());
+}
+
+} // namespace
+
+TEST_F(PrintDialogTest, ItOpensWithPanelFirstAndOneTruth) {
+    for (const QString& ppd : {kTapePpd, kRollPpd}) {
+        open(ppd);
+        EXPECT_EQ(mDialog->tabs().currentIndex(), 0);
+        EXPECT_EQ(mDialog->tabs().tabText(0).toStdString(), "Cut Options");
+        EXPECT_EQ(control<QLabel>("document").text().toStdString(), "labels.pdf – 12 labels");
+        EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 12 labels");
+        EXPECT_THAT(messages(), IsEmpty());
+        expectOneTruth(*mDialog);
+    }
+}
+
+TEST_F(PrintDialogTest, PanelKeywordsDoNotAppearTwice) {
+    open();
+    for (const QString& key : model().panelKeywords())
+        EXPECT_FALSE(mDialog->findChild<QComboBox*>(QStringLiteral("choices-") + key))
+            << key.toStdString();
+    EXPECT_FALSE(mDialog->findChild<QComboBox*>(QStringLiteral("choices-LabelTray")))
+        << "equipment is no choice";
+    EXPECT_TRUE(mDialog->findChild<QComboBox*>(QStringLiteral("choices-Density")));
+}
+
+TEST_F(PrintDialogTest, AClickInThePanelReachesEverything) {
+    open();
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    EXPECT_EQ(choice("KvHalfCut"), "ON");
+    expectOneTruth(*mDialog);
+    EXPECT_THAT(control<QLabel>("sentence").text().toStdString(), HasSubstr("half cut"));
+    press("undo");
+    EXPECT_EQ(choice("KvHalfCut"), "OFF");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, AReadyMadeCombinationReachesEverything) {
+    open();
+    auto& combinations = control<QComboBox>("mOptionPopUpButton");
+    for (int i = 0; i < combinations.count(); ++i) {
+        choose(combinations, i);
+        expectOneTruth(*mDialog);
+    }
+}
+
+TEST_F(PrintDialogTest, TheCountReachesEverything) {
+    open(kRollPpd);
+    auto& count = control<QLineEdit>("mCutEveryTxBx");
+    type(count, QStringLiteral("12"));
+    EXPECT_EQ(choice("KvCutLabel"), "12");
+    expectOneTruth(*mDialog);
+    QTest::keyClick(&count, Qt::Key_Up);
+    settle();
+    EXPECT_EQ(choice("KvCutLabel"), "13");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, AFeatureIsChosenAndSetBack) {
+    open();
+    openTab(*mDialog, 2);
+    auto& quality = optionBox(*mDialog, "Quality");
+    choose(quality, QStringLiteral("Best"));
+    EXPECT_EQ(choice("Quality"), "Best");
+    expectOneTruth(*mDialog);
+    auto* reset = quality.parentWidget()->findChild<QToolButton*>();
+    ASSERT_TRUE(isUsable(*reset));
+    click(*reset);
+    EXPECT_EQ(choice("Quality"), "Normal");
+    EXPECT_FALSE(reset->isVisible());
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, EverythingIsSetBackAtOnceAndTakenBack) {
+    open(kTapePpd, {{kQuality, QStringLiteral("Best")}, {QStringLiteral("KvHalfCut"), kOn}});
+    press("reset");
+    EXPECT_TRUE(model().changedMarks().isEmpty());
+    expectOneTruth(*mDialog);
+    QTest::keySequence(mDialog.get(), QKeySequence::Undo);
+    settle();
+    EXPECT_EQ(choice("Quality"), "Best");
+    EXPECT_EQ(choice("KvHalfCut"), "ON");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, ACustomLengthIsTakenInTheUsersUnit) {
+    open();
+    openTab(*mDialog, 2);
+    auto& feed = optionBox(*mDialog, "FeedLength");
+    choose(feed, QStringLiteral("Custom"));
+    auto* length = feed.parentWidget()->findChild<QLineEdit*>();
+    ASSERT_TRUE(isUsable(*length));
+    EXPECT_TRUE(length->hasFocus());
+    type(*length, QStringLiteral("1 in"));
+    QTest::keyClick(length, Qt::Key_Tab);
+    settle();
+    EXPECT_EQ(choice("FeedLength"), "Custom.72");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, PrintSaysWhatIsOutOfBoundsInsteadOfPrintingSomethingElse) {
+    open();
+    openTab(*mDialog, 2);
+    auto& feed = optionBox(*mDialog, "FeedLength");
+    choose(feed, QStringLiteral("Custom"));
+    auto* length = feed.parentWidget()->findChild<QLineEdit*>();
+    const std::string before = choice("FeedLength");
+    type(*length, QStringLiteral("9999"));
+    openTab(*mDialog, 0);
+    press("print");
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("“Feed after printing” takes values from")));
+    EXPECT_EQ(mDialog->tabs().currentIndex(), 2) << "where the cause is";
+    EXPECT_EQ(length->text().toStdString(), "9999") << "stays to be put right";
+    EXPECT_EQ(choice("FeedLength"), before);
+    EXPECT_FALSE(mDialog->findChild<QFileDialog*>());
+    type(*length, QStringLiteral("10"));
+    QTest::keyClick(length, Qt::Key_Tab);
+    settle();
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
+    open();
+    openTab(*mDialog, 1);
+    auto& range = control<QLineEdit>("pageRange");
+    type(range, QStringLiteral("5-2"));
+    press("print");
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("A range is written as")));
+    type(range, QStringLiteral("2-5"));
+    EXPECT_EQ(model().pages(), (PageRange{2, 5}));
+    EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 4 labels");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, ItShowsTheRangeAndCopiesThatItWasOpenedWith) {
+    DialogRequest request;
+    request.files = {kLabels};
+    request.ppdPath = kTapePpd;
+    request.copies = 3;
+    request.pages = {2, PageRange::kToTheEnd};
+    mDialog = openDialog(request);
+    EXPECT_EQ(control<QLineEdit>("pageRange").text().toStdString(), "2-");
+    EXPECT_EQ(control<QSpinBox>("copies").value(), 3);
+    EXPECT_EQ(model().pages(), (PageRange{2, PageRange::kToTheEnd}));
+}
+
+TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
+    open(conflictingPpd(mHome));
+    openTab(*mDialog, 2);
+    choose(optionBox(*mDialog, "Density"), QStringLiteral("Dark"));
+    choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
+    const std::string sentence = "“Print density: Dark” and “Quality: Best” exclude each other.";
+    EXPECT_THAT(messages(), ElementsAre(sentence));
+    EXPECT_EQ(choice("Quality"), "Best") << "never changed silently";
+    press("print");
+    EXPECT_THAT(messages(), ElementsAre(sentence));
+    EXPECT_FALSE(mDialog->findChild<QFileDialog*>());
+    expectOneTruth(*mDialog);
+
+    QPushButton* undo = offer(mDialog->messages(), QStringLiteral("Undo"));
+    ASSERT_TRUE(undo);
+    click(*undo);
+    EXPECT_EQ(choice("Quality"), "Normal");
+    EXPECT_THAT(messages(), IsEmpty());
+
+    choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
+    QPushButton* fix = offer(mDialog->messages(), QStringLiteral("Set Print density"));
+    ASSERT_TRUE(fix);
+    click(*fix);
+    EXPECT_EQ(choice("Quality"), "Best");
+    EXPECT_TRUE(model().conflicts().empty());
+    EXPECT_THAT(messages(), IsEmpty());
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, ADismissedConflictComesBackWhenPrintIsPressed) {
+    open(conflictingPpd(mHome),
+         {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
+    auto* dismiss = mDialog->messages().findChild<QToolButton*>();
+    ASSERT_TRUE(dismiss);
+    click(*dismiss);
+    EXPECT_THAT(messages(), IsEmpty());
+    press("print");
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("exclude each other")));
+}
+
+TEST_F(PrintDialogTest, TheWheelChangesNothingWithoutFocus) {
+    for (const QString& ppd : {kTapePpd, kRollPpd}) {
+        open(ppd);
+        const Marks marks = model().marks();
+        for (int tab = 0; tab < mDialog->tabs().count(); ++tab) {
+            openTab(*mDialog, tab);
+            control<QPushButton>("cancel").setFocus();
+            for (QWidget* widget : mDialog->findChildren<QWidget*>()) {
+                if (!isUsable(*widget) || widget->hasFocus() || qobject_cast<QTabBar*>(widget))
+                    continue;
+                turnWheel(*widget, 1);
+                turnWheel(*widget, -2);
+            }
+            EXPECT_EQ(model().marks(), marks) << "page " << tab;
+            EXPECT_EQ(model().copies(), 1) << "page " << tab;
+            EXPECT_EQ(mDialog->tabs().currentIndex(), tab);
+        }
+    }
+}
+
+TEST_F(PrintDialogTest, TheWheelTurnsTheFieldThatHasTheFocus) {
+    open();
+    control<QSpinBox>("copies").setFocus();
+    turnWheel(control<QSpinBox>("copies"), 2);
+    EXPECT_EQ(model().copies(), 3);
+}
+
+TEST_F(PrintDialogTest, TheTabKeyReachesEverythingThatCanBeUsed) {
+    open(conflictingPpd(mHome),
+         {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
+    savePreset(QStringLiteral("Mine"));
+    for (int tab = 0; tab < mDialog->tabs().count(); ++tab) {
+        openTab(*mDialog, tab);
+        control<QSpinBox>("copies").setFocus();
+        const std::vector<QWidget*> stops = tabStops(*mDialog);
+        for (QWidget* s : stops) fprintf(stderr, "STOP %s %s\n", s->metaObject()->className(), qPrintable(s->objectName()));
+        const std::set<QWidget*> reached(stops.begin(), stops.end());
+        for (QWidget* widget : mDialog->findChildren<QWidget*>()) {
+            if (!wantsFocus(*widget))
+                continue;
+            // Of radio buttons, the arrow keys reach the others; so does a field for its arrows.
+            if (qobject_cast<QRadioButton*>(widget) || widget->focusPolicy() == Qt::NoFocus)
+                continue;
+            EXPECT_TRUE(reached.contains(widget))
+                << "page " << tab << ": " << widget->metaObject()->className() << " \""
+                << widget->objectName().toStdString() << '"';
+        }
+    }
+}
+
+TEST_F(PrintDialogTest, TheTabKeyGoesThroughTheWindowAsItIsRead) {
+    open();
+    control<QPushButton>("chooseFiles").setFocus();
+    std::vector<QString> names;
+    for (QWidget* stop : tabStops(*mDialog))
+        names.push_back(stop->objectName());
+    const auto placeOf = [&](const char* name) {
+        return std::ranges::find(names, QLatin1String(name)) - names.begin();
+    };
+    const char* order[] = {"chooseFiles",   "printers",           "copies", "savePreset",
+                           "mAutoCutChkBx", "mOptionPopUpButton", "print",  "cancel"};
+    for (std::size_t i = 1; i < std::size(order); ++i) {
+        EXPECT_LT(placeOf(order[i]), static_cast<std::ptrdiff_t>(names.size())) << order[i];
+        EXPECT_LT(placeOf(order[i - 1]), placeOf(order[i])) << order[i];
+    }
+}
+
+TEST_F(PrintDialogTest, EnterPrintsAndOnAButtonPressesIt) {
+    open();
+    QTest::keyClick(&control<QSpinBox>("copies"), Qt::Key_Return);
+    settle();
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser) << "a printer known by its PPD asks for the file";
+    chooser->reject();
+    settle();
+    control<QPushButton>("cancel").setFocus();
+    QTest::keyClick(&control<QPushButton>("cancel"), Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->result(), QDialog::Rejected);
+}
+
+TEST_F(PrintDialogTest, EscapeCancels) {
+    open();
+    QTest::keyClick(&control<QCheckBox>("mHalfCutChkBx"), Qt::Key_Escape);
+    settle();
+    EXPECT_FALSE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->result(), QDialog::Rejected);
+}
+
+TEST_F(PrintDialogTest, TheWindowsSizeIsRemembered) {
+    open();
+    mDialog->resize(mDialog->size() + QSize(77, 55));
+    settle();
+    const QSize size = mDialog->size();
+    QTest::keyClick(mDialog.get(), Qt::Key_Escape);
+    open();
+    EXPECT_EQ(mDialog->size(), size);
+}
+
+TEST_F(PrintDialogTest, ThePanelIsShownWholeAtTheFirstSize) {
+    for (const QString& ppd : {kTapePpd, kRollPpd}) {
+        open(ppd);
+        auto* page = qobject_cast<QScrollArea*>(mDialog->tabs().widget(0));
+        ASSERT_TRUE(page);
+        EXPECT_GE(page->viewport()->width(), page->widget()->width());
+        EXPECT_GE(page->viewport()->height(), page->widget()->height());
+        // Nor can the window be made too small for it.
+        mDialog->resize(1, 1);
+        settle();
+        EXPECT_GE(page->viewport()->width(), page->widget()->width());
+        EXPECT_GE(page->viewport()->height(), page->widget()->height());
+    }
+}
+
+TEST_F(PrintDialogTest, TheWindowDoesNotJump) {
+    open(conflictingPpd(mHome));
+    const QSize size = mDialog->size();
+    const QPoint print = control<QPushButton>("print").mapTo(mDialog.get(), QPoint());
+    for (int tab = mDialog->tabs().count() - 1; tab >= 0; --tab) {
+        openTab(*mDialog, tab);
+        EXPECT_EQ(mDialog->size(), size) << "page " << tab;
+    }
+    model().chooseAll(
+        {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
+    settle();
+    ASSERT_THAT(messages(), testing::SizeIs(1));
+    EXPECT_EQ(mDialog->size(), size) << "with a message";
+    EXPECT_EQ(control<QPushButton>("print").mapTo(mDialog.get(), QPoint()).y(), print.y());
+}
+
+TEST_F(PrintDialogTest, TheCommandIsCopied) {
+    open();
+    openTab(*mDialog, 3);
+    QApplication::clipboard()->clear();
+    press("copyLabelcut");
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+              model().labelcutCommand().toStdString());
+    EXPECT_FALSE(control<QPushButton>("copyLp").isVisible()) << "no queue, no lp";
+}
+
+TEST_F(PrintDialogTest, APresetIsKeptAppliedAndShownWhileItIsInForce) {
+    open();
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    control<QSpinBox>("copies").setValue(4);
+    savePreset(QStringLiteral("Half"));
+    auto& list = control<QComboBox>("presets");
+    EXPECT_EQ(list.currentText().toStdString(), "Half");
+    press("reset");
+    EXPECT_EQ(list.currentIndex(), -1) << "the choices are no longer the preset's";
+    control<QSpinBox>("copies").setValue(1);
+    choose(list, 0);
+    EXPECT_EQ(choice("KvHalfCut"), "ON");
+    EXPECT_EQ(model().copies(), 4);
+    EXPECT_EQ(list.currentText().toStdString(), "Half");
+    expectOneTruth(*mDialog);
+    press("undo");
+    EXPECT_EQ(choice("KvHalfCut"), "OFF");
+    EXPECT_EQ(list.currentIndex(), -1);
+    open();
+    EXPECT_EQ(presets(), QStringList{QStringLiteral("Half")}) << "in the next window";
+}
+
+TEST_F(PrintDialogTest, AReplacedOrRemovedPresetComesBack) {
+    open();
+    savePreset(QStringLiteral("Mine"));
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    savePreset(QStringLiteral("Mine"));
+    ASSERT_THAT(messages(), ElementsAre("The preset “Mine” was replaced."));
+    click(*offer(mDialog->messages(), QStringLiteral("Undo")));
+    choose(control<QComboBox>("presets"), 0);
+    EXPECT_EQ(choice("KvHalfCut"), "OFF") << "the first one";
+
+    click(control<QToolButton>("removePreset"));
+    EXPECT_TRUE(presets().isEmpty());
+    ASSERT_THAT(messages(), ElementsAre("The preset “Mine” was removed."));
+    click(*offer(mDialog->messages(), QStringLiteral("Undo")));
+    EXPECT_EQ(presets(), QStringList{QStringLiteral("Mine")});
+}
+
+TEST_F(PrintDialogTest, ADamagedPresetFileIsToldAndTheDialogWorks) {
+    open();
+    savePreset(QStringLiteral("Mine"));
+    QFile file(PresetStore().filePath(PrinterIdentity::forPpd(model().ppd())));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{ broken");
+    file.close();
+    open();
+    EXPECT_TRUE(presets().isEmpty());
+    EXPECT_THAT(messages(), testing::SizeIs(1));
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, APpdThatCannotBeReadLeavesThePrinterInForce) {
+    open();
+    const Marks marks = model().marks();
+    QFile broken(mHome.path(QStringLiteral("broken.ppd")));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("this is no PPD\n");
+    broken.close();
+    auto& printers = control<QComboBox>("printers");
+    choose(printers, printers.count() - 1);
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser);
+    Q_EMIT chooser->fileSelected(broken.fileName());
+    chooser->reject();
+    settle();
+    EXPECT_EQ(model().marks(), marks);
+    EXPECT_TRUE(printers.currentText().contains(QStringLiteral("tape.ppd")));
+    ASSERT_EQ(mDialog->printerMessages().texts().size(), 1);
+    EXPECT_THAT(mDialog->printerMessages().texts().front().toStdString(), HasSubstr("broken.ppd"));
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, AnotherPpdTakesOverWithAllItsPages) {
+    open();
+    auto& printers = control<QComboBox>("printers");
+    choose(printers, printers.count() - 1);
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser);
+    Q_EMIT chooser->fileSelected(kRollPpd);
+    chooser->reject();
+    settle();
+    EXPECT_EQ(choice("KvCutLabel"), "1");
+    expectOneTruth(*mDialog);
+    choose(printers, 0);
+    EXPECT_EQ(choice("KvHalfCut"), "OFF") << "the first one is still listed";
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, WithoutADocumentPrintIsOff) {
+    DialogRequest request;
+    request.ppdPath = kTapePpd;
+    mDialog = openDialog(request);
+    EXPECT_FALSE(control<QPushButton>("print").isEnabled());
+    EXPECT_EQ(control<QLabel>("document").text().toStdString(), "No document chosen");
+    press("chooseFiles");
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser);
+    Q_EMIT chooser->filesSelected({kLabels});
+    chooser->reject();
+    ASSERT_TRUE(turnUntil([&] { return model().pageCount() == kLabelCount; }));
+    settle();
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+}
+
+TEST_F(PrintDialogTest, ADocumentThatCannotBeReadIsNamed) {
+    DialogRequest request;
+    request.files = {mHome.path(QStringLiteral("missing.pdf"))};
+    request.ppdPath = kTapePpd;
+    mDialog = openDialog(request);
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("missing.pdf")));
+}
+
+TEST_F(PrintDialogTest, EveryColourComesFromThePalette) {
+    // Given a palette that nobody would choose, as high contrast ones are to a designer's eye.
+    const QPalette before = QApplication::palette();
+    QPalette palette(Qt::yellow, Qt::black);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, Qt::yellow);
+    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(role, Qt::black);
+    QApplication::setPalette(palette);
+    open(conflictingPpd(mHome),
+         {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
+    for (const QWidget* widget : mDialog->findChildren<QWidget*>()) {
+        EXPECT_TRUE(widget->styleSheet().isEmpty()) << widget->objectName().toStdString();
+        EXPECT_EQ(widget->palette().color(QPalette::Active, QPalette::WindowText),
+                  QColor(Qt::yellow))
+            << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+        EXPECT_EQ(widget->palette().color(QPalette::Active, QPalette::Window), QColor(Qt::black))
+            << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+    }
+    mDialog.reset();
+    QApplication::setPalette(before);
+}
+
+} // namespace labelcut::test

@@ -1,0 +1,321 @@
+// Printing through the dialog: into a file, and on a real print service of the test's own.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QRegularExpression>
+#include <QSpinBox>
+#include <QTest>
+
+#include "tests/host/cli/program.h"
+#include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/host/dialog/one_truth.h"
+#include "tests/support/private_cupsd.h"
+
+namespace labelcut::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+const QString kQueue = QStringLiteral("tape");
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+/// The features that PostScript sets and their code, in order.
+std::vector<std::string> featuresIn(const QByteArray& postScript) {
+    std::vector<std::string> all;
+    const QList<QByteArray> lines = postScript.split('\n');
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        if (lines[i].startsWith("%%BeginFeature: *"))
+            all.push_back(
+                (lines[i].mid(17).trimmed() + ": " + lines[i + 1].trimmed()).toStdString());
+    }
+    return all;
+}
+
+class DialogPrintsTest : public testing::Test {
+protected:
+    template<typename Widget>
+    Widget& control(const char* name) const {
+        return *part<Widget>(*mDialog, name);
+    }
+    std::vector<std::string> messages() const {
+        std::vector<std::string> all;
+        for (const QString& text : mDialog->messages().texts())
+            all.push_back(text.toStdString());
+        return all;
+    }
+    bool isOver() const { return !mDialog->isVisible(); }
+    /// Half cut, chain printing and dark print: by clicks, as a user does.
+    void makeChoices() const {
+        openTab(*mDialog, 0);
+        click(control<QCheckBox>("mHalfCutChkBx"));
+        click(control<QCheckBox>("mChainPrintChkBx"));
+        openTab(*mDialog, 2);
+        choose(optionBox(*mDialog, "Density"), QStringLiteral("Dark"));
+    }
+
+    Offscreen mOffscreen;
+    PrivateHome mHome;
+    std::unique_ptr<PrintDialog> mDialog;
+};
+
+class IntoFileTest : public DialogPrintsTest {
+protected:
+    /// Presses Print and names the file. @return its path.
+    QString print() {
+        const QString path = mHome.path(QStringLiteral("dialog.ps"));
+        click(control<QPushButton>("print"));
+        auto* chooser = mDialog->findChild<QFileDialog*>();
+        if (!chooser)
+            qFatal("no file is asked for");
+        Q_EMIT chooser->fileSelected(path);
+        chooser->close();
+        return path;
+    }
+};
+
+class OnServiceTest : public DialogPrintsTest {
+protected:
+    static void SetUpTestSuite() {
+        sService = std::make_unique<PrivateCupsd>();
+        ASSERT_TRUE(sService->start()) << sService->errorLog().toStdString();
+    }
+    static void TearDownTestSuite() { sService.reset(); }
+
+    OnServiceTest() { EXPECT_TRUE(sService->addQueue(kQueue, kTapePpd)); }
+    ~OnServiceTest() override {
+        sService->holdPrinter(false);
+        mDialog.reset();
+        EXPECT_TRUE(sService->removeQueue(kQueue));
+    }
+    static CupsConnection service() {
+        return CupsConnection(*ServiceAddress::fromText(sService->socketPath()));
+    }
+    void open() {
+        DialogRequest request;
+        request.files = {kLabels};
+        request.queue = kQueue;
+        mDialog = openDialog(request, service());
+        ASSERT_TRUE(turnUntil(
+            [&] { return mDialog->model().pageCount() > 0 && mDialog->model().hasPrinter(); }));
+        settle();
+    }
+    bool turnUntilSays(const char* words) {
+        return turnUntil(
+            [&] { return control<QLabel>("sentence").text().contains(QLatin1String(words)); });
+    }
+
+    static std::unique_ptr<PrivateCupsd> sService;
+};
+
+std::unique_ptr<PrivateCupsd> OnServiceTest::sService;
+
+} // namespace
+
+TEST_F(IntoFileTest, TheFileIsWhatTheShownCommandMakes) {
+    mDialog = openDialog(kTapePpd);
+    makeChoices();
+    expectOneTruth(*mDialog);
+    const QString shown = control<QPlainTextEdit>("commandLabelcut").toPlainText();
+    const QString path = print();
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+    const std::vector<std::string> features = featuresIn(contentOf(path));
+    EXPECT_THAT(features, testing::Contains(HasSubstr("KvHalfCut ON")));
+    EXPECT_THAT(features, testing::Contains(HasSubstr("KvChainPrint ON")));
+    EXPECT_THAT(features, testing::Contains(HasSubstr("Density Dark")));
+
+    Start start;
+    start.arguments = shellWords(shown).mid(1);
+    start.folder = mHome.path(QString());
+    const Outcome outcome = run(start);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(featuresIn(contentOf(mHome.path(QStringLiteral("labels.ps")))), features);
+}
+
+TEST_F(IntoFileTest, AFileThatCannotBeWrittenKeepsDialogAndChoices) {
+    mDialog = openDialog(kTapePpd);
+    makeChoices();
+    const Marks marks = mDialog->model().marks();
+    click(control<QPushButton>("print"));
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser);
+    Q_EMIT chooser->fileSelected(mHome.path(QStringLiteral("no/such/folder/x.ps")));
+    chooser->close();
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("no/such/folder/x.ps")));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(IntoFileTest, CancelTakesItBackAndLeavesNoFile) {
+    mDialog = openDialog(kTapePpd);
+    const QString path = print();
+    settle();
+    EXPECT_TRUE(control<QProgressBar>("progress").isVisible());
+    EXPECT_FALSE(control<QPushButton>("print").isEnabled());
+    QTest::keyClick(mDialog.get(), Qt::Key_Escape);
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("cancelled")));
+    EXPECT_TRUE(mDialog->isVisible());
+    turnFor(2000);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST_F(IntoFileTest, APpdThatChangedMeanwhileIsToldAndNothingIsWritten) {
+    const QString ppd = conflictingPpd(mHome);
+    mDialog = openDialog(ppd);
+    makeChoices();
+    QByteArray text = contentOf(ppd);
+    text.replace("Density Dark/", "Density Darker/");
+    QFile file(ppd);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.close();
+    const QString path = print();
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("Density=Dark")));
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(mDialog->isVisible());
+}
+
+TEST_F(OnServiceTest, TheChoicesArriveAtThePrinter) {
+    open();
+    makeChoices();
+    control<QSpinBox>("copies").setValue(2);
+    settle();
+    expectOneTruth(*mDialog);
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("Job ")) << control<QLabel>("sentence").text().toStdString();
+    const int job = QRegularExpression(QStringLiteral("Job (\\d+)"))
+                        .match(control<QLabel>("sentence").text())
+                        .captured(1)
+                        .toInt();
+    EXPECT_GT(job, 0);
+    EXPECT_EQ(control<QPushButton>("cancel").text().toStdString(), "Close") << "it is sent";
+    sService->holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+    const auto stored = sService->waitForJob(job);
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->arguments.value(2).toStdString(), "labels.pdf");
+    for (const char* pair : {"KvHalfCut=ON", "KvChainPrint=ON", "Density=Dark", "PageSize=T24"})
+        EXPECT_THAT(stored->options().toStdString(), HasSubstr(pair));
+    for (const char* feature : {"KvHalfCut ON", "KvChainPrint ON", "Density Dark"})
+        EXPECT_TRUE(stored->data.contains(QByteArray("%%BeginFeature: *") + feature)) << feature;
+}
+
+TEST_F(OnServiceTest, AJobThatWasSentCanBeLeftAlone) {
+    open();
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return control<QPushButton>("cancel").text() == u"Close"; }));
+    click(control<QPushButton>("cancel"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted) << "the job lies with the service";
+}
+
+TEST_F(OnServiceTest, AChoiceThatVanishedFromThePpdIsTold) {
+    open();
+    makeChoices();
+    const Marks marks = mDialog->model().marks();
+    QByteArray text = contentOf(kTapePpd);
+    text.replace("Density Dark/", "Density Darker/");
+    QFile changed(mHome.path(QStringLiteral("changed.ppd")));
+    ASSERT_TRUE(changed.open(QIODevice::WriteOnly));
+    changed.write(text);
+    changed.close();
+    ASSERT_TRUE(sService->addQueue(kQueue, changed.fileName()));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("Density")));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+}
+
+TEST_F(OnServiceTest, ARejectingQueueKeepsDialogAndChoices) {
+    open();
+    makeChoices();
+    const Marks marks = mDialog->model().marks();
+    ASSERT_TRUE(sService->reject(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr(kQueue.toStdString())));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(OnServiceTest, AQueueThatIsGoneIsSaidSo) {
+    open();
+    ASSERT_TRUE(sService->removeQueue(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr(kQueue.toStdString())));
+    EXPECT_TRUE(mDialog->isVisible());
+    ASSERT_TRUE(sService->addQueue(kQueue, kTapePpd));
+}
+
+TEST_F(OnServiceTest, StatesAreSaidInWordsAtThePrinter) {
+    ASSERT_TRUE(sService->pause(kQueue));
+    open();
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->printerMessages().texts().isEmpty(); }));
+    EXPECT_THAT(mDialog->printerMessages().texts().front().toStdString(),
+                HasSubstr("held until it is resumed"));
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled()) << "a paused queue takes jobs";
+}
+
+TEST_F(OnServiceTest, TheQueuesSavedOptionsAreTheStart) {
+    ASSERT_TRUE(QDir().mkpath(mHome.path(QStringLiteral(".cups"))));
+    QFile saved(mHome.path(QStringLiteral(".cups/lpoptions")));
+    ASSERT_TRUE(saved.open(QIODevice::WriteOnly));
+    saved.write("Dest tape KvHalfCut=ON Quality=Best\n");
+    saved.close();
+    open();
+    EXPECT_EQ(mDialog->model().choice(QStringLiteral("KvHalfCut")), QStringLiteral("ON"));
+    EXPECT_EQ(mDialog->model().choice(QStringLiteral("Quality")), QStringLiteral("Best"));
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(OnServiceTest, TheLastPrinterIsRemembered) {
+    open();
+    mDialog.reset();
+    DialogRequest request;
+    request.files = {kLabels};
+    mDialog = openDialog(request, service());
+    ASSERT_TRUE(turnUntil([&] { return mDialog->model().hasPrinter(); }));
+    EXPECT_EQ(mDialog->model().printer().queue, kQueue);
+}
+
+TEST_F(OnServiceTest, WhileAnotherQueuesPpdIsOnItsWayPrintIsOff) {
+    ASSERT_TRUE(sService->addQueue(QStringLiteral("roll"), kRollPpd));
+    open();
+    auto& printers = control<QComboBox>("printers");
+    ASSERT_TRUE(turnUntil([&] { return printers.findText(QStringLiteral("roll")) >= 0; }));
+    printers.setCurrentIndex(printers.findText(QStringLiteral("roll")));
+    Q_EMIT printers.activated(printers.currentIndex());
+    EXPECT_FALSE(control<QPushButton>("print").isEnabled());
+    ASSERT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == u"roll"; }));
+    settle();
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+    EXPECT_EQ(printers.currentText().toStdString(), "roll");
+    expectOneTruth(*mDialog);
+    ASSERT_TRUE(sService->removeQueue(QStringLiteral("roll")));
+}
+
+} // namespace labelcut::test
