@@ -37,7 +37,9 @@ chmod 755 "$root"
 clean_up() {
   local folder
   for folder in proc dev; do
-    mountpoint -q "$root/$folder" && umount -R "$root/$folder"
+    # Something that was interrupted may still be at work there.
+    ! mountpoint -q "$root/$folder" || umount -R "$root/$folder" 2>/dev/null ||
+      umount -R -l "$root/$folder"
   done
   # Never into what is still mounted.
   if [ -z "${KEEP:-}" ]; then
