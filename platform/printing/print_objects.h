@@ -22,7 +22,8 @@ namespace labelcut {
 class PMURL {
 public:
     PMURL() = default;
-    explicit PMURL(QString text) : mText(std::move(text)) {}
+    explicit PMURL(QString text)
+        : mText(std::move(text)) {}
 
     /// The URL's string form; nothing when it has none.
     const std::optional<QString>& string() const { return mText; }

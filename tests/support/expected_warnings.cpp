@@ -11,14 +11,12 @@ namespace labelcut::test {
 
 namespace {
 
-std::vector<ExpectedWarning*>& expectations()
-{
+std::vector<ExpectedWarning*>& expectations() {
     static std::vector<ExpectedWarning*> all;
     return all;
 }
 
-void trap(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
+void trap(QtMsgType type, const QMessageLogContext&, const QString& message) {
     std::fprintf(stderr, "%s\n", qPrintable(message));
     if (type == QtDebugMsg || type == QtInfoMsg)
         return;
@@ -29,27 +27,24 @@ void trap(QtMsgType type, const QMessageLogContext&, const QString& message)
 
 } // namespace
 
-ExpectedWarning::ExpectedWarning(const QString& pattern) : mPattern(pattern)
-{
+ExpectedWarning::ExpectedWarning(const QString& pattern)
+    : mPattern(pattern) {
     expectations().push_back(this);
 }
 
-ExpectedWarning::~ExpectedWarning()
-{
+ExpectedWarning::~ExpectedWarning() {
     std::erase(expectations(), this);
     EXPECT_GT(mSeen, 0) << "no warning matched " << mPattern.pattern().toStdString();
 }
 
-bool ExpectedWarning::matches(const QString& message)
-{
+bool ExpectedWarning::matches(const QString& message) {
     if (!mPattern.match(message).hasMatch())
         return false;
     ++mSeen;
     return true;
 }
 
-void installWarningTrap()
-{
+void installWarningTrap() {
     qInstallMessageHandler(trap);
 }
 
