@@ -163,7 +163,10 @@ std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const PDEBundle&
         return nullptr;
     root->ensurePolished();
     dress(*root, bundle);
-    points::adopt(*root, points::scaleForFont(*root));
+    const double scale = points::scaleForFont(*root);
+    points::adopt(*root, scale);
+    for (QComboBox* box : root->findChildren<QComboBox*>())
+        box->setIconSize((QSizeF(box->iconSize()) * scale).toSize());
     new TrackingAreaWatcher(root.get());
     return root;
 }
