@@ -115,7 +115,7 @@ OSStatus GetTicketFromSession(const PMPrintSession* session, const QString& key,
     return noErr;
 }
 
-OSStatus GetTapeInfo3(PMPrintSettings* settings, PageRange* pages) {
+OSStatus GetTapeInfo3(PMPrintSettings* settings, FirstAndLastPage* pages) {
     *pages = {};
     std::uint32_t first = 0;
     if (PMGetFirstPage(settings, &first) == noErr) {

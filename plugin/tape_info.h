@@ -29,7 +29,7 @@ struct TapeInfo {
 };
 
 /// First and last page of a job.
-struct PageRange {
+struct FirstAndLastPage {
     std::uint32_t first = 0;
     std::uint32_t last = 0;
 };
@@ -50,7 +50,7 @@ OSStatus GetTapeInfo2(const void* ignored, const PMPrintSettings* settings, Tape
 OSStatus GetTicketFromSession(const PMPrintSession* session, const QString& key,
                               std::int32_t* number);
 /// Reads the page range and writes it back unlocked.
-OSStatus GetTapeInfo3(PMPrintSettings* settings, PageRange* pages);
+OSStatus GetTapeInfo3(PMPrintSettings* settings, FirstAndLastPage* pages);
 
 /// Rounds half away from zero; what does not fit, or is no number, saturates or gives 0.
 long RoundDouble(double x);

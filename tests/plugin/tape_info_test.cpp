@@ -364,7 +364,7 @@ protected:
         settings.last = 0xFFFFFFFF;
     }
     FakeSettings settings;
-    PageRange range{88, 99};
+    FirstAndLastPage range{88, 99};
     const QString wroteFirst = QStringLiteral("first 3 0");
     const QString wroteLast = QStringLiteral("last 4294967295 0");
 };
