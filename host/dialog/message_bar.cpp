@@ -115,7 +115,6 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     layout->addWidget(close);
     mRows->addWidget(row);
     QFrame::show();
-    Q_EMIT changed();
 
     QAccessibleEvent alert(row, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

@@ -38,10 +38,6 @@ public:
     /// All texts, in order; each whole, one sentence a line.
     QStringList texts() const;
 
-Q_SIGNALS:
-    /// A message came; its buttons are new.
-    void changed();
-
 private:
     class Row;
     Row* row(const QString& name) const;

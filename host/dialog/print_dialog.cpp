@@ -13,9 +13,11 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSettings>
 #include <QShortcut>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -24,6 +26,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/dialog/accessible_check_box.h"
 #include "host/dialog/features_page.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
@@ -57,17 +60,20 @@ QString titleOf(const Queue& queue) {
                : QStringLiteral("%1 (%2)").arg(queue.info, queue.name);
 }
 
-/// The widget, or what is in it, that the Tab key stops at, in the order of now.
-std::vector<QWidget*> tabStopsIn(QWidget& widget) {
+/// The widget, or what is in it, where the Tab key stops now. @param widget  null: nothing.
+std::vector<QWidget*> tabStopsIn(QWidget* widget) {
     const auto isStop = [](const QWidget& candidate) {
-        return (candidate.focusPolicy() & Qt::TabFocus) && !candidate.focusProxy();
+        return (candidate.focusPolicy() & Qt::TabFocus) && !candidate.focusProxy() &&
+               candidate.isVisible() && candidate.isEnabled();
     };
-    if (isStop(widget))
-        return {&widget};
+    if (!widget)
+        return {};
+    if (isStop(*widget))
+        return {widget};
     std::vector<QWidget*> stops;
-    for (QWidget* next = widget.nextInFocusChain(); next != &widget;
+    for (QWidget* next = widget->nextInFocusChain(); next != widget;
          next = next->nextInFocusChain()) {
-        if (widget.isAncestorOf(next) && isStop(*next))
+        if (widget->isAncestorOf(next) && isStop(*next))
             stops.push_back(next);
     }
     return stops;
@@ -86,6 +92,7 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     , mWheel(new WheelGuard(this)) {
     setWindowTitle(hostText("WindowTitle"));
     setWindowIcon(QIcon(QStringLiteral(":/labelcut/host/labelcut.svg")));
+    makeAccessibleTogglesClicks();
     buildWindow();
     connectModel();
     mModel.setFiles(request.files);
@@ -111,15 +118,12 @@ void PrintDialog::buildWindow() {
     mNoPrinter->setAlignment(Qt::AlignCenter);
     mNoPrinter->setWordWrap(true);
     mMessages = new MessageBar;
-    connect(mMessages, &MessageBar::changed, this, &PrintDialog::orderTabKey);
-    connect(mPrinterMessages, &MessageBar::changed, this, &PrintDialog::orderTabKey);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(mHeader);
     layout->addWidget(mTabs, 1);
     layout->addWidget(mNoPrinter, 1);
     layout->addWidget(mMessages);
     layout->addWidget(buildFooter());
-    orderTabKey();
     // A button can only become a window's default once it is in it.
     mPrint->setDefault(true);
     mCopies->setFocus();
@@ -127,18 +131,29 @@ void PrintDialog::buildWindow() {
     mWheel->watch(*this);
 }
 
-/// Through the window as it is read, from top to bottom.
-void PrintDialog::orderTabKey() {
-    QWidget* before = nullptr;
-    for (QWidget* next : std::initializer_list<QWidget*>{
+/// Through the window as it is read, from top to bottom, messages included.
+bool PrintDialog::focusNextPrevChild(bool next) {
+    std::vector<QWidget*> stops;
+    for (QWidget* part : std::initializer_list<QWidget*>{
              mChooseFiles, mPrinters, mPrinterMessages, mCopies, mPresetList, mSavePreset,
-             mRemovePreset, mTabs, mMessages, mReset, mUndo, mPrint, mCancel}) {
-        for (QWidget* stop : tabStopsIn(*next)) {
-            if (before)
-                setTabOrder(before, stop);
-            before = stop;
-        }
+             mRemovePreset, mTabs->tabBar(), mTabs->currentWidget(), mMessages, mReset, mUndo,
+             mPrint, mCancel}) {
+        const std::vector<QWidget*> inPart = tabStopsIn(part);
+        stops.insert(stops.end(), inPart.begin(), inPart.end());
     }
+    if (stops.empty())
+        return false;
+    const auto here = std::ranges::find(stops, focusWidget());
+    const std::size_t last = stops.size() - 1;
+    const auto index = static_cast<std::size_t>(here - stops.begin());
+    const std::size_t after = index >= last ? 0 : index + 1;
+    const std::size_t before = index == 0 || here == stops.end() ? last : index - 1;
+    QWidget* stop = stops[next ? after : before];
+    stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    if (auto* page = qobject_cast<QScrollArea*>(mTabs->currentWidget());
+        page && page->isAncestorOf(stop))
+        page->ensureWidgetVisible(stop);
+    return true;
 }
 
 QPushButton* PrintDialog::addButton(const char* textKey, const char* name) {
@@ -525,7 +540,6 @@ void PrintDialog::rebuildTabs() {
     mTabs->setCurrentIndex(0);
     mNoPrinter->hide();
     mTabs->show();
-    orderTabKey();
     mWheel->watch(*this);
 }
 

@@ -59,6 +59,9 @@ public:
     void reject() override;
     void done(int result) override;
 
+protected:
+    bool focusNextPrevChild(bool next) override;
+
 private:
     struct ListedPrinter {
         PrinterChoice choice;
@@ -72,7 +75,6 @@ private:
     QLayout* buildAmountRow();
     QWidget* buildFooter();
     QPushButton* addButton(const char* textKey, const char* name);
-    void orderTabKey();
     void connectModel();
 
     void startWith(const DialogRequest& request);

@@ -327,7 +327,6 @@ TEST_F(PrintDialogTest, TheTabKeyReachesEverythingThatCanBeUsed) {
         openTab(*mDialog, tab);
         control<QSpinBox>("copies").setFocus();
         const std::vector<QWidget*> stops = tabStops(*mDialog);
-        for (QWidget* s : stops) fprintf(stderr, "STOP %s %s\n", s->metaObject()->className(), qPrintable(s->objectName()));
         const std::set<QWidget*> reached(stops.begin(), stops.end());
         for (QWidget* widget : mDialog->findChildren<QWidget*>()) {
             if (!wantsFocus(*widget))

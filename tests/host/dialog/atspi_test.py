@@ -1,0 +1,200 @@
+#!/usr/bin/env python3
+"""What a screen reader learns of the dialog, asked through the desktop's accessibility bus.
+
+    atspi_test.py PROGRAM PPD DOCUMENT
+
+Starts a bus and a virtual screen of its own when it is not inside them yet. Fails with a line for
+each thing that is missing.
+"""
+import os
+import subprocess
+import sys
+import time
+
+PATIENCE = 30.0  # seconds; the machine may be busy
+DEBIAN_PYTHON = "/usr/bin/python3"  # which its packages are installed for
+
+
+def enter_private_session():
+    """Runs this script again inside a bus and a screen of its own."""
+    reading, writing = os.pipe()
+    screen = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x1024x24",
+                               "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+    os.close(writing)
+    try:
+        with os.fdopen(reading) as pipe:
+            number = pipe.readline().strip()
+        environment = dict(os.environ, LABELCUT_SESSION="1", DISPLAY=f":{number}",
+                           QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+                           LC_ALL="C.UTF-8", LANGUAGE="en", CUPS_SERVER="/nonexistent/cups.sock")
+        for name in ("AT_SPI_BUS_ADDRESS", "WAYLAND_DISPLAY", "XAUTHORITY"):
+            environment.pop(name, None)
+        return subprocess.run(["dbus-run-session", "--", DEBIAN_PYTHON, *sys.argv],
+                              env=environment, check=False).returncode
+    finally:
+        screen.terminate()
+        screen.wait()
+
+
+def until(condition, what):
+    """The first true answer of `condition`; events are heard meanwhile."""
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        answer = condition()
+        if answer:
+            return answer
+        time.sleep(0.05)
+        hear_events()
+    raise SystemExit(f"never: {what}")
+
+
+def hear_events():
+    context = GLib.MainContext.default()
+    while context.iteration(False):
+        pass
+
+
+def everything(node):
+    yield node
+    for index in range(node.childCount):
+        child = node.getChildAtIndex(index)
+        if child is not None:
+            yield from everything(child)
+
+
+def shows(node):
+    return node.getState().contains(pyatspi.STATE_SHOWING)
+
+
+def is_chosen(tab):
+    """The page in front; the toolkit says so in either way."""
+    state = tab.getState()
+    return state.contains(pyatspi.STATE_SELECTED) or state.contains(pyatspi.STATE_FOCUSED)
+
+
+def find(root, role, name):
+    for node in everything(root):
+        if node.getRoleName() == role and node.name.startswith(name):
+            return node
+    return None
+
+
+def labels_of(node):
+    return [relation.getTarget(0).name for relation in node.getRelationSet()
+            if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY]
+
+
+def press(node):
+    node.queryAction().doAction(0)
+
+
+CONTROLS = {"push button", "check box", "radio button", "combo box", "text", "spin button",
+            "page tab", "progress bar"}
+
+
+class Check:
+    def __init__(self, window, program):
+        self.window = window
+        self.program = program
+        self.problems = []
+        self.announced = []
+
+    def expect(self, truth, problem):
+        if not truth:
+            self.problems.append(problem)
+
+    def hear(self, event):
+        if event.source is not None and event.source.getRoleName() in ("alert", "notification"):
+            self.announced.append(event.source.name)
+
+    def names_and_roles(self):
+        """Every control that is seen, on every page, has a name or a label."""
+        tabs = [node for node in everything(self.window) if node.getRoleName() == "page tab"]
+        self.expect(len(tabs) == 4, f"pages: {[tab.name for tab in tabs]}")
+        for tab in tabs:
+            press(tab)
+            until(lambda tab=tab: is_chosen(tab), f"page {tab.name}")
+            for node in everything(self.window):
+                if node.getRoleName() in CONTROLS and shows(node):
+                    said = node.name or node.description or labels_of(node)
+                    self.expect(said, f"{tab.name}: a {node.getRoleName()} without a name")
+            self.expect(not any(node.getRoleName() == "unknown" and shows(node)
+                                for node in everything(self.window)),
+                        f"{tab.name}: a part without a role")
+        press(tabs[0])
+        until(lambda: is_chosen(tabs[0]), "the first page")
+
+    def roles(self):
+        for role, name in (("check box", "Half cut"), ("check box", "Auto cut"),
+                           ("push button", "Print"), ("push button", "Cancel"),
+                           ("push button", "Save"), ("label", "12 labels on 24 mm tape")):
+            until(lambda role=role, name=name: find(self.window, role, name),
+                  f"a {role} \"{name}\"")
+        labelled = [label for node in everything(self.window)
+                    if node.getRoleName() in ("combo box", "spin button")
+                    for label in labels_of(node)]
+        for label in ("Printer:", "Copies:", "Preset:"):
+            self.expect(label in labelled, f"no field is labelled \"{label}\": {labelled}")
+
+    def a_click(self):
+        """A checkbox's state, the preview's description and the sentence follow a click."""
+        box = find(self.window, "check box", "Half cut")
+        preview = next(node for node in everything(self.window)
+                       if node.name == "Preview of the cut")
+        before = preview.description
+        self.expect(before, "the preview has no description")
+        self.expect(not box.getState().contains(pyatspi.STATE_CHECKED), "half cut is on at first")
+        press(box)
+        until(lambda: box.getState().contains(pyatspi.STATE_CHECKED), "half cut is ticked")
+        until(lambda: preview.description != before, "the preview's description changes")
+        until(lambda: "half cut" in find(self.window, "label", "12 labels on").name,
+              "the sentence names half cut")
+        press(find(self.window, "push button", "Undo"))
+        until(lambda: not box.getState().contains(pyatspi.STATE_CHECKED), "undo unticks it")
+
+    def a_message(self):
+        sentence = "Something happened to the printer."
+        self.program.stdin.write(f"tell {sentence}\n".encode())
+        self.program.stdin.flush()
+        alert = until(lambda: find(self.window, "alert", sentence), "the message is an alert")
+        self.expect(shows(alert), "the alert does not show")
+        until(lambda: any(name.startswith(sentence) for name in self.announced),
+              "the message is announced")
+
+
+def main():
+    if "LABELCUT_SESSION" not in os.environ:
+        return enter_private_session()
+    program = subprocess.Popen(sys.argv[1:4], stdin=subprocess.PIPE)
+    try:
+        desktop = pyatspi.Registry.getDesktop(0)
+
+        def window():
+            for application in desktop:
+                if application is None or application.get_process_id() != program.pid:
+                    continue
+                for top in application:
+                    if top is not None and top.name == "Print Labels":
+                        return top
+            return None
+
+        check = Check(until(window, "the dialog appears on the bus"), program)
+        for kind in ("object:state-changed:showing", "object:announcement"):
+            pyatspi.Registry.registerEventListener(check.hear, kind)
+        check.roles()
+        check.names_and_roles()
+        check.a_click()
+        check.a_message()
+        for problem in check.problems:
+            print(problem, file=sys.stderr)
+        return 1 if check.problems else 0
+    finally:
+        program.kill()
+        program.wait()
+
+
+if __name__ == "__main__":
+    if "LABELCUT_SESSION" in os.environ:
+        import pyatspi
+        from gi.repository import GLib
+    sys.exit(main())

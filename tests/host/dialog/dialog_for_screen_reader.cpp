@@ -1,0 +1,35 @@
+// The dialog as another program sees it: opened with what makes every part of it speak.
+//
+//   dialog_for_screen_reader PPD DOCUMENT
+//
+// Each line on standard input is obeyed: "tell TEXT" makes the dialog say something, "quit" ends
+// it.
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <iostream>
+#include <string>
+
+#include "host/dialog/print_dialog.h"
+
+int main(int argc, char** argv) {
+    using namespace labelcut;
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    const PluginSearch plugins = loadPlugins(QStringLiteral(LABELCUT_PLUGIN_DIR));
+    const HostSystem system;
+    DialogRequest request;
+    request.ppdPath = arguments.value(1);
+    request.files = {arguments.value(2)};
+    PrintDialog dialog(request, plugins, system);
+    dialog.show();
+    const QSocketNotifier input(0, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &dialog, [&dialog] {
+        std::string line;
+        if (!std::getline(std::cin, line) || line == "quit")
+            dialog.close();
+        else if (line.starts_with("tell "))
+            Q_EMIT dialog.model().told(QString::fromStdString(line.substr(5)));
+    });
+    return QApplication::exec() == 0 ? 0 : 1;
+}
