@@ -90,7 +90,8 @@ void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QS
     // shows choices does.
     mHost->onChange([this](const OptionChoice&) {
         if (!mWriting)
-            QMetaObject::invokeMethod(this, &JobModel::panelWasUsed, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this] { panelWasUsed(); }, Qt::QueuedConnection);
     });
     Q_EMIT printerOpened();
     for (const QString& sentence : lacking)
@@ -123,9 +124,15 @@ QWidget* JobModel::showPanel(const PanelSet::Entry& entry) {
     return view;
 }
 
-void JobModel::panelWasUsed() {
+void JobModel::panelWasUsed(PDEPanel* used) {
     if (!mPanels || mWriting)
         return;
+    {
+        const QScopedValueRollback guard(mWriting, true);
+        if (used)
+            used->saveValuesAndReturnError(nullptr);
+        restorePanelsFor(keysChangedSinceSettled(), used);
+    }
     save();
     settleStep();
     Q_EMIT changed();
@@ -200,8 +207,20 @@ QStringList JobModel::lostFrom(const Marks& wanted) const {
     return sentences;
 }
 
-void JobModel::restorePanelsFor(const QStringList& keys) {
+QStringList JobModel::keysChangedSinceSettled() const {
+    QStringList keys;
+    const Marks now = marks();
+    for (auto mark = now.cbegin(); mark != now.cend(); ++mark) {
+        if (mSettled.value(mark.key()) != mark.value())
+            keys.append(mark.key());
+    }
+    return keys;
+}
+
+void JobModel::restorePanelsFor(const QStringList& keys, const PDEPanel* except) {
     for (const PanelSet::Entry& entry : panels()) {
+        if (entry.panel == except)
+            continue;
         const bool concerned =
             std::ranges::any_of(keys, [&](const QString& key) { return entry.keys.contains(key); });
         if (concerned)
@@ -221,10 +240,8 @@ void JobModel::settleStep(std::vector<ppd::Setting> asked) {
         mUndo.erase(mUndo.begin());
     mUndo.push_back(mSettled);
     if (asked.empty()) {
-        for (auto mark = now.cbegin(); mark != now.cend(); ++mark) {
-            if (mSettled.value(mark.key()) != mark.value())
-                asked.push_back({mark.key(), mark.value()});
-        }
+        for (const QString& key : keysChangedSinceSettled())
+            asked.push_back({key, now.value(key)});
     }
     mLatest = std::move(asked);
     mSettled = now;

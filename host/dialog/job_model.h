@@ -62,9 +62,10 @@ public:
     const std::vector<RefusedPlugin>& refused() const { return mRefused; }
     /// Loads a panel's view and shows it for the first time. The marks are afterwards what they
     /// were before, but for what the panel cannot show; that is told. @return null: no view.
-    QWidget* showPanel(const PanelSet::Entry& panel);
-    /// The user has acted in a panel: its state is written.
-    void panelWasUsed();
+    QWidget* showPanel(const PanelSet::Entry& entry);
+    /// The user has acted in a panel: its state is written, and other panels that show what it
+    /// changed reread it. @param used  null: it is not known which.
+    void panelWasUsed(PDEPanel* used = nullptr);
     /// Keywords that panels claim, which the PPD offers.
     QStringList panelKeywords() const;
     /// @}
@@ -147,8 +148,9 @@ Q_SIGNALS:
 
 private:
     void applyMarks(const Marks& wanted, QStringList& lacking);
-    Marks differingFromDefaults(Marks marks) const;
-    void restorePanelsFor(const QStringList& keys);
+    Marks differingFromDefaults(Marks different) const;
+    void restorePanelsFor(const QStringList& keys, const PDEPanel* except = nullptr);
+    QStringList keysChangedSinceSettled() const;
     QStringList lostFrom(const Marks& wanted) const;
     void followPaper();
     /// The marks as they stand now are what undo goes back to after the next change.

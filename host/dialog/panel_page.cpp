@@ -32,7 +32,7 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
     if (view) {
         setWidget(view);
         view->setAutoFillBackground(false);
-        followUser(*view);
+        followUser(*view, panel.panel);
         return;
     }
     setWidget(plainLabel(hostText("PanelWithoutView").arg(panel.panel->panelName())));
@@ -56,8 +56,8 @@ QSize PanelPage::minimumSizeHint() const {
 
 /// Whatever a user can do to a control ends in one of these signals, and the panel, which was
 /// connected before, has carried it out by then.
-void PanelPage::followUser(QWidget& view) {
-    const auto used = [this] { mModel.panelWasUsed(); };
+void PanelPage::followUser(QWidget& view, PDEPanel* panel) {
+    const auto used = [this, panel] { mModel.panelWasUsed(panel); };
     for (auto* button : view.findChildren<QAbstractButton*>())
         connect(button, &QAbstractButton::clicked, this, used);
     for (auto* box : view.findChildren<QComboBox*>())

@@ -19,7 +19,7 @@ public:
     QSize minimumSizeHint() const override;
 
 private:
-    void followUser(QWidget& view);
+    void followUser(QWidget& view, PDEPanel* panel);
 
     JobModel& mModel;
 };

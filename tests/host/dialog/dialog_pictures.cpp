@@ -174,6 +174,8 @@ void takePausedQueue(Camera& camera) {
         return dialog->model().pageCount() > 0 && !dialog->printerMessages().texts().isEmpty();
     });
     camera.take(*dialog, QStringLiteral("paused"));
+    openTab(*dialog, 3);
+    camera.take(*dialog, QStringLiteral("paused-summary"));
 }
 
 int takeAll(const QString& folder, const QString& name) {

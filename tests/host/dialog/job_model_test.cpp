@@ -127,9 +127,9 @@ TEST_F(JobModelTest, MirrorIsKeptByThePanelsOwnActs) {
     open(kTapePpd);
     QWidget& view = showPanel();
     part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
-    mModel.panelWasUsed();
+    mModel.panelWasUsed(mModel.panels().front().panel);
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed();
+    mModel.panelWasUsed(mModel.panels().front().panel);
     EXPECT_EQ(choice(kMirror), "ON");
     EXPECT_EQ(choice(kHalfCut), "ON");
     EXPECT_THAT(mTold, IsEmpty());
@@ -140,7 +140,7 @@ TEST_F(JobModelTest, APanelsActCanBeUndone) {
     QWidget& view = showPanel();
     const Marks before = mModel.marks();
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed();
+    mModel.panelWasUsed(mModel.panels().front().panel);
     ASSERT_TRUE(mModel.canUndo());
     mModel.undo();
     EXPECT_EQ(mModel.marks(), before);
@@ -152,7 +152,7 @@ TEST_F(JobModelTest, SpecialTapeIsWrittenWithWhatItExcludes) {
     open(kTapePpd);
     QWidget& view = showPanel();
     part<QCheckBox>(view, "mSpecialTapeChkBx")->click();
-    mModel.panelWasUsed();
+    mModel.panelWasUsed(mModel.panels().front().panel);
     EXPECT_EQ(choice(kSpecialTape), "ON");
     EXPECT_EQ(choice(kAutoCut), "OFF");
     EXPECT_TRUE(part<QCheckBox>(view, "mAutoCutChkBx")->isChecked()) << "the tick is kept";
@@ -252,7 +252,7 @@ TEST_F(JobModelTest, AnActInAPanelIsTheLatestChoiceToo) {
     QWidget& view = showPanel();
     mModel.choose(kQuality, QStringLiteral("Draft"));
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed();
+    mModel.panelWasUsed(mModel.panels().front().panel);
     ASSERT_FALSE(mModel.conflicts().empty());
     mModel.applyFix();
     EXPECT_TRUE(mModel.conflicts().empty());
