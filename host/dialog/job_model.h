@@ -163,6 +163,7 @@ private:
     QString settingText(const ppd::Setting& setting) const;
     QString titleOf(const QString& key) const;
     QString titleOf(const QString& key, const QString& choice) const;
+    QString paperText() const;
     QString entryForSentence(const SummaryEntry& entry) const;
 
     const PluginSearch& mPlugins;

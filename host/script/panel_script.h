@@ -22,7 +22,7 @@ public:
     PanelScript& operator=(const PanelScript&) = delete;
 
     /// Carries out one line. @return the answer, with "ok" in it.
-    QJsonObject carryOut(const QByteArray& line);
+    QJsonObject carryOut(const QByteArray& bytes);
     /// Whether "quit" was carried out.
     bool hasQuit() const { return mQuit; }
 

@@ -26,8 +26,8 @@ void setRootSize(QWidget& root, const QSizeF& size);
 /// Pixels per point of the tree that the widget belongs to; 1 when none was set.
 double scale(const QWidget& widget);
 
-/// Adopts the geometry of a freshly loaded tree as points and draws it at `scale`.
-void adopt(QWidget& root, double scale);
+/// Adopts the geometry of a freshly loaded tree as points and draws it at that scale.
+void adopt(QWidget& root, double factor);
 
 /// The scale at which rows drawn for the design font hold the given widget's font; at least 1.
 double scaleForFont(const QWidget& widget);

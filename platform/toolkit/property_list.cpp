@@ -7,6 +7,7 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -22,7 +23,8 @@ constexpr QStringView kVersion = u"1.0";
 
 std::optional<QString> decoded(const QByteArray& bytes) {
     const auto marked = QStringConverter::encodingForData(bytes);
-    const bool wide = marked == QStringConverter::Utf16LE || marked == QStringConverter::Utf16BE;
+    constexpr std::array kWide = {QStringConverter::Utf16LE, QStringConverter::Utf16BE};
+    const bool wide = marked && std::ranges::find(kWide, *marked) != kWide.end();
     if (marked && !wide && *marked != QStringConverter::Utf8)
         return std::nullopt;
     QStringDecoder decoder(wide ? *marked : QStringConverter::Utf8);

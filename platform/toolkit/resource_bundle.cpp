@@ -12,9 +12,9 @@ namespace {
 constexpr char kDefaultTable[] = "Localizable";
 }
 
-ResourceBundle::ResourceBundle(QString root, QLocale locale)
+ResourceBundle::ResourceBundle(QString root, const QLocale& locale)
     : mRoot(std::move(root))
-    , mLocale(std::move(locale)) {}
+    , mLocale(locale) {}
 
 ResourceBundle::~ResourceBundle() = default;
 

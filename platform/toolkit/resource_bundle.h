@@ -20,7 +20,7 @@ class ResourceBundle : public PDEBundle {
 public:
     /// @param root    a folder, or a resource path beginning ":/".
     /// @param locale  whose user-interface languages choose the string tables.
-    explicit ResourceBundle(QString root, QLocale locale = QLocale::system());
+    explicit ResourceBundle(QString root, const QLocale& locale = QLocale::system());
     ~ResourceBundle() override;
 
     QString localizedStringForKey(const QString& key, const QString& value,
