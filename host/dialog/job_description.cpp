@@ -2,6 +2,7 @@
 #include <QRegularExpression>
 
 #include "host/dialog/job_model.h"
+#include "host/dialog/length.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -64,13 +65,24 @@ QString JobModel::entryForSentence(const SummaryEntry& entry) const {
     return entry.title + u' ' + entry.value;
 }
 
+/// The paper's title; of a size that the user gave, its measures.
+QString JobModel::paperText() const {
+    const QString key = QLatin1String(kPageSize);
+    const QString name = choice(key).value_or(QString());
+    const ppd_size_t* size = ppd::markedPageSize(ppd());
+    if (!name.startsWith(QLatin1String("Custom.")) || !size)
+        return titleOf(key, name);
+    return hostText("WidthByHeight")
+        .arg(lengthForUser(static_cast<double>(size->width)),
+             lengthForUser(static_cast<double>(size->length)));
+}
+
 QString JobModel::sentence() const {
     if (!hasPrinter())
         return {};
     const int labels = labelCount();
     QStringList parts;
-    const QString paper =
-        titleOf(QLatin1String(kPageSize), choice(QLatin1String(kPageSize)).value_or(QString()));
+    const QString paper = paperText();
     const QString amount =
         labels > 0 ? hostText("OneLabel", "ManyLabels", labels) : hostText("SomeLabels");
     parts.append(paper.isEmpty() ? amount : hostText("LabelsOnPaper").arg(amount, paper));

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QRegularExpression>
 #include <QStyle>
 #include <QToolButton>
 
@@ -14,6 +13,7 @@
 #include <cmath>
 #include <span>
 
+#include "host/dialog/length.h"
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
@@ -27,33 +27,16 @@ constexpr char kCustom[] = "Custom";
 constexpr char kPageSize[] = "PageSize";
 /// How wide a field for a custom value is.
 constexpr int kFieldLetters = 20;
-constexpr double kPointsPerInch = 72.0;
-constexpr double kMillimetresPerInch = 25.4;
-
-bool usesMillimetres() {
-    return QLocale().measurementSystem() == QLocale::MetricSystem;
-}
-
-QString unit() {
-    return usesMillimetres() ? QStringLiteral("mm") : QStringLiteral("in");
-}
-
-double unitsPerPoint() {
-    return (usesMillimetres() ? kMillimetresPerInch : 1.0) / kPointsPerInch;
-}
+/// The user sees lengths as if they were of whole points.
+constexpr double kHalfPoint = 0.5;
 
 /// What is read back of a bound that was rounded for the user is that bound.
 double withRoundedBound(const Parameter& parameter, double points) {
-    constexpr double halfStep = 0.5;
     for (const double bound : {parameter.minimum, parameter.maximum}) {
-        if (std::abs(points - bound) <= halfStep)
+        if (std::abs(points - bound) <= kHalfPoint)
             return bound;
     }
     return points;
-}
-
-int decimalsOfLengths() {
-    return usesMillimetres() ? 1 : 2;
 }
 
 /// What the user sees of a parameter's raw value, and back.
@@ -109,38 +92,6 @@ std::vector<Parameter> askedFor(ppd_file_t* ppd, const QString& keyword) {
 }
 
 } // namespace
-
-QString lengthForUser(double points) {
-    const double value = points * unitsPerPoint();
-    // PPDs know whole points: one that stands for a whole millimetre is shown as that.
-    const double whole = std::round(value);
-    const double factor = std::pow(10.0, decimalsOfLengths());
-    const bool standsForWhole = usesMillimetres() && std::round(whole / unitsPerPoint()) == points;
-    const double rounded = standsForWhole ? whole : std::round(value * factor) / factor;
-    return QLocale().toString(rounded) + u' ' + unit();
-}
-
-std::optional<double> pointsFromUser(const QString& text) {
-    static const QRegularExpression length(
-        QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"),
-        QRegularExpression::UseUnicodePropertiesOption);
-    const QRegularExpressionMatch match = length.match(text);
-    if (!match.hasMatch())
-        return std::nullopt;
-    bool ok = false;
-    double value = QLocale().toDouble(match.captured(1), &ok);
-    if (!ok)
-        value = QLocale::c().toDouble(match.captured(1), &ok);
-    if (!ok)
-        return std::nullopt;
-    const QString given = match.captured(2).isEmpty() ? unit() : match.captured(2);
-    if (given == QLatin1String("pt"))
-        return value;
-    if (given == QLatin1String("in"))
-        return value * kPointsPerInch;
-    const double millimetres = given == QLatin1String("cm") ? value * 10 : value;
-    return millimetres / kMillimetresPerInch * kPointsPerInch;
-}
 
 OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* parent)
     : QWidget(parent)

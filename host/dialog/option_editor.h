@@ -54,9 +54,4 @@ private:
     std::optional<QString> mRefusedOver;
 };
 
-/// A length in points as the user writes it: millimetres or inches, by the locale.
-QString lengthForUser(double points);
-/// The same, read back; nothing when it is no length. @param text  a number, its unit optional.
-std::optional<double> pointsFromUser(const QString& text);
-
 } // namespace labelcut

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QSignalSpy>
+#include <QLocale>
 
 #include "host/dialog/job_model.h"
 #include "tests/host/dialog/dialog_fixtures.h"
@@ -226,6 +226,10 @@ TEST_F(JobModelTest, ACustomPaperIsAChoiceLikeAnyOther) {
     EXPECT_TRUE(mModel.choose(kPageSize, QStringLiteral("Custom.60x300")));
     EXPECT_EQ(choice(kPageSize), "Custom.60x300");
     EXPECT_TRUE(mModel.labelcutCommand().contains(QStringLiteral("--page-size Custom.60x300")));
+    const QLocale before;
+    QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
+    EXPECT_THAT(mModel.sentence().toStdString(), HasSubstr("Labels on 21 mm × 106 mm, "));
+    QLocale::setDefault(before);
     mModel.undo();
     EXPECT_EQ(choice(kPageSize), "T24");
 }

@@ -1,0 +1,68 @@
+// The dialog: lengths as users write them.
+#include "host/dialog/length.h"
+
+#include <QLocale>
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace labelcut {
+
+namespace {
+
+constexpr double kPointsPerInch = 72.0;
+constexpr double kMillimetresPerInch = 25.4;
+
+bool usesMillimetres() {
+    return QLocale().measurementSystem() == QLocale::MetricSystem;
+}
+
+QString unit() {
+    return usesMillimetres() ? QStringLiteral("mm") : QStringLiteral("in");
+}
+
+double unitsPerPoint() {
+    return (usesMillimetres() ? kMillimetresPerInch : 1.0) / kPointsPerInch;
+}
+
+int decimalsOfLengths() {
+    return usesMillimetres() ? 1 : 2;
+}
+
+} // namespace
+
+QString lengthForUser(double points) {
+    const double value = points * unitsPerPoint();
+    // PPDs know whole points: one that stands for a whole millimetre is shown as that.
+    const double whole = std::round(value);
+    const double factor = std::pow(10.0, decimalsOfLengths());
+    const bool standsForWhole = usesMillimetres() && std::round(whole / unitsPerPoint()) == points;
+    const double rounded = standsForWhole ? whole : std::round(value * factor) / factor;
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(rounded) + u' ' + unit();
+}
+
+std::optional<double> pointsFromUser(const QString& text) {
+    static const QRegularExpression length(
+        QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"),
+        QRegularExpression::UseUnicodePropertiesOption);
+    const QRegularExpressionMatch match = length.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    bool ok = false;
+    double value = QLocale().toDouble(match.captured(1), &ok);
+    if (!ok)
+        value = QLocale::c().toDouble(match.captured(1), &ok);
+    if (!ok)
+        return std::nullopt;
+    const QString given = match.captured(2).isEmpty() ? unit() : match.captured(2);
+    if (given == QLatin1String("pt"))
+        return value;
+    if (given == QLatin1String("in"))
+        return value * kPointsPerInch;
+    const double millimetres = given == QLatin1String("cm") ? value * 10 : value;
+    return millimetres / kMillimetresPerInch * kPointsPerInch;
+}
+
+} // namespace labelcut

@@ -1,0 +1,15 @@
+// The dialog: lengths as users write them.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace labelcut {
+
+/// A length in points as the user writes it: millimetres or inches, by the locale.
+QString lengthForUser(double points);
+/// The same, read back; nothing when it is no length. @param text  a number, its unit optional.
+std::optional<double> pointsFromUser(const QString& text);
+
+} // namespace labelcut
