@@ -13,8 +13,9 @@ namespace {
 constexpr double kPointsPerInch = 72.0;
 constexpr double kMillimetresPerInch = 25.4;
 
+/// Paper is measured in inches in the United States and few other places; not in Britain.
 bool usesMillimetres() {
-    return QLocale().measurementSystem() == QLocale::MetricSystem;
+    return QLocale().measurementSystem() != QLocale::ImperialUSSystem;
 }
 
 QString unit() {
