@@ -13,6 +13,11 @@
 
 namespace labelcut {
 
+namespace {
+/// Pictures beyond, 4 MB of pixels, are drawn anew each time.
+constexpr qint64 kMostKeptPixels = 1 << 20;
+} // namespace
+
 /// One file's bytes, and what they parse to once somebody looks.
 struct Picture::Variant {
     QByteArray bytes;
@@ -42,7 +47,45 @@ struct Picture::Variant {
     }
 
     bool isEmpty() const { return !svg && image.isNull(); }
+
+    void draw(QPainter& painter, const QRectF& target) {
+        parse();
+        if (svg)
+            drawSvg(painter, target);
+        else if (!image.isNull())
+            painter.drawImage(target, image);
+    }
+
+private:
+    void drawSvg(QPainter& painter, const QRectF& target);
+
+    /// The SVG as it was last drawn, pixel for pixel of the device, and where in it.
+    QImage mDrawn;
+    QRectF mDrawnAt;
 };
+
+/// A view is redrawn far more often than its scale changes, so that the pixels are kept.
+void Picture::Variant::drawSvg(QPainter& painter, const QRectF& target) {
+    const QTransform& toDevice = painter.deviceTransform();
+    const QRectF exact = toDevice.mapRect(target);
+    const QRect pixels = exact.toAlignedRect();
+    const bool isUpright =
+        toDevice.type() <= QTransform::TxScale && toDevice.m11() > 0 && toDevice.m22() > 0;
+    if (!isUpright || qint64{pixels.width()} * pixels.height() > kMostKeptPixels) {
+        svg->render(&painter, target);
+        return;
+    }
+    const QRectF at = exact.translated(-pixels.topLeft());
+    if (mDrawn.size() != pixels.size() || mDrawnAt != at) {
+        mDrawn = QImage(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+        mDrawn.fill(Qt::transparent);
+        mDrawnAt = at;
+        QPainter onImage(&mDrawn);
+        onImage.setRenderHint(QPainter::Antialiasing);
+        svg->render(&onImage, at);
+    }
+    painter.drawImage(toDevice.inverted().mapRect(QRectF(pixels)), mDrawn);
+}
 
 Picture::Picture(std::unique_ptr<Variant> light, std::unique_ptr<Variant> dark)
     : mLight(std::move(light))
@@ -68,11 +111,7 @@ void Picture::draw(QPainter& painter, const QRectF& target, bool onDark) const {
     if (onDark && mDark)
         mDark->parse();
     Variant& variant = onDark && mDark && !mDark->isEmpty() ? *mDark : *mLight;
-    variant.parse();
-    if (variant.svg)
-        variant.svg->render(&painter, target);
-    else if (!variant.image.isNull())
-        painter.drawImage(target, variant.image);
+    variant.draw(painter, target);
 }
 
 bool isDark(const QPalette& palette) {

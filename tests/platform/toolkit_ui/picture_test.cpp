@@ -7,7 +7,11 @@
 #include <QFile>
 #include <QPainter>
 #include <QPalette>
+#include <QSvgRenderer>
 #include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdlib>
 
 #include "platform/toolkit/picture.h"
 
@@ -107,6 +111,58 @@ TEST_F(Pictures, FillTheTargetOnly) {
     EXPECT_EQ(image.pixelColor(15, 10), QColor(Qt::red));
     EXPECT_EQ(image.pixelColor(5, 10), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(15, 17), QColor(Qt::white));
+}
+
+TEST_F(Pictures, LookTheSameEachTimeTheyAreDrawnAndLikeTheirFile) {
+    const QByteArray drawing =
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"20\">"
+        "<circle cx=\"12\" cy=\"9\" r=\"7\" fill=\"#207040\" stroke=\"#ff0000\"/>"
+        "<path d=\"M4 4 L26 16\" stroke=\"#000080\" stroke-width=\"2\"/></svg>";
+    const auto picture = Picture::fromFile(write(QStringLiteral("a.svg"), drawing));
+    QSvgRenderer file(drawing);
+    struct Way {
+        double scale;
+        double turn;
+        QPointF at;
+        QSizeF size;
+    };
+    const Way ways[] = {{1, 0, {3, 4}, {30, 20}},      {1, 0, {3, 4}, {60, 40}},
+                        {2, 0, {3, 4}, {30, 20}},      {1.5, 0, {3, 4}, {30, 20}},
+                        {1, 0, {3.3, 4.6}, {30, 20}},  {1, 0, {3, 4}, {31.4, 20.9}},
+                        {1, 30, {30, 4}, {30, 20}},    {1, 0, {-10, -5}, {30, 20}},
+                        {30, 0, {-10, -5}, {100, 80}}, {1, 0, {3, 4}, {30, 20}}};
+    for (const Way& way : ways) {
+        const auto drawn = [&](auto draw) {
+            QImage image(160, 120, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.scale(way.scale, way.scale);
+            painter.rotate(way.turn);
+            draw(painter, QRectF(way.at, way.size));
+            return image;
+        };
+        const auto byPicture = [&](QPainter& painter, const QRectF& target) {
+            picture->draw(painter, target, false);
+        };
+        const QImage first = drawn(byPicture);
+        EXPECT_EQ(drawn(byPicture), first);
+        const QImage expected =
+            drawn([&](QPainter& painter, const QRectF& target) { file.render(&painter, target); });
+        int furthest = 0;
+        for (int y = 0; y < expected.height(); ++y) {
+            for (int x = 0; x < expected.width(); ++x) {
+                const QColor a = first.pixelColor(x, y);
+                const QColor b = expected.pixelColor(x, y);
+                furthest =
+                    std::max({furthest, std::abs(a.red() - b.red()),
+                              std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
+            }
+        }
+        // Blended onto nothing first, edges may differ by rounding.
+        EXPECT_LE(furthest, 4) << way.scale << ", " << way.turn << ", " << way.at.x() << ", "
+                               << way.size.width();
+    }
 }
 
 TEST_F(Pictures, AreLoadedWholeWhenAskedFor) {
