@@ -21,6 +21,10 @@ QString shellWord(const QString& word) {
     return u'\'' + quoted + u'\'';
 }
 
+QString measureOf(const ppd_size_t& size) {
+    return measureForUser(static_cast<double>(size.width), static_cast<double>(size.length));
+}
+
 /// A title as it stands within a sentence: German keeps its capitals, abbreviations do everywhere.
 QString withinSentence(QString title) {
     static const bool keeps = hostText("SentenceKeepsCapitals") == QLatin1String("yes");
@@ -52,6 +56,46 @@ std::vector<JobModel::SummaryEntry> JobModel::summary() const {
     return entries;
 }
 
+JobModel::SummaryGroup JobModel::jobSummary() const {
+    const ppd_size_t* size = ppd::markedPageSize(ppd());
+    const QString measure = size ? measureOf(*size) : QString();
+    const QString paper = paperText();
+    SummaryGroup job{hostText("SummaryJob"), {{hostText("SummaryPrinter"), mPrinter.title}}};
+    if (size)
+        job.lines.emplace_back(
+            hostText("SummaryPaper"),
+            paper == measure ? paper : hostText("SummaryPaperMeasure").arg(paper, measure));
+    job.lines.emplace_back(hostText("SummaryLabels"),
+                           mPages.isEverything() ? hostText("SummaryAllLabels") : toString(mPages));
+    job.lines.emplace_back(hostText("SummaryCopies"), QString::number(mCopies));
+    return job;
+}
+
+JobModel::SummaryGroup JobModel::featuresSummary() const {
+    SummaryGroup features{hostText("TabFeatures"), {}};
+    const QStringList elsewhere = panelKeywords() + QStringList{QLatin1String(kPageSize)};
+    const Marks changed = changedMarks();
+    for (auto mark = changed.cbegin(); mark != changed.cend(); ++mark) {
+        if (!elsewhere.contains(mark.key()))
+            features.lines.emplace_back(titleOf(mark.key()), titleOf(mark.key(), mark.value()));
+    }
+    return features;
+}
+
+std::vector<JobModel::SummaryGroup> JobModel::wholeSummary() const {
+    if (!hasPrinter())
+        return {};
+    std::vector<SummaryGroup> groups{jobSummary()};
+    for (const SummaryEntry& entry : summary()) {
+        if (groups.size() == 1 || groups.back().heading != entry.panel)
+            groups.push_back({entry.panel, {}});
+        groups.back().lines.emplace_back(entry.title, entry.value);
+    }
+    groups.push_back(featuresSummary());
+    std::erase_if(groups, [](const SummaryGroup& group) { return group.lines.empty(); });
+    return groups;
+}
+
 /// What a summary's entry adds to the sentence: its title for yes, nothing for no, both otherwise.
 QString JobModel::entryForSentence(const SummaryEntry& entry) const {
     for (const PanelSet::Entry& panel : panels()) {
@@ -72,9 +116,7 @@ QString JobModel::paperText() const {
     const ppd_size_t* size = ppd::markedPageSize(ppd());
     if (!name.startsWith(QLatin1String("Custom.")) || !size)
         return titleOf(key, name);
-    return hostText("WidthByHeight")
-        .arg(lengthForUser(static_cast<double>(size->width)),
-             lengthForUser(static_cast<double>(size->length)));
+    return measureOf(*size);
 }
 
 QString JobModel::sentence() const {

@@ -134,7 +134,7 @@ void JobModel::panelWasUsed(PDEPanel* used) {
         restorePanelsFor(keysChangedSinceSettled(), used);
     }
     save();
-    settleStep();
+    settleChoices();
     Q_EMIT changed();
 }
 
@@ -211,7 +211,7 @@ QStringList JobModel::keysChangedSinceSettled() const {
     QStringList keys;
     const Marks now = marks();
     for (auto mark = now.cbegin(); mark != now.cend(); ++mark) {
-        if (mSettled.value(mark.key()) != mark.value())
+        if (mSettled.marks.value(mark.key()) != mark.value())
             keys.append(mark.key());
     }
     return keys;
@@ -229,22 +229,38 @@ void JobModel::restorePanelsFor(const QStringList& keys, const PDEPanel* except)
 }
 
 void JobModel::settle() {
-    mSettled = marks();
+    mSettled = chosen();
+    mLatestStep = Step::Choices;
 }
 
-void JobModel::settleStep(std::vector<ppd::Setting> asked) {
-    const Marks now = marks();
+void JobModel::settleStep(Step step) {
+    const Chosen now = chosen();
     if (now == mSettled)
         return;
-    if (mUndo.size() == kUndoSteps)
-        mUndo.erase(mUndo.begin());
-    mUndo.push_back(mSettled);
-    if (asked.empty()) {
-        for (const QString& key : keysChangedSinceSettled())
-            asked.push_back({key, now.value(key)});
+    const bool goesOn = step != Step::Choices && step == mLatestStep && !mUndo.empty();
+    if (!goesOn) {
+        if (mUndo.size() == kUndoSteps)
+            mUndo.erase(mUndo.begin());
+        mUndo.push_back(mSettled);
     }
-    mLatest = std::move(asked);
-    mSettled = now;
+    settle();
+    mLatestStep = step;
+    // Counted up and down again: nothing is left to undo.
+    if (mUndo.back() == now) {
+        mUndo.pop_back();
+        mLatestStep = Step::Choices;
+    }
+}
+
+void JobModel::settleChoices(std::vector<ppd::Setting> asked) {
+    const QStringList changed = keysChangedSinceSettled();
+    if (!changed.isEmpty() && asked.empty()) {
+        for (const QString& key : changed)
+            asked.push_back({key, choice(key).value_or(QString())});
+    }
+    if (marks() != mSettled.marks)
+        mLatest = std::move(asked);
+    settleStep();
 }
 
 bool JobModel::choose(const QString& key, const QString& choice) {
@@ -260,17 +276,18 @@ bool JobModel::choose(const QString& key, const QString& choice) {
         restorePanelsFor({key});
     }
     save();
-    settleStep({{key, choice}});
+    settleChoices({{key, choice}});
     Q_EMIT changed();
     return true;
 }
 
-QStringList JobModel::chooseAll(const Marks& wanted) {
+QStringList JobModel::chooseAll(const Marks& wanted, std::optional<int> copies) {
     if (!mHost)
         return {};
+    mCopies = copies.value_or(mCopies);
     QStringList sentences;
     mark(wanted, sentences);
-    settleStep();
+    settleChoices();
     Q_EMIT changed();
     return sentences;
 }
@@ -295,10 +312,12 @@ void JobModel::mark(const Marks& wanted, QStringList& sentences) {
 void JobModel::undo() {
     if (mUndo.empty())
         return;
-    const Marks before = mUndo.back();
+    const Chosen before = std::move(mUndo.back());
     mUndo.pop_back();
     mLatest.clear();
-    const QStringList sentences = bringBack(before);
+    mCopies = before.copies;
+    mPages = before.pages;
+    const QStringList sentences = bringBack(before.marks);
     settle();
     for (const QString& sentence : sentences)
         Q_EMIT told(sentence);
@@ -321,7 +340,7 @@ void JobModel::resetToDefaults() {
     if (!mHost)
         return;
     const QStringList sentences = bringBack(mDefaults);
-    settleStep();
+    settleChoices();
     for (const QString& sentence : sentences)
         Q_EMIT told(sentence);
     Q_EMIT changed();
@@ -402,6 +421,8 @@ void JobModel::setCopies(int copies) {
     if (copies == mCopies)
         return;
     mCopies = copies;
+    if (mHost)
+        settleStep(Step::Copies);
     Q_EMIT changed();
 }
 
@@ -409,6 +430,8 @@ void JobModel::setPages(const PageRange& pages) {
     if (pages == mPages)
         return;
     mPages = pages;
+    if (mHost)
+        settleStep(Step::Pages);
     Q_EMIT changed();
 }
 

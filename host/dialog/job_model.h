@@ -81,8 +81,10 @@ public:
     /// The user's choice outside the panels. Can be undone. @return false: the PPD lacks it.
     bool choose(const QString& key, const QString& choice);
     /// Several at once, as one step: a preset, a fix.
+    /// @param copies  nothing: they stay.
     /// @return what the PPD lacks or a panel would not keep, as sentences.
-    QStringList chooseAll(const Marks& wanted);
+    QStringList chooseAll(const Marks& wanted, std::optional<int> copies = std::nullopt);
+    /// Steps are choices, copies and pages; copies that are counted up one by one are one step.
     bool canUndo() const { return !mUndo.empty(); }
     void undo();
     void resetToDefaults();
@@ -123,6 +125,14 @@ public:
         QString value;
     };
     std::vector<SummaryEntry> summary() const;
+    /// One heading of the summary, with title and value of each line below it.
+    struct SummaryGroup {
+        QString heading;
+        std::vector<std::pair<QString, QString>> lines;
+    };
+    /// Everything that is chosen: printer, paper, labels and copies; what each panel says; and
+    /// those of the printer's other options that are not as the printer has them by default.
+    std::vector<SummaryGroup> wholeSummary() const;
     /// What will happen, in one sentence.
     QString sentence() const;
     /// The choices that a job carries: page size, every keyword of the panels, and whatever else
@@ -147,23 +157,37 @@ Q_SIGNALS:
     void told(const QString& sentence);
 
 private:
+    /// What undo goes back to.
+    struct Chosen {
+        Marks marks;
+        int copies = 1;
+        PageRange pages;
+        bool operator==(const Chosen&) const = default;
+    };
+    /// What a step of the user's was about.
+    enum class Step { Choices, Copies, Pages };
+
+    Chosen chosen() const { return {marks(), mCopies, mPages}; }
     void applyMarks(const Marks& wanted, QStringList& lacking);
     Marks differingFromDefaults(Marks different) const;
     void restorePanelsFor(const QStringList& keys, const PDEPanel* except = nullptr);
     QStringList keysChangedSinceSettled() const;
     QStringList lostFrom(const Marks& wanted) const;
     void followPaper();
-    /// The marks as they stand now are what undo goes back to after the next change.
+    /// What is chosen now is what undo goes back to after the next change.
     void settle();
-    /// What differs from the settled marks becomes a step that can be undone.
-    /// @param asked  what the user asked for; empty: all that differs.
-    void settleStep(std::vector<ppd::Setting> asked = {});
+    /// What differs from what was settled becomes a step that can be undone.
+    void settleStep(Step step = Step::Choices);
+    /// The same for choices. @param asked  what the user asked for; empty: all that differs.
+    void settleChoices(std::vector<ppd::Setting> asked = {});
     void mark(const Marks& wanted, QStringList& sentences);
     QStringList bringBack(const Marks& wanted);
     QString settingText(const ppd::Setting& setting) const;
     QString titleOf(const QString& key) const;
     QString titleOf(const QString& key, const QString& choice) const;
     QString paperText() const;
+    SummaryGroup jobSummary() const;
+    SummaryGroup featuresSummary() const;
     QString entryForSentence(const SummaryEntry& entry) const;
 
     const PluginSearch& mPlugins;
@@ -174,8 +198,9 @@ private:
     std::unique_ptr<PanelSet> mPanels;
     std::vector<RefusedPlugin> mRefused;
     Marks mDefaults;
-    std::vector<Marks> mUndo;
-    Marks mSettled;
+    std::vector<Chosen> mUndo;
+    Chosen mSettled;
+    Step mLatestStep = Step::Choices;
     /// What the user did last, which a fix leaves alone.
     std::vector<ppd::Setting> mLatest;
     QStringList mFiles;

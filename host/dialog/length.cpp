@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -42,6 +44,10 @@ QString lengthForUser(double points) {
     QLocale locale;
     locale.setNumberOptions(QLocale::OmitGroupSeparator);
     return locale.toString(rounded) + u' ' + unit();
+}
+
+QString measureForUser(double width, double height) {
+    return hostText("WidthByHeight").arg(lengthForUser(width), lengthForUser(height));
 }
 
 std::optional<double> pointsFromUser(const QString& text) {

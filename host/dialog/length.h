@@ -9,7 +9,9 @@ namespace labelcut {
 
 /// A length in points as the user writes it: millimetres or inches, by the locale.
 QString lengthForUser(double points);
-/// The same, read back; nothing when it is no length. @param text  a number, its unit optional.
+/// Width and height in points as the user writes them.
+QString measureForUser(double width, double height);
+/// A length, read back; nothing when it is no length. @param text  a number, its unit optional.
 std::optional<double> pointsFromUser(const QString& text);
 
 } // namespace labelcut

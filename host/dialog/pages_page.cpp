@@ -30,6 +30,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     mRange->setPlaceholderText(hostText("RangeExample"));
     mRange->setAccessibleName(hostText("PageRange"));
     mRange->setObjectName(QStringLiteral("pageRange"));
+    mSome->setObjectName(QStringLiteral("someLabels"));
     mRange->setMaximumWidth(mRange->fontMetrics().horizontalAdvance(u'0') * 14);
     auto* either = new QButtonGroup(this);
     either->addButton(mAll);
@@ -52,7 +53,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
         form->addRow(label, mPaper);
         form->addRow(QString(), mPaperSize);
     }
-    showRange();
+    mAll->setChecked(true);
     connect(mAll, &QRadioButton::toggled, this, &PagesPage::rangeEdited);
     connect(mRange, &QLineEdit::textEdited, this, [this] {
         mSome->setChecked(true);
@@ -61,12 +62,16 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     refresh();
 }
 
-/// The model's range, as it was when the page was made: from here on only this page changes it.
+/// The model's range, unless that is what is typed or the user is about to type one.
 void PagesPage::showRange() {
-    const bool all = mModel.pages().isEverything();
-    (all ? mAll : mSome)->setChecked(true);
+    const PageRange& pages = mModel.pages();
+    if (pages == mShown)
+        return;
+    mShown = pages;
+    const bool all = pages.isEverything();
     if (!all)
-        mRange->setText(toString(mModel.pages()));
+        mRange->setText(toString(pages));
+    (all ? mAll : mSome)->setChecked(true);
 }
 
 QString PagesPage::problem() const {
@@ -79,25 +84,28 @@ void PagesPage::rangeEdited() {
     if (mAll->isChecked()) {
         mRangeValid = true;
         mRangeHint->clear();
+        mShown = {};
         mModel.setPages({});
         return;
     }
     const std::optional<PageRange> range = parsePageRange(mRange->text());
     mRangeValid = range.has_value();
     mRangeHint->setText(mRangeValid ? QString() : hostText("RangeHint"));
-    if (range)
-        mModel.setPages(*range);
+    if (!range)
+        return;
+    mShown = *range;
+    mModel.setPages(*range);
 }
 
 void PagesPage::refresh() {
+    showRange();
     if (!mPaper)
         return;
     mPaper->refresh();
     const ppd_size_t* size = ppd::markedPageSize(mModel.ppd());
-    mPaperSize->setText(size ? hostText("WidthByHeight")
-                                   .arg(lengthForUser(static_cast<double>(size->width)),
-                                        lengthForUser(static_cast<double>(size->length)))
-                             : QString());
+    mPaperSize->setText(
+        size ? measureForUser(static_cast<double>(size->width), static_cast<double>(size->length))
+             : QString());
 }
 
 } // namespace labelcut

@@ -33,6 +33,8 @@ private:
     QLabel* mRangeHint;
     OptionEditor* mPaper = nullptr;
     QLabel* mPaperSize;
+    /// The model's range as the controls show it.
+    PageRange mShown;
     bool mRangeValid = true;
 };
 

@@ -1,6 +1,7 @@
 // The dialog: the window, its printers, and what it shows of the model.
 #include "host/dialog/print_dialog.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -19,7 +20,6 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -46,6 +46,11 @@ namespace {
 constexpr char kGeometrySetting[] = "dialog/geometry";
 /// The window at first, in lines of text: room for a panel and, below it, for a message.
 constexpr QSize kLines(39, 29);
+/// How long after a look at the print service's queues the next one follows, and from how many
+/// queues on it waits longer. Milliseconds.
+constexpr int kLookInterval = 5'000;
+constexpr int kLongLookInterval = 60'000;
+constexpr std::size_t kManyQueues = 100;
 /// Item data of the pop-up's last entry, which asks for a PPD.
 constexpr int kAskForPpd = -1;
 
@@ -293,21 +298,15 @@ void PrintDialog::connectModel() {
     });
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mDirectory, &PrinterDirectory::printersChanged, this, &PrintDialog::queuesChanged);
-    connect(&mDirectory, &PrinterDirectory::failed, this, [this](const Error& error) {
-        // A printer that is known by its PPD needs no print service.
-        if (mModel.hasPrinter() && !mModel.printer().isQueue())
-            return;
-        mPrinterMessages->show(QStringLiteral("printers"), MessageBar::Kind::Warning,
-                               error.sentence,
-                               {{hostText("TryAgain"), [this] {
-                                     mPrinterMessages->remove(QStringLiteral("printers"));
-                                     mDirectory.refresh(mWantedQueue);
-                                 }}});
-    });
+    connect(&mDirectory, &PrinterDirectory::failed, this, &PrintDialog::sayServiceFailure);
+    mLookAgain.setSingleShot(true);
+    connect(&mLookAgain, &QTimer::timeout, this, &PrintDialog::lookAgain);
     connect(&mDirectory, &PrinterDirectory::finished, this, [this] {
         mPrinters->setPlaceholderText(hostText("ChoosePrinter"));
         if (mModel.hasPrinter() && !mFetching)
             showPrinterState();
+        mLookAgain.start(mDirectory.printers().size() > kManyQueues ? kLongLookInterval
+                                                                    : kLookInterval);
     });
     connect(&mDirectory, &PrinterDirectory::ppdFetched, this, &PrintDialog::queuePpdFetched);
     connect(&mDirectory, &PrinterDirectory::ppdFailed, this,
@@ -321,6 +320,28 @@ void PrintDialog::connectModel() {
         runEnded();
         accept();
     });
+}
+
+void PrintDialog::sayServiceFailure(const Error& error) {
+    // A printer that is known by its PPD needs no print service.
+    const bool needsNone = mModel.hasPrinter() && !mModel.printer().isQueue();
+    if (needsNone || error.sentence == std::exchange(mServiceFailureSaid, error.sentence))
+        return;
+    const QString name = QStringLiteral("printers");
+    mPrinterMessages->show(name, MessageBar::Kind::Warning, error.sentence,
+                           {{hostText("TryAgain"), [this, name] {
+                                 mPrinterMessages->remove(name);
+                                 mServiceFailureSaid.clear();
+                                 mDirectory.refresh(mWantedQueue);
+                             }}});
+}
+
+/// Printers come and go, and so do their states. A list that is open stays as it is.
+void PrintDialog::lookAgain() {
+    if (!isVisible() || mFetching || mRun.isBusy() || mPrinters->view()->isVisible())
+        mLookAgain.start(kLookInterval);
+    else
+        mDirectory.refresh(mModel.printer().queue);
 }
 
 void PrintDialog::startWith(const DialogRequest& request) {
@@ -342,6 +363,7 @@ void PrintDialog::startWith(const DialogRequest& request) {
 
 void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
     mPrinterMessages->remove(QStringLiteral("printers"));
+    mServiceFailureSaid.clear();
     mListed.clear();
     for (const Queue& queue : queues)
         mListed.push_back({{queue.name, QString(), titleOf(queue), queue.deviceUri},
@@ -362,14 +384,20 @@ void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
 }
 
 void PrintDialog::listPrinters() {
-    mPrinters->clear();
+    std::erase_if(mListed, [](const ListedPrinter& listed) { return !listed.choice.isQueue(); });
     for (const PrinterChoice& printer : mByHand)
         mListed.push_back({printer, QString(), false});
-    for (std::size_t i = 0; i < mListed.size(); ++i)
-        mPrinters->addItem(mListed[i].choice.title, static_cast<int>(i));
-    if (mPrinters->count() > 0)
-        mPrinters->insertSeparator(mPrinters->count());
-    mPrinters->addItem(hostText("ChoosePpd"), kAskForPpd);
+    QStringList titles;
+    for (const ListedPrinter& listed : mListed)
+        titles << listed.choice.title;
+    if (std::exchange(mTitles, titles) != titles || mPrinters->count() == 0) {
+        mPrinters->clear();
+        for (qsizetype i = 0; i < titles.size(); ++i)
+            mPrinters->addItem(titles[i], static_cast<int>(i));
+        if (mPrinters->count() > 0)
+            mPrinters->insertSeparator(mPrinters->count());
+        mPrinters->addItem(hostText("ChoosePpd"), kAskForPpd);
+    }
     const auto current = std::ranges::find_if(mListed, [this](const ListedPrinter& listed) {
         if (mFetching)
             return listed.choice.queue == mWantedQueue;
@@ -485,7 +513,6 @@ void PrintDialog::adoptPrinter(const PrinterChoice& printer, ppd::File ppd, cons
         mMessages->remove(QLatin1String(about));
     clearTabs();
     mModel.openPrinter(printer, std::move(ppd), file, wanted);
-    std::erase_if(mListed, [](const ListedPrinter& listed) { return !listed.choice.isQueue(); });
     listPrinters();
     showPrinterState();
     refreshPresets();
@@ -507,6 +534,8 @@ void PrintDialog::showPrinterState() {
 
 /// In a quiet line, or as a message when somebody has to do something.
 void PrintDialog::sayState(const QString& sentence, bool needsAttention) {
+    if (sentence == std::exchange(mStateSaid, sentence))
+        return;
     const QString name = QStringLiteral("state");
     mPrinterState->setText(needsAttention ? QString() : sentence);
     mPrinterState->setVisible(!mPrinterState->text().isEmpty());
@@ -553,6 +582,7 @@ void PrintDialog::refresh() {
                                  .arg(mModel.title(), hostText("OneLabel", "ManyLabels", pages))
                            : mModel.title());
     mSentence->setText(mModel.sentence());
+    mCopies->setValue(mModel.copies());
     const int labels = mModel.labelCount();
     mPrint->setText(labels > 0 ? hostText("PrintOne", "PrintMany", labels) : hostText("Print"));
     mPrint->setEnabled(!mRun.isBusy() && !mFetching && mModel.hasPrinter() && !files.isEmpty());

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QTemporaryFile>
+#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -89,6 +90,8 @@ private:
     void adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
                       const Marks& wanted);
     void sayState(const QString& sentence, bool needsAttention);
+    void sayServiceFailure(const Error& error);
+    void lookAgain();
     void showPrinterState();
 
     void rebuildTabs();
@@ -125,8 +128,15 @@ private:
     BackgroundCall mCounting;
     PresetStore mPresets;
     std::vector<ListedPrinter> mListed;
+    /// As the pop-up shows them.
+    QStringList mTitles;
     std::vector<PrinterChoice> mByHand;
     std::unique_ptr<QTemporaryFile> mQueuePpd;
+    QTimer mLookAgain;
+    /// What was last said of the printer and of the print service: dismissed, it stays away until
+    /// there is something else to say.
+    QString mStateSaid;
+    QString mServiceFailureSaid;
     bool mRefreshScheduled = false;
     /// A queue was chosen and its PPD is not here yet; the printer before it is still in force.
     bool mFetching = false;

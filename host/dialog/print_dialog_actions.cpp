@@ -57,11 +57,10 @@ void PrintDialog::applyPreset(const QString& name) {
     Marks wanted;
     for (const ppd::Setting& setting : match.applicable)
         wanted.insert(setting.keyword, setting.choice);
-    for (const QString& sentence : mModel.chooseAll(wanted))
+    for (const QString& sentence : mModel.chooseAll(wanted, match.copies))
         tell(sentence);
     for (const QString& sentence : describe(mModel.ppd(), match.missing))
         tell(sentence);
-    mCopies->setValue(match.copies);
     choosePreset(name);
 }
 

@@ -28,6 +28,14 @@ QLabel* selectableLabel(const QString& text) {
     return label;
 }
 
+QLabel* headingLabel(const QString& text) {
+    QLabel* label = plainLabel(text);
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    return label;
+}
+
 } // namespace
 
 SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
@@ -42,6 +50,7 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     page->setAutoFillBackground(false);
     auto* choices = new QGroupBox(hostText("SummaryChoices"));
+    choices->setObjectName(QStringLiteral("summary"));
     mEntries = new QFormLayout(choices);
     auto* commands = new QGroupBox(hostText("SameAsCommand"));
     auto* column = new QVBoxLayout(commands);
@@ -86,10 +95,11 @@ SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString&
 void SummaryPage::refresh() {
     while (mEntries->rowCount() > 0)
         mEntries->removeRow(0);
-    for (const JobModel::SummaryEntry& entry : mModel.summary())
-        mEntries->addRow(selectableLabel(entry.title), selectableLabel(entry.value));
-    if (mEntries->rowCount() == 0)
-        mEntries->addRow(selectableLabel(hostText("NothingChosen")));
+    for (const JobModel::SummaryGroup& group : mModel.wholeSummary()) {
+        mEntries->addRow(headingLabel(group.heading));
+        for (const auto& [title, value] : group.lines)
+            mEntries->addRow(selectableLabel(title), selectableLabel(value));
+    }
     mLabelcut.text->setPlainText(mModel.labelcutCommand());
     const QString lp = mModel.lpCommand();
     mLp.text->setPlainText(lp);

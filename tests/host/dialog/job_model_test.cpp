@@ -306,6 +306,82 @@ TEST_F(JobModelTest, TheSentenceSaysWhatWillHappen) {
     EXPECT_EQ(mModel.sentence().toStdString(), "1 label on 24 mm tape, no cut options");
 }
 
+TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) {
+    open(kTapePpd, {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}});
+    showPanel();
+    mModel.setCopies(3);
+    mModel.setPages({2, 5});
+    const std::vector<JobModel::SummaryGroup> groups = mModel.wholeSummary();
+    ASSERT_EQ(groups.size(), 3U);
+    const auto text = [](const JobModel::SummaryGroup& group) {
+        QStringList lines{group.heading};
+        for (const auto& [title, value] : group.lines)
+            lines << title + u'=' + value;
+        return lines.join(u'\n').toStdString();
+    };
+    EXPECT_EQ(text(groups[0]),
+              "Job\nPrinter=\nPaper=24 mm tape (24 mm × 50 mm)\nLabels=2-5\nCopies=3");
+    EXPECT_THAT(text(groups[1]), HasSubstr("Half cut=Yes"));
+    EXPECT_EQ(text(groups[2]), "Printer Features\nQuality=Best");
+    mModel.choose(kQuality, QStringLiteral("Normal"));
+    mModel.setPages({});
+    EXPECT_EQ(mModel.wholeSummary().size(), 2U) << "nothing else differs from the defaults";
+    EXPECT_THAT(text(mModel.wholeSummary()[0]), HasSubstr("Labels=All"));
+}
+
+TEST_F(JobModelTest, UndoTakesBackCopiesAndPagesToo) {
+    open(kTapePpd);
+    showPanel();
+    mModel.setCopies(2);
+    mModel.setCopies(3);
+    mModel.setPages({2, PageRange::kToTheEnd});
+    mModel.setPages({2, 5});
+    mModel.choose(kQuality, QStringLiteral("Best"));
+    mModel.setCopies(4);
+    mModel.undo();
+    EXPECT_EQ(mModel.copies(), 3);
+    EXPECT_EQ(choice(kQuality), "Best");
+    mModel.undo();
+    EXPECT_EQ(choice(kQuality), "Normal");
+    EXPECT_EQ(mModel.pages(), (PageRange{2, 5}));
+    mModel.undo();
+    EXPECT_TRUE(mModel.pages().isEverything()) << "typing a range is one step";
+    EXPECT_EQ(mModel.copies(), 3);
+    mModel.undo();
+    EXPECT_EQ(mModel.copies(), 1) << "counting up is one step";
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, CopiesCountedUpAndDownAgainLeaveNothingToUndo) {
+    open(kTapePpd);
+    showPanel();
+    mModel.setCopies(2);
+    mModel.setCopies(1);
+    EXPECT_FALSE(mModel.canUndo());
+    mModel.setCopies(5);
+    EXPECT_TRUE(mModel.canUndo()) << "and the next count is a step again";
+}
+
+TEST_F(JobModelTest, ChoicesAndCopiesOfAPresetAreOneStep) {
+    open(kTapePpd);
+    showPanel();
+    mModel.chooseAll({{kHalfCut, kOn}}, 7);
+    EXPECT_EQ(mModel.copies(), 7);
+    mModel.undo();
+    EXPECT_EQ(mModel.copies(), 1);
+    EXPECT_EQ(choice(kHalfCut), "OFF");
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, CopiesChosenBeforeThereIsAPrinterAreNoStep) {
+    mModel.setCopies(4);
+    mModel.setPages({2, 3});
+    EXPECT_FALSE(mModel.canUndo());
+    open(kTapePpd);
+    EXPECT_FALSE(mModel.canUndo());
+    EXPECT_EQ(mModel.copies(), 4);
+}
+
 TEST_F(JobModelTest, TheCommandsSayTheSameAsTheJob) {
     open(kRollPpd, {{QStringLiteral("KvCutLabel"), QStringLiteral("5")}});
     showPanel();

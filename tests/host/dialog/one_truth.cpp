@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QPlainTextEdit>
 
@@ -97,6 +98,20 @@ void compareSummary(const JobModel& model, const Marks& marks) {
     }
 }
 
+/// The summary's labels as they are read, against what the model says.
+void compareSummaryPage(PrintDialog& dialog) {
+    QStringList shown;
+    for (const QLabel* label : part<QGroupBox>(dialog, "summary")->findChildren<QLabel*>())
+        shown << label->text();
+    QStringList expected;
+    for (const JobModel::SummaryGroup& group : dialog.model().wholeSummary()) {
+        expected << group.heading;
+        for (const auto& [title, value] : group.lines)
+            expected << title << value;
+    }
+    EXPECT_EQ(shown.join(u'\n').toStdString(), expected.join(u'\n').toStdString());
+}
+
 /// What follows each of the command's options of that name.
 QStringList argumentsOf(const QStringList& words, const QString& option) {
     QStringList found;
@@ -140,6 +155,7 @@ void expectOneTruth(PrintDialog& dialog) {
     comparePanel(dialog, marks);
     compareFields(dialog, marks);
     compareSummary(model, marks);
+    compareSummaryPage(dialog);
     compareJob(dialog, marks);
     EXPECT_EQ(part<QLabel>(dialog, "sentence")->text().toStdString(),
               model.sentence().toStdString());

@@ -240,6 +240,24 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
     expectOneTruth(*mDialog);
 }
 
+TEST_F(PrintDialogTest, UndoShowsTheCopiesAndTheRangeThatWere) {
+    open();
+    openTab(*mDialog, 1);
+    control<QSpinBox>("copies").setFocus();
+    QTest::keyClick(&control<QSpinBox>("copies"), Qt::Key_Up);
+    type(control<QLineEdit>("pageRange"), QStringLiteral("2-5"));
+    settle();
+    press("undo");
+    settle();
+    EXPECT_TRUE(model().pages().isEverything());
+    EXPECT_FALSE(control<QRadioButton>("someLabels").isChecked());
+    press("undo");
+    settle();
+    EXPECT_EQ(control<QSpinBox>("copies").value(), 1);
+    EXPECT_FALSE(control<QPushButton>("undo").isEnabled());
+    expectOneTruth(*mDialog);
+}
+
 TEST_F(PrintDialogTest, ItShowsTheRangeAndCopiesThatItWasOpenedWith) {
     DialogRequest request;
     request.files = {kLabels};
