@@ -9,13 +9,10 @@
 #include <optional>
 
 #include "platform/printing/print_objects.h"
+#include "platform/printing/print_ticket.h"
 
 namespace labelcut {
 
-/// The key of the print-settings ticket: bytes that hold an XML property list, a dictionary.
-inline constexpr char kTicketKey[] = "org.labelcut.print.PrintSettingsTicket.SgE5";
-/// In the ticket: the PPD paper name of the chosen medium.
-inline constexpr char kTicketPaperName[] = "SgPaperName2";
 /// Inches in a millimetre, as the printers' own software has it; deliberately not 1/25.4.
 inline constexpr double kInchesPerMillimetre = 0.0393701;
 

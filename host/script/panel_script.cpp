@@ -89,8 +89,7 @@ ppd::File openPpd(const QJsonObject& line) {
     ppd::File file = ppd::openFile(*path, &error);
     if (!file)
         refuse(QStringLiteral("the PPD \"%1\" cannot be opened: %2 (line %3)")
-                   .arg(*path, error.reason)
-                   .arg(error.line));
+                   .arg(*path, error.reason, QString::number(error.line)));
     return file;
 }
 
@@ -392,8 +391,7 @@ QJsonObject PanelScript::open(const QJsonObject& line) {
     if (defaults)
         ppd::markDefaults(stage->host->ppd());
     if (ticket)
-        stage->host->settings().setValue(QLatin1String(kPrintSettingsTicketKey), ticket->toUtf8(),
-                                         false);
+        stage->host->settings().setValue(QLatin1String(kTicketKey), ticket->toUtf8(), false);
 
     stage->bundle = std::make_shared<ResourceBundle>(resources.value_or(plugin.bundleRoot));
     stage->principal = plugin.factory->create(stage->system);

@@ -157,10 +157,10 @@ HostPrintSettings::fromDataRepresentation(const QByteArray& bytes) {
 }
 
 OSStatus HostPrintSettings::setTicketPaperName(const std::optional<QString>& ppdPaperName) {
-    const QString key = QLatin1String(kPrintSettingsTicketKey);
+    const QString key = QLatin1String(kTicketKey);
     if (!ppdPaperName)
         return setValue(key, {}, false);
-    return setValue(key, propertyListToXml({{QLatin1String(kTicketPaperNameKey), *ppdPaperName}}),
+    return setValue(key, propertyListToXml({{QLatin1String(kTicketPaperName), *ppdPaperName}}),
                     false);
 }
 

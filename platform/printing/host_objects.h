@@ -17,17 +17,12 @@
 #include <optional>
 
 #include "platform/printing/print_objects.h"
+#include "platform/printing/print_ticket.h"
 
 namespace labelcut {
 
 /// A locked print setting was to be changed by somebody who may not.
 inline constexpr OSStatus kPMItemLocked = -30890;
-
-/// The print setting that holds the ticket of a label job: bytes of an XML property list whose
-/// top level is a dictionary.
-inline constexpr char kPrintSettingsTicketKey[] = "org.labelcut.print.PrintSettingsTicket.SgE5";
-/// The key within that dictionary of the chosen medium's PPD paper name, a text.
-inline constexpr char kTicketPaperNameKey[] = "SgPaperName2";
 
 /// The print settings under which the page range is kept, as integers.
 inline constexpr char kFirstPageKey[] = "org.labelcut.print.FirstPage";
