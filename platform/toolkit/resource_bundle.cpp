@@ -2,7 +2,6 @@
 #include "platform/toolkit/resource_bundle.h"
 
 #include <QFileInfo>
-#include <QTranslator>
 
 #include <utility>
 
@@ -16,24 +15,14 @@ ResourceBundle::ResourceBundle(QString root, const QLocale& locale)
     : mRoot(std::move(root))
     , mLocale(locale) {}
 
-ResourceBundle::~ResourceBundle() = default;
-
-const QTranslator& ResourceBundle::table(const QString& name) const {
-    auto& translator = mTables[name];
-    if (!translator) {
-        translator = std::make_unique<QTranslator>();
-        const QString suffix = QStringLiteral(".qm");
-        if (!translator->load(mLocale, name, QStringLiteral("_"), mRoot, suffix) &&
-            !translator->load(name + QStringLiteral("_en") + suffix, mRoot))
-            translator = std::make_unique<QTranslator>();
-    }
-    return *translator;
+const TextTable& ResourceBundle::table(const QString& name) const {
+    return mTables.try_emplace(name, mRoot, name, mLocale).first->second;
 }
 
 QString ResourceBundle::localizedStringForKey(const QString& key, const QString& value,
                                               const QString& tableName) const {
     const QString name = tableName.isEmpty() ? QString::fromLatin1(kDefaultTable) : tableName;
-    const QString text = table(name).translate("", key.toUtf8().constData());
+    const QString text = table(name).find(key.toUtf8().constData());
     if (!text.isNull())
         return text;
     return value.isNull() ? key : value;

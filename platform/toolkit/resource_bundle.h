@@ -5,11 +5,9 @@
 #include <QString>
 
 #include <map>
-#include <memory>
 
 #include "platform/dialog/pde_bundle.h"
-
-class QTranslator;
+#include "platform/toolkit/text_table.h"
 
 namespace labelcut {
 
@@ -21,7 +19,6 @@ public:
     /// @param root    a folder, or a resource path beginning ":/".
     /// @param locale  whose user-interface languages choose the string tables.
     explicit ResourceBundle(QString root, const QLocale& locale = QLocale::system());
-    ~ResourceBundle() override;
 
     QString localizedStringForKey(const QString& key, const QString& value,
                                   const QString& table) const override;
@@ -29,12 +26,12 @@ public:
     QString pathForInterfaceFile(const QString& name) const override;
 
 private:
-    const QTranslator& table(const QString& name) const;
+    const TextTable& table(const QString& name) const;
     QString existing(const QString& name, std::initializer_list<const char*> suffixes) const;
 
     QString mRoot;
     QLocale mLocale;
-    mutable std::map<QString, std::unique_ptr<QTranslator>> mTables;
+    mutable std::map<QString, TextTable> mTables;
 };
 
 } // namespace labelcut

@@ -1,20 +1,19 @@
 #!/usr/bin/env python3
-"""The house's interpreter: turns strings.json into Qt Linguist files, one for each language.
+"""The house's interpreter: turns JSON tables into Qt Linguist files, one for each language.
 
-    make_ts.py OUTDIR [TABLE NAME]  writes OUTDIR/NAME_<language>.ts from the given table; without
-                                    one, the panel's own under the name "Localizable"
-    make_ts.py --languages          prints the languages of the panel's table
+    make_ts.py OUTDIR NAME TABLE…   joins the tables and writes OUTDIR/NAME_<language>.ts
+    make_ts.py --languages TABLE…   prints the languages of the tables
 
 Texts are looked up by id, so compile with `lrelease -idbased`, never with -compress, which drops
-what a lookup by id needs. A key that lacks a language, an empty text, or a key that stands in the
-table twice is an error.
+what a lookup by id needs. Errors are: a key that lacks a language, an empty text, a translation
+whose places (%1, %2 …) are not those of the English text, a key that stands in the tables twice,
+tables of different languages.
 """
 import json
+import re
 import sys
 from pathlib import Path
 from xml.sax.saxutils import escape, quoteattr
-
-PANEL_TABLE = Path(__file__).with_name("strings.json")
 
 
 def unique_keys(pairs):
@@ -25,16 +24,31 @@ def unique_keys(pairs):
     return dict(pairs)
 
 
-def read_table(path):
-    table = json.loads(path.read_text(encoding="utf-8"), object_pairs_hook=unique_keys)
-    for key, texts in table["texts"].items():
-        for language in table["languages"]:
-            if not texts.get(language, "").strip():
-                raise SystemExit(f"{path.name}: {key} has no text in {language}")
-        unknown = set(texts) - set(table["languages"])
-        if unknown:
-            raise SystemExit(f"{path.name}: {key} has texts in unknown languages: {unknown}")
-    return table
+def places(text):
+    return sorted(set(re.findall(r"%\d+", text)))
+
+
+def check_entry(key, texts, languages):
+    unknown = set(texts) - set(languages)
+    if unknown:
+        raise SystemExit(f"{key} has texts in unknown languages: {', '.join(sorted(unknown))}")
+    for language in languages:
+        if not texts.get(language, "").strip():
+            raise SystemExit(f"{key} has no text in {language}")
+        if places(texts[language]) != places(texts["en"]):
+            raise SystemExit(f"{key} has other places in {language} than in English")
+
+
+def read_tables(paths):
+    tables = [json.loads(path.read_text(encoding="utf-8"), object_pairs_hook=unique_keys)
+              for path in paths]
+    languages = tables[0]["languages"]
+    if any(table["languages"] != languages for table in tables):
+        raise SystemExit(f"not of the same languages: {', '.join(map(str, paths))}")
+    texts = unique_keys([pair for table in tables for pair in table["texts"].items()])
+    for key, by_language in texts.items():
+        check_entry(key, by_language, languages)
+    return languages, texts
 
 
 def ts_document(language, texts):
@@ -50,18 +64,17 @@ def ts_document(language, texts):
 
 def main():
     arguments = sys.argv[1:]
-    if len(arguments) not in (1, 3):
-        raise SystemExit(__doc__)
-    path, name = (Path(arguments[1]), arguments[2]) if len(arguments) == 3 else (PANEL_TABLE, "Localizable")
-    table = read_table(path)
-    if arguments[0] == "--languages":
-        print("\n".join(table["languages"]))
+    if len(arguments) > 1 and arguments[0] == "--languages":
+        print("\n".join(read_tables([Path(path) for path in arguments[1:]])[0]))
         return
+    if len(arguments) < 3:
+        raise SystemExit(__doc__)
+    languages, texts = read_tables([Path(path) for path in arguments[2:]])
     outdir = Path(arguments[0])
     outdir.mkdir(parents=True, exist_ok=True)
-    for language in table["languages"]:
-        target = outdir / f"{name}_{language}.ts"
-        target.write_text(ts_document(language, table["texts"]), encoding="utf-8")
+    for language in languages:
+        target = outdir / f"{arguments[1]}_{language}.ts"
+        target.write_text(ts_document(language, texts), encoding="utf-8")
 
 
 if __name__ == "__main__":
