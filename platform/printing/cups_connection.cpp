@@ -10,6 +10,8 @@
 #include <array>
 #include <cstring>
 
+#include "platform/printing/printing_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -85,7 +87,7 @@ void addDocumentFormat(const IppMessage& request, const QString& type) {
 
 void addJobAttributes(const IppMessage& message, const JobRequest& job) {
     ipp_t* request = message.get();
-    const QString title = job.title.isEmpty() ? QStringLiteral("Untitled") : job.title;
+    const QString title = job.title.isEmpty() ? printingText("Untitled") : job.title;
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "job-name", nullptr,
                  shortened(title).constData());
     if (job.copies > 1)
@@ -235,7 +237,7 @@ RequestSubject aboutJobRequest(const JobRequest& request) {
 Error noQueue(const ServiceAddress& address, const QString& name) {
     RequestSubject subject = aboutQueue(name);
     subject.service = address.text();
-    return printerrors::noSuchQueue(subject);
+    return printerrors::about(ErrorKind::NoSuchQueue, subject);
 }
 
 Result<Done> done(const Result<IppMessage>& answer) {
@@ -322,7 +324,7 @@ Result<QByteArray> CupsConnection::fetchPpd(const QString& name, const CallLimit
     CallLimits rest = limits;
     rest.timeout = deadline.remaining();
     const auto queue = queueAttributes(name, rest);
-    return queue ? printerrors::queueWithoutPpd(aboutQueue(name)) : queue.error();
+    return queue ? printerrors::about(ErrorKind::QueueWithoutPpd, aboutQueue(name)) : queue.error();
 }
 
 Result<Done> CupsConnection::validateJob(const JobRequest& request,
@@ -345,7 +347,7 @@ Result<Done> CupsConnection::validateJob(const JobRequest& request,
     if (!details)
         return details.error();
     if (!details->queue.isAccepting)
-        return printerrors::rejecting(aboutQueue(request.queue));
+        return printerrors::about(ErrorKind::Rejecting, aboutQueue(request.queue));
     return Done();
 }
 
@@ -363,7 +365,7 @@ Result<int> CupsConnection::createJob(const JobRequest& request, const CallLimit
     if (!id || ippGetInteger(id, 0) < 1) {
         RequestSubject subject;
         subject.service = mAddress.text();
-        return printerrors::notAPrintService(subject);
+        return printerrors::about(ErrorKind::NotAPrintService, subject);
     }
     return ippGetInteger(id, 0);
 }
@@ -384,9 +386,7 @@ Result<Done> CupsConnection::sendDocument(int job, const JobRequest& request, QI
     if (removed || removed.error().kind == ErrorKind::NoSuchJob)
         return sent;
     Error error = sent.error();
-    error.sentence += QStringLiteral(" The unfinished job %1 may still be in the queue; \"cancel "
-                                     "%1\" removes it.")
-                          .arg(job);
+    error.sentence = printingText("JobMayRemain").arg(error.sentence, QString::number(job));
     return error;
 }
 

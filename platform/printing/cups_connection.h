@@ -51,7 +51,8 @@ struct QueueDetails {
 /// A job as it is asked for.
 struct JobRequest {
     QString queue;
-    /// Title for people; empty: "Untitled". The service takes 255 bytes of UTF-8, the rest is cut.
+    /// Title for people; empty: "Untitled" in the running language. The service takes 255 bytes of
+    /// UTF-8, the rest is cut.
     QString title;
     /// Whose job it is; empty: the user that runs this program.
     QString user;

@@ -16,6 +16,8 @@
 #include <semaphore>
 #include <thread>
 
+#include "platform/printing/printing_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -106,13 +108,28 @@ bool isTooLongForSocket(const ServiceAddress& address) {
            static_cast<std::size_t>(address.host.toUtf8().size()) >= sizeof(sockaddr_un::sun_path);
 }
 
+/// Empty for 0.
+QString systemWords(int error) {
+    return error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(error));
+}
+
+/// libcups has the same words, "Host is down", for each socket that it could not connect to.
+Error socketNotConnected(const RequestSubject& subject) {
+    const bool mayConnect = access(subject.service.toUtf8().constData(), R_OK | W_OK) == 0;
+    const int error = mayConnect ? 0 : errno;
+    if (mayConnect || error == ENOENT || error == ENOTDIR)
+        return printerrors::nothingAtSocket(subject);
+    return printerrors::noService(subject, systemWords(error));
+}
+
 Error notConnected(const Deadline& deadline, const RequestSubject& subject, int error) {
     if (deadline.isCancelled())
         return printerrors::cancelled();
     if (deadline.isOver() || error == ETIMEDOUT)
-        return printerrors::unreachable(subject);
-    return printerrors::noService(
-        subject, error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(error)));
+        return printerrors::about(ErrorKind::Unreachable, subject);
+    if (subject.service.startsWith(u'/'))
+        return socketNotConnected(subject);
+    return printerrors::noService(subject, systemWords(error));
 }
 
 Result<Http> connected(const ServiceAddress& address, const Deadline& deadline,
@@ -120,7 +137,7 @@ Result<Http> connected(const ServiceAddress& address, const Deadline& deadline,
     if (deadline.isOver())
         return notConnected(deadline, subject, 0);
     if (isTooLongForSocket(address))
-        return printerrors::noService(subject, QStringLiteral("the path is too long"));
+        return printerrors::noService(subject, printingText("SocketPathTooLong"));
     const AddressList addresses = resolve(address, deadline);
     if (!addresses)
         return notConnected(deadline, subject, deadline.isOver() ? 0 : EADDRNOTAVAIL);
@@ -295,7 +312,8 @@ private:
 
     Error unusable(const Content& content) const {
         const bool isConnectionsFault = content.isCutShort() && !content.isTooLong();
-        return isConnectionsFault ? broken() : printerrors::notAPrintService(mSubject);
+        return isConnectionsFault ? broken()
+                                  : printerrors::about(ErrorKind::NotAPrintService, mSubject);
     }
 
     Http mHttp;

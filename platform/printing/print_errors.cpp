@@ -1,134 +1,114 @@
 // Our printing framework: the sentences for what can go wrong with a print service.
 #include "platform/printing/print_errors.h"
 
+#include <QLocale>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/printing/printing_text.h"
+
 namespace labelcut::printerrors {
 
 namespace {
 
+QString service(const RequestSubject& subject) {
+    return subject.service;
+}
+
 /// "1 second", "2.5 seconds".
-QString seconds(int milliseconds) {
-    const QString number = QString::number(milliseconds / 1000.0, 'g', 4);
-    return number == QStringLiteral("1") ? QStringLiteral("1 second")
-                                         : QStringLiteral("%1 seconds").arg(number);
+QString timeLimit(const RequestSubject& subject) {
+    const QString number =
+        QLocale().toString(subject.timeout / 1000.0, 'f', QLocale::FloatingPointShortest);
+    return printingText(subject.timeout == 1000 ? "OneSecond" : "ManySeconds").arg(number);
 }
 
-Error authenticationNeeded(const RequestSubject& subject) {
-    return {ErrorKind::AuthenticationNeeded,
-            QStringLiteral("The print service at %1 does not let you do this without signing in, "
-                           "which is not possible from here. Ask whoever looks after it for "
-                           "permission, or choose another printer.")
-                .arg(subject.service)};
+QString queue(const RequestSubject& subject) {
+    return subject.queue;
 }
 
-Error noSuchJob(const RequestSubject& subject) {
-    return {ErrorKind::NoSuchJob,
-            QStringLiteral("The print service at %1 has no job %2 (any more). It may have been "
-                           "printed or removed: \"lpstat -W all\" lists the jobs.")
-                .arg(subject.service)
-                .arg(subject.job)};
+QString job(const RequestSubject& subject) {
+    return QString::number(subject.job);
 }
 
-Error formatNotSupported(const RequestSubject& subject) {
-    const QString type =
-        subject.documentType.isEmpty() ? QStringLiteral("this type") : subject.documentType;
-    return {ErrorKind::FormatNotSupported,
-            QStringLiteral("The print service at %1 cannot print documents of type %2. Save the "
-                           "document as PDF, or install the filter that is missing.")
-                .arg(subject.service, type)};
+QString documentType(const RequestSubject& subject) {
+    return subject.documentType;
 }
 
-Error other(const RequestSubject& subject, const QString& words) {
-    return {ErrorKind::Other,
-            QStringLiteral("The print service at %1 refused the request: %2. Its error log says "
-                           "more.")
-                .arg(subject.service, words)};
+/// What a sentence says of the request: in its places %1 and %2.
+using Detail = QString (*)(const RequestSubject&);
+
+struct Row {
+    ErrorKind kind;
+    const char* text;
+    Detail first = nullptr;
+    Detail second = nullptr;
+};
+
+constexpr std::array kRows = {
+    Row{ErrorKind::NoService, QT_TRID_NOOP("NoService"), service},
+    Row{ErrorKind::Unreachable, QT_TRID_NOOP("Unreachable"), service, timeLimit},
+    Row{ErrorKind::SilentServer, QT_TRID_NOOP("SilentServer"), service, timeLimit},
+    Row{ErrorKind::ServerGone, QT_TRID_NOOP("ServerGone"), service},
+    Row{ErrorKind::NotAPrintService, QT_TRID_NOOP("NotAPrintService"), service},
+    Row{ErrorKind::Cancelled, QT_TRID_NOOP("Cancelled")},
+    Row{ErrorKind::NoSuchQueue, QT_TRID_NOOP("NoSuchQueue"), service, queue},
+    Row{ErrorKind::NoSuchJob, QT_TRID_NOOP("NoSuchJob"), service, job},
+    Row{ErrorKind::QueueWithoutPpd, QT_TRID_NOOP("QueueWithoutPpd"), queue},
+    Row{ErrorKind::Rejecting, QT_TRID_NOOP("Rejecting"), queue},
+    Row{ErrorKind::AuthenticationNeeded, QT_TRID_NOOP("AuthenticationNeeded"), service},
+    Row{ErrorKind::FormatNotSupported, QT_TRID_NOOP("FormatNotSupported"), service, documentType},
+};
+
+QString filled(const Row& row, const RequestSubject& subject) {
+    const QString text = printingText(row.text);
+    if (row.second)
+        return text.arg(row.first(subject), row.second(subject));
+    return row.first ? text.arg(row.first(subject)) : text;
+}
+
+Error refused(const RequestSubject& subject, const QString& words) {
+    return {ErrorKind::Other, printingText("Refused").arg(subject.service, words)};
 }
 
 } // namespace
 
+Error about(ErrorKind kind, const RequestSubject& subject) {
+    if (kind == ErrorKind::FormatNotSupported && subject.documentType.isEmpty())
+        return {kind, printingText("TypeNotSupported").arg(subject.service)};
+    const auto row = std::ranges::find(kRows, kind, &Row::kind);
+    return row == kRows.end() ? refused(subject, QString()) : Error{kind, filled(*row, subject)};
+}
+
 Error noService(const RequestSubject& subject, const QString& reason) {
-    const QString why = reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
-    return {ErrorKind::NoService,
-            QStringLiteral("There is no print service at %1%2. Start CUPS there (\"systemctl start "
-                           "cups\"), or name another one in CUPS_SERVER.")
-                .arg(subject.service, why)};
+    if (reason.isEmpty())
+        return about(ErrorKind::NoService, subject);
+    return {ErrorKind::NoService, printingText("NoServiceBecause").arg(subject.service, reason)};
 }
 
-Error unreachable(const RequestSubject& subject) {
-    return {ErrorKind::Unreachable,
-            QStringLiteral("The print service at %1 could not be reached within %2. Check the "
-                           "network and the service's name, or allow more time.")
-                .arg(subject.service, seconds(subject.timeout))};
-}
-
-Error silent(const RequestSubject& subject) {
-    return {ErrorKind::SilentServer,
-            QStringLiteral("The print service at %1 did not answer within %2. It may be overloaded "
-                           "or stuck: try again later, restart it, or allow more time.")
-                .arg(subject.service, seconds(subject.timeout))};
-}
-
-Error gone(const RequestSubject& subject) {
-    return {ErrorKind::ServerGone,
-            QStringLiteral("The print service at %1 ended the connection before it had answered. "
-                           "Check that it is running, then try again.")
-                .arg(subject.service)};
-}
-
-Error notAPrintService(const RequestSubject& subject) {
-    return {ErrorKind::NotAPrintService,
-            QStringLiteral("What answers at %1 is not a print service. Check the address in "
-                           "CUPS_SERVER.")
-                .arg(subject.service)};
+Error nothingAtSocket(const RequestSubject& subject) {
+    return {ErrorKind::NoService, printingText("NothingAtSocket").arg(subject.service)};
 }
 
 Error cancelled() {
-    return {ErrorKind::Cancelled, QStringLiteral("Cancelled.")};
-}
-
-Error queueWithoutPpd(const RequestSubject& subject) {
-    return {ErrorKind::QueueWithoutPpd,
-            QStringLiteral("The print queue \"%1\" has no printer description (PPD), so that its "
-                           "options are not known. Give it one (\"lpadmin -p %1 -P FILE\"), or "
-                           "open a PPD file instead of the queue.")
-                .arg(subject.queue)};
-}
-
-Error noSuchQueue(const RequestSubject& subject) {
-    return {ErrorKind::NoSuchQueue,
-            QStringLiteral("The print service at %1 has no queue \"%2\". \"lpstat -e\" lists the "
-                           "queues there are.")
-                .arg(subject.service, subject.queue)};
-}
-
-Error rejecting(const RequestSubject& subject) {
-    return {ErrorKind::Rejecting,
-            QStringLiteral("The print queue \"%1\" takes no new jobs at the moment. Let it take "
-                           "jobs again (\"cupsaccept %1\"), or choose another one.")
-                .arg(subject.queue)};
+    return about(ErrorKind::Cancelled, {});
 }
 
 Error documentUnreadable(const QString& reason) {
-    return {ErrorKind::DocumentUnreadable,
-            QStringLiteral("The document could not be read while it was sent (%1), and nothing was "
-                           "printed. Check the file and print again.")
-                .arg(reason)};
+    return {ErrorKind::DocumentUnreadable, printingText("DocumentUnreadable").arg(reason)};
 }
 
 Error fromHttp(http_status_t status, const RequestSubject& subject) {
     switch (status) {
     case HTTP_STATUS_UNAUTHORIZED:
     case HTTP_STATUS_FORBIDDEN:
-        return authenticationNeeded(subject);
+        return about(ErrorKind::AuthenticationNeeded, subject);
     case HTTP_STATUS_UPGRADE_REQUIRED:
-        return {ErrorKind::Other,
-                QStringLiteral("The print service at %1 insists on an encrypted connection. Ask "
-                               "for one by setting CUPS_ENCRYPTION to \"Required\".")
-                    .arg(subject.service)};
+        return {ErrorKind::Other, printingText("EncryptionNeeded").arg(subject.service)};
     default:
-        return other(subject, QStringLiteral("HTTP status %1, %2")
-                                  .arg(static_cast<int>(status))
-                                  .arg(QString::fromUtf8(httpStatus(status))));
+        return refused(subject, printingText("HttpStatus")
+                                    .arg(QString::number(static_cast<int>(status)),
+                                         QString::fromUtf8(httpStatus(status))));
     }
 }
 
@@ -138,13 +118,13 @@ Error fromIpp(ipp_status_t status, const QString& message, const RequestSubject&
     case IPP_STATUS_ERROR_NOT_AUTHENTICATED:
     case IPP_STATUS_ERROR_NOT_AUTHORIZED:
     case IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED:
-        return authenticationNeeded(subject);
+        return about(ErrorKind::AuthenticationNeeded, subject);
     case IPP_STATUS_ERROR_NOT_FOUND:
-        return subject.job != 0 ? noSuchJob(subject) : noSuchQueue(subject);
+        return about(subject.job != 0 ? ErrorKind::NoSuchJob : ErrorKind::NoSuchQueue, subject);
     case IPP_STATUS_ERROR_NOT_ACCEPTING_JOBS:
-        return rejecting(subject);
+        return about(ErrorKind::Rejecting, subject);
     case IPP_STATUS_ERROR_DOCUMENT_FORMAT_NOT_SUPPORTED:
-        return formatNotSupported(subject);
+        return about(ErrorKind::FormatNotSupported, subject);
     default:
         break;
     }
@@ -152,13 +132,13 @@ Error fromIpp(ipp_status_t status, const QString& message, const RequestSubject&
     QString words = message.trimmed();
     while (words.endsWith(u'.'))
         words.chop(1);
-    return other(subject, words.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(words, name));
+    return refused(subject, words.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(words, name));
 }
 
 Error brokenOff(const Deadline& deadline, const RequestSubject& subject) {
     if (deadline.isCancelled())
         return cancelled();
-    return deadline.isOver() ? silent(subject) : gone(subject);
+    return about(deadline.isOver() ? ErrorKind::SilentServer : ErrorKind::ServerGone, subject);
 }
 
 } // namespace labelcut::printerrors

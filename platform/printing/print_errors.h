@@ -22,16 +22,15 @@ struct RequestSubject {
 
 namespace printerrors {
 
+/// What the request's subject alone says about a failure.
+/// @param kind  any but DocumentUnreadable and Other, for which words must be given.
+Error about(ErrorKind kind, const RequestSubject& subject);
+
 /// Nothing listens at the service's address. @param reason  the system's words; may be empty.
 Error noService(const RequestSubject& subject, const QString& reason);
-Error unreachable(const RequestSubject& subject);
-Error silent(const RequestSubject& subject);
-Error gone(const RequestSubject& subject);
-Error notAPrintService(const RequestSubject& subject);
+/// The same for a socket in the file system that is missing or that nobody serves.
+Error nothingAtSocket(const RequestSubject& subject);
 Error cancelled();
-Error queueWithoutPpd(const RequestSubject& subject);
-Error noSuchQueue(const RequestSubject& subject);
-Error rejecting(const RequestSubject& subject);
 Error documentUnreadable(const QString& reason);
 
 /// For an HTTP status that is not 200.

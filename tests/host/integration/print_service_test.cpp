@@ -74,18 +74,18 @@ TEST_F(PrintServiceTest, TheQueuesOwnDefaultsAreTheStart) {
 }
 
 TEST_F(PrintServiceTest, AQueueThatDoesNotExistIsNamed) {
-    EXPECT_THAT(refusal(printOn("nosuch")), HasSubstr("has no queue \"nosuch\""));
+    EXPECT_THAT(refusal(printOn("nosuch")), HasSubstr("has no queue “nosuch”"));
 }
 
 TEST_F(PrintServiceTest, AQueueWithoutAPpdIsNamed) {
     ASSERT_TRUE(sService->addQueue(QStringLiteral("raw"), QString()));
-    EXPECT_THAT(refusal(printOn("raw")), HasSubstr("\"raw\" has no printer description (PPD)"));
+    EXPECT_THAT(refusal(printOn("raw")), HasSubstr("“raw” has no printer description (PPD)"));
 }
 
 TEST_F(PrintServiceTest, ARejectingQueueIsNamed) {
     ASSERT_TRUE(sService->addQueue(QStringLiteral("closed"), kTapePpd));
     ASSERT_TRUE(sService->reject(QStringLiteral("closed")));
-    EXPECT_THAT(refusal(printOn("closed")), HasSubstr("\"closed\" takes no new jobs"));
+    EXPECT_THAT(refusal(printOn("closed")), HasSubstr("“closed” takes no new jobs"));
 }
 
 TEST_F(PrintServiceTest, APausedQueueTakesTheJobAndSaysThatItWaits) {

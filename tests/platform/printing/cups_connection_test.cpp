@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 #include <functional>
@@ -339,10 +340,10 @@ TEST_F(CupsConnectionTest, tellsAQueueWithoutPpdFromNone) {
     ASSERT_TRUE(mCupsd->addQueue(QStringLiteral("raw"), {}));
     const Error without = errorOf(service().fetchPpd(QStringLiteral("raw"), within(kLong)));
     EXPECT_EQ(without.kind, ErrorKind::QueueWithoutPpd);
-    EXPECT_TRUE(without.sentence.contains(QStringLiteral("\"raw\"")));
+    EXPECT_TRUE(without.sentence.contains(QStringLiteral("“raw”")));
     const Error none = errorOf(service().fetchPpd(QStringLiteral("none"), within(kLong)));
     EXPECT_EQ(none.kind, ErrorKind::NoSuchQueue);
-    EXPECT_TRUE(none.sentence.contains(QStringLiteral("\"none\"")));
+    EXPECT_TRUE(none.sentence.contains(QStringLiteral("“none”")));
 }
 
 TEST_F(CupsConnectionTest, tellsThatThereIsNoSuchQueueOrJob) {
@@ -358,7 +359,7 @@ TEST_F(CupsConnectionTest, tellsThatThereIsNoSuchQueueOrJob) {
         EXPECT_EQ(errorOf(service().validateJob(request, limits)).kind, ErrorKind::NoSuchQueue);
         const Error error = errorOf(service().createJob(request, limits));
         EXPECT_EQ(error.kind, ErrorKind::NoSuchQueue);
-        EXPECT_TRUE(error.sentence.contains(u'"' + name + u'"'));
+        EXPECT_TRUE(error.sentence.contains(u'“' + name + u'”'));
     }
     EXPECT_EQ(errorOf(service().jobAttributes(999, within(kLong))).kind, ErrorKind::NoSuchJob);
     const Error error = errorOf(service().cancelJob(999, {}, within(kLong)));
@@ -479,7 +480,7 @@ TEST_F(CupsConnectionTest, tellsThatAQueueRejectsJobs) {
     EXPECT_EQ(errorOf(service().validateJob(tapeJob(), within(kLong))).kind, ErrorKind::Rejecting);
     const Error error = errorOf(service().createJob(tapeJob(), within(kLong)));
     EXPECT_EQ(error.kind, ErrorKind::Rejecting);
-    EXPECT_TRUE(error.sentence.contains(QStringLiteral("\"tape\"")));
+    EXPECT_TRUE(error.sentence.contains(QStringLiteral("“tape”")));
     ASSERT_TRUE(mCupsd->accept(kTape));
     EXPECT_TRUE(service().createJob(tapeJob(), within(kLong)));
 }
@@ -609,6 +610,20 @@ TEST(CupsConnectionTimes, tellsThatThereIsNoService) {
             EXPECT_EQ(error.kind, ErrorKind::NoService) << call.name;
             EXPECT_TRUE(error.sentence.contains(address.text())) << call.name;
         }
+    }
+}
+
+TEST(CupsConnectionTimes, tellsThatNothingListensAtASocket) {
+    const QTemporaryDir folder;
+    const QString unserved = folder.filePath(QStringLiteral("cups.sock"));
+    QFile file(unserved);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (const QString& path : {QStringLiteral("/nonexistent/%1.sock"), unserved}) {
+        const Error error = errorOf(CupsConnection({path}).reach(within(kLong)));
+        EXPECT_EQ(error.kind, ErrorKind::NoService);
+        EXPECT_TRUE(error.sentence.startsWith(QStringLiteral("There is no print service at ") +
+                                              path + QStringLiteral(": nothing listens at")))
+            << error.sentence.toStdString();
     }
 }
 
