@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "host/texts/host_text.h"
 #include "platform/toolkit/resource_bundle.h"
 
 namespace labelcut {
@@ -17,8 +18,7 @@ PanelSet::PanelSet(PanelHost& host, const std::vector<LoadedPlugin>& plugins,
         } catch (const std::exception& error) {
             mRefused.push_back({plugin.file, QString::fromUtf8(error.what())});
         } catch (...) {
-            mRefused.push_back(
-                {plugin.file, QStringLiteral("it failed while creating its panels")});
+            mRefused.push_back({plugin.file, hostText("PluginThrewAtPanels")});
         }
     }
 }
@@ -27,14 +27,14 @@ void PanelSet::addPlugin(const LoadedPlugin& plugin, const PDESystem& system) {
     std::shared_ptr<PDEPlugin> principal = plugin.factory->create(system);
     auto bundle = std::make_shared<ResourceBundle>(plugin.bundleRoot);
     if (!principal || !principal->initWithBundle(bundle)) {
-        mRefused.push_back({plugin.file, QStringLiteral("it does not serve on this system")});
+        mRefused.push_back({plugin.file, hostText("PluginDoesNotServe")});
         return;
     }
     auto callback = mHost.makeCallback();
     PDEPanelArray* panels =
         principal->PDEPanelsForType(QLatin1String(kPDEPrinterModuleType), callback);
     if (!panels) {
-        mRefused.push_back({plugin.file, QStringLiteral("it could not create its panels")});
+        mRefused.push_back({plugin.file, hostText("PluginMadeNoPanels")});
         return;
     }
     // Panels count once all of a plug-in's have answered; one that throws takes the others with it.

@@ -9,6 +9,8 @@
 
 #include <exception>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -31,25 +33,23 @@ PluginMetadata readMetadata(const QJsonObject& json) {
 Checked checkMetadata(const QPluginLoader& loader) {
     const QJsonObject json = loader.metaData();
     if (json.isEmpty())
-        return {{}, QStringLiteral("it is not a plug-in, or it is damaged")};
+        return {{}, hostText("PluginDamaged")};
     const QString iid = json.value(QLatin1String("IID")).toString();
     if (iid != QLatin1String(LabelcutPDEPlugin_iid))
         return {{},
-                QStringLiteral("it offers the interface \"%1\", not panels (%2)")
-                    .arg(iid, QLatin1String(LabelcutPDEPlugin_iid))};
+                hostText("PluginOtherInterface").arg(iid, QLatin1String(LabelcutPDEPlugin_iid))};
     PluginMetadata metadata = readMetadata(json.value(QLatin1String("MetaData")).toObject());
     if (metadata.id.isEmpty())
-        return {{}, QStringLiteral("its metadata has no \"id\"")};
+        return {{}, hostText("PluginWithoutId")};
+    const QString interfaceVersion = QString::number(kPDEInterfaceVersion);
     if (metadata.interfaceVersion < kPDEInterfaceVersion)
         return {{},
-                QStringLiteral("it was built for version %1 of the interface, this is %2")
-                    .arg(metadata.interfaceVersion)
-                    .arg(kPDEInterfaceVersion)};
+                hostText("PluginTooOld")
+                    .arg(QString::number(metadata.interfaceVersion), interfaceVersion)};
     if (metadata.oldestCompatible > kPDEInterfaceVersion)
         return {{},
-                QStringLiteral("it needs version %1 of the interface, this is %2")
-                    .arg(metadata.oldestCompatible)
-                    .arg(kPDEInterfaceVersion)};
+                hostText("PluginTooNew")
+                    .arg(QString::number(metadata.oldestCompatible), interfaceVersion)};
     return {std::move(metadata), {}};
 }
 
@@ -65,11 +65,11 @@ PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
         QObject* const root = loader.instance();
         if (auto* factory = qobject_cast<PDEPluginFactory*>(root))
             return factory;
-        reason = root ? QStringLiteral("its root object offers no panels") : loader.errorString();
+        reason = root ? hostText("PluginWithoutPanels") : loader.errorString();
     } catch (const std::exception& error) {
-        reason = QStringLiteral("its constructor failed: %1").arg(QString::fromUtf8(error.what()));
+        reason = hostText("PluginThrew").arg(QString::fromUtf8(error.what()));
     } catch (...) {
-        reason = QStringLiteral("its constructor failed");
+        reason = hostText("PluginThrewUnknown");
     }
     return nullptr;
 }

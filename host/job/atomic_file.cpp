@@ -8,15 +8,14 @@
 #include <algorithm>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
 namespace {
 
 Error cannotWrite(const QString& path, const QString& reason) {
-    return failure(QStringLiteral("\"%1\" cannot be written (%2); make room there, or name another "
-                                  "file with -o.")
-                       .arg(path, reason));
+    return failure(hostText("CannotWrite").arg(path, reason));
 }
 
 Result<qint64> writeDirectly(const QString& path, const FileWriter& write) {
@@ -46,7 +45,7 @@ void FileSink::write(const QByteArray& bytes) {
 Result<qint64> writeWhole(const QString& path, const FileWriter& write) {
     const QFileInfo info(path);
     if (info.isDir())
-        return failure(QStringLiteral("\"%1\" is a folder; name a file in it with -o.").arg(path));
+        return failure(hostText("IsFolder").arg(path));
     if (info.exists() && !info.isFile())
         return writeDirectly(path, write);
     QSaveFile file(path);

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 std::vector<Conflict> findConflicts(ppd_file_t* ppd) {
@@ -17,15 +19,16 @@ QString describe(ppd_file_t* ppd, const ppd::Setting& setting) {
     QString typed = QStringLiteral("%1=%2").arg(setting.keyword, setting.choice);
     if (!choice)
         return typed;
-    return QStringLiteral("%1: %2 (%3)")
+    return hostText("SettingTyped")
         .arg(QString::fromUtf8(option->text), QString::fromUtf8(choice->text), typed);
 }
 
 QString describe(ppd_file_t* ppd, const Conflict& conflict) {
     QStringList sides;
     for (const ppd::Setting& setting : conflict)
-        sides << QStringLiteral("\"%1\"").arg(describe(ppd, setting));
-    return sides.join(QStringLiteral(" and ")) + QStringLiteral(" exclude each other.");
+        sides << hostText("Quoted").arg(describe(ppd, setting));
+    const QString last = sides.takeLast();
+    return hostText("ExcludeEachOther").arg(sides.join(hostText("SentenceSeparator")), last);
 }
 
 std::optional<std::vector<ppd::Setting>> proposeResolution(ppd_file_t* ppd,

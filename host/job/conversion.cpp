@@ -19,6 +19,7 @@
 
 #include "host/job/failure.h"
 #include "host/job/ghostscript.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -67,9 +68,7 @@ private:
 };
 
 Error cannotWrite(const QString& file) {
-    return failure(QStringLiteral("The temporary file \"%1\" cannot be written; make room on its "
-                                  "disk, or set TMPDIR to another folder.")
-                       .arg(file));
+    return failure(hostText("CannotWriteTemporary").arg(file));
 }
 
 /// Moves and turns the painter so that a picture of `size` drawn into the answered rectangle fits
@@ -91,9 +90,7 @@ Result<QString> picture(const QString& path, const char* format, const JobPaper&
     reader.setAutoTransform(true);
     const QImage image = reader.read();
     if (image.isNull())
-        return failure(
-            QStringLiteral("\"%1\" is a damaged or too large picture (%2); save it anew.")
-                .arg(path, reader.errorString()));
+        return failure(hostText("PictureDamaged").arg(path, reader.errorString()));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -108,7 +105,7 @@ Result<QString> drawing(const QString& path, const JobPaper& paper, const QStrin
         return bytes.error();
     QSvgRenderer renderer(*bytes);
     if (!renderer.isValid() || renderer.viewBoxF().isEmpty())
-        return failure(QStringLiteral("\"%1\" is a damaged SVG drawing; save it anew.").arg(path));
+        return failure(hostText("DrawingDamaged").arg(path));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -176,8 +173,7 @@ Result<QString> plainText(const QString& path, const JobPaper& paper, const QStr
         return bytes.error();
     const std::optional<QString> text = decodedText(*bytes);
     if (!text)
-        return failure(
-            QStringLiteral("\"%1\" is no text any more; it changed meanwhile.").arg(path));
+        return failure(hostText("TextChanged").arg(path));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -196,7 +192,7 @@ Result<QString> plainText(const QString& path, const JobPaper& paper, const QStr
 
 Result<QString> postScript(const QString& path, const QString& folder, const QString& name) {
     GhostscriptRun run;
-    run.about = QStringLiteral("\"%1\"").arg(path);
+    run.about = hostText("Quoted").arg(path);
     run.switches = {QStringLiteral("-sDEVICE=pdfwrite"), QStringLiteral("-dEPSCrop"),
                     QStringLiteral("-dAutoRotatePages=/None")};
     run.inputs = {QFileInfo(path).absoluteFilePath()};
@@ -226,7 +222,7 @@ Result<QString> convertToPdf(const QString& path, DocumentKind kind,
     case DocumentKind::PlainText:
         return plainText(path, target, file);
     }
-    return failure(QStringLiteral("\"%1\" is of no kind that is printed.").arg(path));
+    return failure(hostText("KindNotPrinted").arg(path));
 }
 
 } // namespace labelcut

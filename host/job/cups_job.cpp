@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -34,8 +35,7 @@ Result<int> sendToQueue(const CupsConnection& service, const CupsJob& job, const
         return failure(noSuchPage(job.pages, job.document->pages()));
     QFile document(job.document->pdf());
     if (!document.open(QIODevice::ReadOnly))
-        return failure(QStringLiteral("\"%1\" cannot be read any more (%2); check its permissions.")
-                           .arg(document.fileName(), document.errorString()));
+        return failure(hostText("CannotRead").arg(document.fileName(), document.errorString()));
     const JobRequest request = requestFor(job);
     Result<int> id = service.createJob(request, limits);
     if (!id)

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -49,18 +50,16 @@ bool isOddControl(QChar c) {
 std::optional<QString> reasonAgainst(const QString& path) {
     const QFileInfo info(path);
     if (!info.exists())
-        return QStringLiteral("\"%1\" does not exist; check the name of the file.").arg(path);
+        return hostText("DoesNotExist").arg(path);
     if (info.isDir())
-        return QStringLiteral("\"%1\" is a folder; name a file in it.").arg(path);
+        return hostText("IsFolder").arg(path);
     if (!info.isFile())
-        return QStringLiteral("\"%1\" is not a regular file; save what it gives to a file first.")
-            .arg(path);
+        return hostText("NotRegularFile").arg(path);
     return std::nullopt;
 }
 
 Error unreadable(const QFile& file) {
-    return failure(QStringLiteral("\"%1\" cannot be read (%2); check its permissions.")
-                       .arg(file.fileName(), file.errorString()));
+    return failure(hostText("CannotRead").arg(file.fileName(), file.errorString()));
 }
 
 } // namespace
@@ -75,14 +74,12 @@ Result<DocumentKind> documentKind(const QString& path) {
     if (file.error() != QFileDevice::NoError)
         return unreadable(file);
     if (head.isEmpty())
-        return failure(QStringLiteral("\"%1\" is empty; there is nothing to print.").arg(path));
+        return failure(hostText("IsEmpty").arg(path));
     if (const auto kind = kindByMark(head))
         return *kind;
     if (file.size() <= kLargestText && decodedText(head + file.readAll()))
         return DocumentKind::PlainText;
-    return failure(QStringLiteral("\"%1\" is not a PDF, PostScript, PNG, JPEG, SVG or plain text "
-                                  "file; save it as PDF first.")
-                       .arg(path));
+    return failure(hostText("UnknownKind").arg(path));
 }
 
 bool isDrawn(DocumentKind kind) {

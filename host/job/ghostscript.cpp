@@ -9,6 +9,7 @@
 #include <QStandardPaths>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -20,7 +21,7 @@ constexpr qint64 kMessages = 64 << 10;
 QString reasonIn(const QString& logPath) {
     QFile log(logPath);
     if (!log.open(QIODevice::ReadOnly))
-        return QStringLiteral("no reason given");
+        return hostText("NoReasonGiven");
     const QString text = QString::fromUtf8(log.read(kMessages));
     static const QRegularExpression error(QStringLiteral("Error: (/\\w+ in [^\\n]*)"));
     if (const auto match = error.match(text); match.hasMatch())
@@ -29,7 +30,7 @@ QString reasonIn(const QString& logPath) {
         if (line.startsWith(QLatin1String("   **** ")))
             return line.mid(8).trimmed();
     }
-    return QStringLiteral("no reason given");
+    return hostText("NoReasonGiven");
 }
 
 QStringList allArguments(const GhostscriptRun& run) {
@@ -45,8 +46,7 @@ QStringList allArguments(const GhostscriptRun& run) {
 Result<QString> runGhostscript(const GhostscriptRun& run) {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("gs"));
     if (program.isEmpty())
-        return failure(
-            QStringLiteral("Ghostscript (gs) is missing; install the package ghostscript."));
+        return failure(hostText("GhostscriptMissing"));
     const QString log = QDir(run.folder).filePath(run.output + QStringLiteral(".log"));
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -58,22 +58,17 @@ Result<QString> runGhostscript(const GhostscriptRun& run) {
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, allArguments(run) + run.inputs);
     if (!process.waitForStarted())
-        return failure(QStringLiteral("Ghostscript cannot be started (%1); install the package "
-                                      "ghostscript anew.")
-                           .arg(process.errorString()));
+        return failure(hostText("GhostscriptNotStarted").arg(process.errorString()));
     if (!process.waitForFinished(static_cast<int>(run.limit.count()))) {
         process.kill();
         process.waitForFinished();
-        return failure(QStringLiteral("%1 takes Ghostscript more than %2 s; print fewer or simpler "
-                                      "pages.")
-                           .arg(run.about)
-                           .arg(run.limit.count() / 1000));
+        return failure(hostText("GhostscriptTooSlow")
+                           .arg(run.about, QString::number(run.limit.count() / 1000)));
     }
     const QString output = QDir(run.folder).filePath(run.output);
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0 ||
         QFileInfo(output).size() == 0)
-        return failure(QStringLiteral("%1 cannot be interpreted by Ghostscript: %2.")
-                           .arg(run.about, reasonIn(log)));
+        return failure(hostText("GhostscriptFailed").arg(run.about, reasonIn(log)));
     return output;
 }
 

@@ -11,6 +11,7 @@
 #include "host/job/documents.h"
 #include "host/job/failure.h"
 #include "host/job/pdf_file.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -19,11 +20,9 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     JobDocument document;
     document.mFolder = std::make_unique<QTemporaryDir>();
     if (!document.mFolder->isValid())
-        return failure(QStringLiteral("No temporary folder can be made (%1); set TMPDIR to a "
-                                      "folder with room.")
-                           .arg(document.mFolder->errorString()));
+        return failure(hostText("NoTemporaryFolder").arg(document.mFolder->errorString()));
     if (files.isEmpty())
-        return failure(QStringLiteral("No file is named; name one to print."));
+        return failure(hostText("NoFileNamed"));
     document.mName = QFileInfo(files.front()).fileName();
 
     std::vector<PdfFile> pdfs;

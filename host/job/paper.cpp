@@ -3,6 +3,7 @@
 
 #include <QRegularExpression>
 
+#include "host/texts/host_text.h"
 #include "platform/printing/ppd_calls.h"
 
 namespace labelcut {
@@ -45,13 +46,11 @@ QString toString(const PageRange& range) {
         return QStringLiteral("%1-").arg(range.first);
     if (range.first == range.last)
         return QString::number(range.first);
-    return QStringLiteral("%1-%2").arg(range.first).arg(range.last);
+    return QStringLiteral("%1-%2").arg(QString::number(range.first), QString::number(range.last));
 }
 
 QString noSuchPage(const PageRange& range, int pages) {
-    return QStringLiteral("There is no page %1; the document has %2.")
-        .arg(toString(range))
-        .arg(pages);
+    return hostText("NoSuchPages").arg(toString(range), QString::number(pages));
 }
 
 } // namespace labelcut

@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -29,14 +30,11 @@ constexpr double kSameMeasure = 2;
 Error broken(const QString& file, const std::exception& error) {
     if (const auto* damage = dynamic_cast<const QPDFExc*>(&error)) {
         if (damage->getErrorCode() == qpdf_e_password)
-            return failure(QStringLiteral("\"%1\" is encrypted and asks for a password; save it "
-                                          "without one first.")
-                               .arg(file));
-        return failure(QStringLiteral("\"%1\" is a broken PDF file (%2); save it anew.")
-                           .arg(file, QString::fromStdString(damage->getMessageDetail())));
+            return failure(hostText("PdfEncrypted").arg(file));
+        return failure(
+            hostText("PdfBroken").arg(file, QString::fromStdString(damage->getMessageDetail())));
     }
-    return failure(QStringLiteral("\"%1\" is a broken PDF file (%2); save it anew.")
-                       .arg(file, QString::fromUtf8(error.what())));
+    return failure(hostText("PdfBroken").arg(file, QString::fromUtf8(error.what())));
 }
 
 /// The measure at which a page is shown: its crop box, turned and scaled as the page says. Points.
@@ -99,9 +97,8 @@ Result<Done> write(QPDF& pdf, const QString& path) {
         writer.setPreserveEncryption(false);
         writer.write();
     } catch (const std::exception& error) {
-        return failure(QStringLiteral("The temporary file \"%1\" cannot be written (%2); make room "
-                                      "on its disk, or set TMPDIR to another folder.")
-                           .arg(path, QString::fromUtf8(error.what())));
+        return failure(
+            hostText("CannotWriteTemporaryBecause").arg(path, QString::fromUtf8(error.what())));
     }
     return Done();
 }
@@ -126,7 +123,7 @@ Result<PdfFile> PdfFile::open(const QString& path, const QString& name) {
         return broken(name, error);
     }
     if (content->pages.empty())
-        return failure(QStringLiteral("\"%1\" has no pages; there is nothing to print.").arg(name));
+        return failure(hostText("WithoutPages").arg(name));
     return PdfFile(std::move(content));
 }
 

@@ -8,6 +8,7 @@
 #include "host/job/atomic_file.h"
 #include "host/job/failure.h"
 #include "host/job/ghostscript.h"
+#include "host/texts/host_text.h"
 #include "platform/printing/ppd_calls.h"
 
 namespace labelcut {
@@ -32,7 +33,7 @@ Result<QString> pagesAsPostScript(const PostScriptJob& job) {
     if (!pdf)
         return pdf.error();
     GhostscriptRun run;
-    run.about = QStringLiteral("\"%1\"").arg(job.document->name());
+    run.about = hostText("Quoted").arg(job.document->name());
     run.switches = {QStringLiteral("-sDEVICE=ps2write"), QStringLiteral("-dNOMEDIAATTRS"),
                     QStringLiteral("-dAutoRotatePages=/None")};
     if (ppd::markedPageSize(job.ppd))
@@ -139,8 +140,7 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         QFile source(*pages);
         if (source.open(QIODevice::ReadOnly) && Assembly(job, target).copy(source))
             return std::nullopt;
-        return QStringLiteral("Ghostscript's pages were cut short; make room in the temporary "
-                              "folder, or set TMPDIR to another.");
+        return hostText("PagesCutShort");
     });
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "host/job/failure.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -16,6 +17,10 @@ namespace {
 constexpr int kListed = 12;
 /// So many letters may differ in a keyword that was meant.
 constexpr int kMistypes = 3;
+
+QString numbered(double number) {
+    return QString::number(number);
+}
 
 std::span<ppd_choice_t> choicesOf(const ppd_option_t& option) {
     return {option.choices, static_cast<std::size_t>(option.num_choices)};
@@ -71,11 +76,12 @@ QStringList nearKeywords(ppd_file_t* ppd, const QString& typed) {
 
 Error noOption(ppd_file_t* ppd, const QString& keyword) {
     const QStringList near = nearKeywords(ppd, keyword);
-    const QString help =
-        near.isEmpty() ? QStringLiteral("\"labelcut options\" lists those of its panels")
-                       : QStringLiteral("did you mean %1?").arg(near.join(QStringLiteral(" or ")));
-    return failure(QStringLiteral("The printer has no option \"%1\"; %2%3")
-                       .arg(keyword, help, near.isEmpty() ? QStringLiteral(".") : QString()));
+    if (near.isEmpty())
+        return failure(hostText("OptionUnknown").arg(keyword));
+    QString meant = near.front();
+    for (const QString& other : near.mid(1))
+        meant = hostText("OneOrOther").arg(meant, other);
+    return failure(hostText("OptionMistyped").arg(keyword, meant));
 }
 
 Error noChoice(const ppd_option_t& option, const QString& choice) {
@@ -84,9 +90,8 @@ Error noChoice(const ppd_option_t& option, const QString& choice) {
         offered << QString::fromUtf8(known.choice);
     QString list = offered.mid(0, kListed).join(QStringLiteral(", "));
     if (offered.size() > kListed)
-        list += QStringLiteral(" … %1 (%2 in all)").arg(offered.back()).arg(offered.size());
-    return failure(QStringLiteral("The option %1 has no choice \"%2\"; it offers %3.")
-                       .arg(QString::fromUtf8(option.keyword), choice, list));
+        list = hostText("ListCutShort").arg(list, offered.back(), QString::number(offered.size()));
+    return failure(hostText("ChoiceUnknown").arg(QString::fromUtf8(option.keyword), choice, list));
 }
 
 /// Points in one of the units that custom values are written in; 0 for none of them.
@@ -105,8 +110,7 @@ double unitInPoints(const QString& unit) {
 }
 
 Error badCustom(const QString& keyword, const QString& choice, const QString& range) {
-    return failure(QStringLiteral("\"%1\" is no custom value for %2; it takes %3.")
-                       .arg(choice, keyword, range));
+    return failure(hostText("CustomUnusable").arg(choice, keyword, range));
 }
 
 /// Rounding of written measures. Points.
@@ -126,14 +130,10 @@ std::optional<Error> reasonAgainstPaper(const ppd_file_t& ppd, const ppd::Settin
         isWithin(match.captured(1).toDouble() * unit, ppd.custom_min[0], ppd.custom_max[0]) &&
         isWithin(match.captured(2).toDouble() * unit, ppd.custom_min[1], ppd.custom_max[1]))
         return std::nullopt;
-    return badCustom(
-        asked.keyword, asked.choice,
-        QStringLiteral("Custom.WIDTHxHEIGHT in points, or with mm, cm or in behind it, "
-                       "%1-%2 pt wide and %3-%4 pt high")
-            .arg(ppd.custom_min[0])
-            .arg(ppd.custom_max[0])
-            .arg(ppd.custom_min[1])
-            .arg(ppd.custom_max[1]));
+    return badCustom(asked.keyword, asked.choice,
+                     hostText("CustomPaper")
+                         .arg(numbered(ppd.custom_min[0]), numbered(ppd.custom_max[0]),
+                              numbered(ppd.custom_min[1]), numbered(ppd.custom_max[1])));
 }
 
 std::optional<Error> reasonAgainstNumber(const ppd::CustomParameter& parameter,
@@ -149,10 +149,8 @@ std::optional<Error> reasonAgainstNumber(const ppd::CustomParameter& parameter,
     if (match.hasMatch() && unit > 0 && value >= parameter.minimum && value <= parameter.maximum)
         return std::nullopt;
     return badCustom(asked.keyword, asked.choice,
-                     QStringLiteral("Custom.NUMBER from %1 to %2%3")
-                         .arg(parameter.minimum)
-                         .arg(parameter.maximum)
-                         .arg(isMeasure ? QStringLiteral(" points") : QString()));
+                     hostText(isMeasure ? "CustomPoints" : "CustomNumber")
+                         .arg(numbered(parameter.minimum), numbered(parameter.maximum)));
 }
 
 std::optional<Error> reasonAgainstText(const ppd::CustomParameter& parameter,
@@ -160,10 +158,9 @@ std::optional<Error> reasonAgainstText(const ppd::CustomParameter& parameter,
     const auto length = static_cast<double>(asked.choice.size() - qsizetype(sizeof("Custom.") - 1));
     if (length >= parameter.minimum && length <= parameter.maximum)
         return std::nullopt;
-    return badCustom(asked.keyword, asked.choice,
-                     QStringLiteral("Custom.TEXT of %1 to %2 characters")
-                         .arg(parameter.minimum)
-                         .arg(parameter.maximum));
+    return badCustom(
+        asked.keyword, asked.choice,
+        hostText("CustomText").arg(numbered(parameter.minimum), numbered(parameter.maximum)));
 }
 
 std::optional<Error> reasonAgainstCustom(ppd_file_t* ppd, const ppd::Setting& asked) {
@@ -172,7 +169,7 @@ std::optional<Error> reasonAgainstCustom(ppd_file_t* ppd, const ppd::Setting& as
     const auto parameters = ppd::customParameters(ppd, asked.keyword.toUtf8().constData());
     if (parameters.size() != 1)
         return badCustom(asked.keyword, asked.choice,
-                         QStringLiteral("{NAME=VALUE …} with its %1 parts").arg(parameters.size()));
+                         hostText("CustomParts").arg(parameters.size()));
     using Type = ppd::CustomParameter::Type;
     const ppd::CustomParameter& only = parameters.front();
     return only.type == Type::Text || only.type == Type::Password

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -89,16 +91,14 @@ std::vector<ppd::Setting> Preset::settings() const {
 
 std::optional<QString> presetNameProblem(const QString& name) {
     if (name.trimmed().isEmpty())
-        return QStringLiteral("A preset needs a name.");
+        return hostText("PresetNeedsName");
     if (name != name.trimmed())
-        return QStringLiteral("A preset's name cannot begin or end with a space: \"%1\".")
-            .arg(name.trimmed());
+        return hostText("PresetNameSpaced").arg(name.trimmed());
     if (!name.isValidUtf16() || std::any_of(name.begin(), name.end(), isControl))
-        return QStringLiteral("A preset's name is one line of text without control characters.");
+        return hostText("PresetNameControl");
     if (name.toUcs4().size() > Preset::kMaxNameLength)
-        return QStringLiteral("A preset's name has %1 characters at most; \"%2…\" is longer.")
-            .arg(Preset::kMaxNameLength)
-            .arg(name.left(20));
+        return hostText("PresetNameLong")
+            .arg(QString::number(Preset::kMaxNameLength), name.left(20));
     return std::nullopt;
 }
 

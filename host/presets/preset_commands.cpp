@@ -2,6 +2,7 @@
 #include "host/presets/preset_commands.h"
 
 #include "host/presets/preset_match.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut::presetcommands {
 
@@ -43,20 +44,19 @@ Result<PresetOutput> show(const PresetStore& store, const PrinterIdentity& print
 Result<PresetOutput> save(PresetStore& store, const PrinterIdentity& printer, const Preset& preset,
                           Overwrite overwrite) {
     return outcome(store.save(printer, preset, overwrite),
-                   QStringLiteral("Saved \"%1\" for \"%2\".").arg(preset.name, printer.title()));
+                   hostText("PresetSaved").arg(preset.name, printer.title()));
 }
 
 Result<PresetOutput> remove(PresetStore& store, const PrinterIdentity& printer,
                             const QString& name) {
     return outcome(store.remove(printer, name),
-                   QStringLiteral("Removed \"%1\" from \"%2\".").arg(name, printer.title()));
+                   hostText("PresetRemovedFrom").arg(name, printer.title()));
 }
 
 Result<PresetOutput> rename(PresetStore& store, const PrinterIdentity& printer, const QString& from,
                             const QString& to, Overwrite overwrite) {
-    return outcome(
-        store.rename(printer, from, to, overwrite),
-        QStringLiteral("Renamed \"%1\" of \"%2\" to \"%3\".").arg(from, printer.title(), to));
+    return outcome(store.rename(printer, from, to, overwrite),
+                   hostText("PresetRenamed").arg(from, printer.title(), to));
 }
 
 } // namespace labelcut::presetcommands

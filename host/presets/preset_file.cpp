@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/texts/host_text.h"
 #include "platform/printing/ppd_calls.h"
 
 namespace labelcut {
@@ -30,20 +31,18 @@ const QString kOptionsKey = QStringLiteral("options");
 
 std::optional<QString> problemOfOption(const QString& keyword, const QJsonValue& choice) {
     if (keyword.isEmpty() || keyword.toUtf8().size() >= ppd::kMaxName)
-        return QStringLiteral("\"%1\" is no option's keyword").arg(keyword.left(ppd::kMaxName));
+        return hostText("NoKeyword").arg(keyword.left(ppd::kMaxName));
     if (keyword == u"PageSize")
-        return QStringLiteral("its page size stands among its options");
+        return hostText("PageSizeAmongOptions");
     if (!choice.isString() || choice.toString().isEmpty() ||
         choice.toString().size() > kMaxChoiceLength)
-        return QStringLiteral("its choice for \"%1\" is no text of 1 to %2 characters")
-            .arg(keyword)
-            .arg(kMaxChoiceLength);
+        return hostText("ChoiceNoText").arg(keyword, QString::number(kMaxChoiceLength));
     return std::nullopt;
 }
 
 std::optional<QString> problemOfOptions(const QJsonValue& options) {
     if (!options.isObject() && !options.isUndefined())
-        return QStringLiteral("its options are no object");
+        return hostText("OptionsNoObject");
     const QJsonObject all = options.toObject();
     for (auto option = all.begin(); option != all.end(); ++option)
         if (const auto problem = problemOfOption(option.key(), option.value()))
@@ -60,15 +59,14 @@ bool isCopies(const QJsonValue& copies) {
 /// The rest of a sentence about a preset, or nothing when it is good.
 std::optional<QString> problemOf(const QJsonObject& entry) {
     if (!entry.value(kNameKey).isString())
-        return QStringLiteral("its name is no text");
+        return hostText("NameNoText");
     if (presetNameProblem(entry.value(kNameKey).toString()))
-        return QStringLiteral("its name cannot be a preset's");
+        return hostText("NameUnusable");
     const QJsonValue pageSize = entry.value(kPageSizeKey);
     if (!pageSize.isUndefined() && !pageSize.isString())
-        return QStringLiteral("its page size is no text");
+        return hostText("PageSizeNoText");
     if (!isCopies(entry.value(kCopiesKey)))
-        return QStringLiteral("its copies are no whole number from 1 to %1")
-            .arg(Preset::kMaxCopies);
+        return hostText("CopiesNoNumber").arg(Preset::kMaxCopies);
     return problemOfOptions(entry.value(kOptionsKey));
 }
 
@@ -85,7 +83,7 @@ Preset presetOf(const QJsonObject& entry) {
 
 PresetFile::Entry entryOf(const QJsonValue& value) {
     if (!value.isObject())
-        return PresetFile::Damaged{QString(), QStringLiteral("it is no object")};
+        return PresetFile::Damaged{QString(), hostText("EntryNoObject")};
     const QJsonObject entry = value.toObject();
     if (const auto problem = problemOf(entry))
         return PresetFile::Damaged{entry.value(kNameKey).toString(), *problem};
@@ -108,11 +106,11 @@ QJsonObject filled(QJsonObject entry, const Preset& preset) {
 
 std::optional<QString> problemOfRoot(const QJsonObject& root) {
     if (root.value(kFormatKey) != QLatin1String(kFormat))
-        return QStringLiteral("it is no preset file");
+        return hostText("NoPresetFile");
     if (root.value(kVersionKey) != kVersion)
-        return QStringLiteral("it is of a version that this program does not know");
+        return hostText("VersionUnknown");
     if (!root.value(kPresetsKey).isArray())
-        return QStringLiteral("its list of presets is missing");
+        return hostText("ListMissing");
     return std::nullopt;
 }
 
@@ -129,8 +127,7 @@ std::optional<PresetFile> PresetFile::fromBytes(const QByteArray& bytes, QString
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError) {
-        *problem = QStringLiteral("it is no JSON at byte %1, %2")
-                       .arg(QString::number(error.offset), error.errorString());
+        *problem = hostText("NoJson").arg(QString::number(error.offset), error.errorString());
         return std::nullopt;
     }
     if (const auto reason = problemOfRoot(document.object())) {
@@ -153,7 +150,7 @@ std::vector<PresetFile::Entry> PresetFile::entries() const {
         Entry entry = entryOf(value);
         if (const auto* preset = std::get_if<Preset>(&entry)) {
             if (names.contains(preset->name))
-                entry = Damaged{preset->name, QStringLiteral("an earlier one has its name")};
+                entry = Damaged{preset->name, hostText("NameTwice")};
             else
                 names.insert(preset->name);
         }

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "host/presets/saved_defaults.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -155,21 +156,10 @@ PresetMatch matchPreset(ppd_file_t* ppd, const Preset& preset) {
 
 QString describe(ppd_file_t* ppd, const MissingChoice& missing) {
     const QString typed = QStringLiteral("%1=%2").arg(missing.keyword, missing.choice);
-    switch (missing.reason) {
-    case MissingChoice::Reason::NoSuchOption:
-        return QStringLiteral(
-                   "This printer has no option \"%1\" (any more), so that \"%2\" cannot be "
-                   "used.")
-            .arg(missing.keyword, typed);
-    case MissingChoice::Reason::NoSuchChoice:
-        return QStringLiteral("\"%1\" of this printer has no choice \"%2\" (any more), so that "
-                              "\"%3\" cannot be used.")
-            .arg(titleOf(ppd, missing.keyword), missing.choice, typed);
-    case MissingChoice::Reason::BadValue:
-        break;
-    }
-    return QStringLiteral("\"%1\" of this printer does not take the value \"%2\", so that \"%3\" "
-                          "cannot be used.")
+    if (missing.reason == MissingChoice::Reason::NoSuchOption)
+        return hostText("OptionGone").arg(missing.keyword, typed);
+    const bool isBadValue = missing.reason == MissingChoice::Reason::BadValue;
+    return hostText(isBadValue ? "ValueRefused" : "ChoiceGone")
         .arg(titleOf(ppd, missing.keyword), missing.choice, typed);
 }
 

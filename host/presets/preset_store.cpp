@@ -16,6 +16,7 @@
 #include <functional>
 
 #include "host/presets/preset_file.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -30,10 +31,7 @@ Error failure(QString sentence) {
 }
 
 Error cannotWrite(const QString& path, const QString& reason) {
-    return failure(QStringLiteral("\"%1\" cannot be written (%2), and what was there before is "
-                                  "unchanged. Make room on the disk, or let yourself write into "
-                                  "that folder, then try again.")
-                       .arg(path, reason));
+    return failure(hostText("NotKept").arg(path, reason));
 }
 
 /// What stands in a file, or why it cannot be used.
@@ -52,9 +50,9 @@ Contents contentsOf(const QString& path) {
     if (!info.exists())
         return {};
     if (!info.isFile()) // reading from a pipe would wait
-        return damaged(QStringLiteral("it is no regular file"));
+        return damaged(hostText("NoRegularFile"));
     if (info.size() > PresetStore::kMaxFileSize)
-        return damaged(QStringLiteral("it has more than %1 bytes").arg(PresetStore::kMaxFileSize));
+        return damaged(hostText("TooManyBytes").arg(PresetStore::kMaxFileSize));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return damaged(file.errorString());
@@ -67,32 +65,27 @@ Contents contentsOf(const QString& path) {
 }
 
 QString sentenceFor(const PresetFile::Damaged& preset, std::size_t number, const QString& path) {
-    const QString which = preset.name.isEmpty()
-                              ? QStringLiteral("Preset number %1").arg(number)
-                              : QStringLiteral("The preset \"%1\"").arg(preset.name);
-    return QStringLiteral("%1 in \"%2\" cannot be used: %3. It stays in the file, and the others "
-                          "are not touched.")
-        .arg(which, path, preset.reason);
+    if (preset.name.isEmpty())
+        return hostText("PresetNumberUnusable").arg(QString::number(number), path, preset.reason);
+    return hostText("PresetInFileUnusable").arg(preset.name, path, preset.reason);
 }
 
 /// Renames a file that cannot be used so that nothing writes over it. @return the new path.
 Result<QString> setAside(const QString& path) {
     for (int number = 1; number <= kMaxSetAside; ++number) {
-        const QString other = QStringLiteral("%1.damaged-%2").arg(path).arg(number);
+        const QString other = path + QStringLiteral(".damaged-%1").arg(number);
         if (const QFileInfo info(other); info.exists() || info.isSymLink())
             continue;
         if (QFile file(path); !file.rename(other))
             return cannotWrite(path, file.errorString());
         return other;
     }
-    return cannotWrite(path, QStringLiteral("too many damaged files are kept beside it"));
+    return cannotWrite(path, hostText("TooManySetAside"));
 }
 
 Result<Done> write(const QString& path, const QByteArray& bytes) {
     if (bytes.size() > PresetStore::kMaxFileSize)
-        return cannotWrite(path, QStringLiteral("it would have more than %1 bytes; remove presets "
-                                                "that are no longer used")
-                                     .arg(PresetStore::kMaxFileSize));
+        return cannotWrite(path, hostText("WouldBeTooLarge").arg(PresetStore::kMaxFileSize));
     QSaveFile file(path);
     const bool isOpen = file.open(QIODevice::WriteOnly) &&
                         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
@@ -104,12 +97,9 @@ Result<Done> write(const QString& path, const QByteArray& bytes) {
 
 Error cannotLock(const QString& path, QLockFile::LockError error) {
     if (error == QLockFile::LockFailedError)
-        return failure(QStringLiteral("\"%1\" is being changed by another program, which does not "
-                                      "come to an end. Close other print dialogs, then try again.")
-                           .arg(path));
-    return cannotWrite(path, error == QLockFile::PermissionError
-                                 ? QStringLiteral("the folder does not let you")
-                                 : QStringLiteral("its lock cannot be made there"));
+        return failure(hostText("FileBusy").arg(path));
+    return cannotWrite(
+        path, hostText(error == QLockFile::PermissionError ? "FolderRefuses" : "LockImpossible"));
 }
 
 /// The lock's own waiting doubles its pauses, so that the unlucky one of several would starve.
@@ -132,7 +122,7 @@ Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& p
                                    const Change& change) {
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
-        return cannotWrite(path, QStringLiteral("its folder cannot be made"));
+        return cannotWrite(path, hostText("FolderImpossible"));
     QLockFile lock(path + QStringLiteral(".lock"));
     if (!isLocked(lock))
         return cannotLock(path, lock.error());
@@ -152,26 +142,22 @@ Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& p
         QFile::rename(*other, path);
         return written.error();
     }
-    return PresetStore::Notes{QStringLiteral("\"%1\" could not be used: %2. It is kept as \"%3\".")
-                                  .arg(path, contents.damage, *other)};
+    return PresetStore::Notes{hostText("KeptAside").arg(path, contents.damage, *other)};
 }
 
 Error noSuchPreset(const PrinterIdentity& printer, const QString& name,
                    const std::vector<Preset>& present) {
     QStringList names;
     for (const Preset& preset : present)
-        names << u'"' + preset.name + u'"';
-    const QString rest = names.isEmpty()
-                             ? QStringLiteral("It has none.")
-                             : QStringLiteral("It has %1.").arg(names.join(QStringLiteral(", ")));
-    return failure(QStringLiteral("The printer \"%1\" has no preset \"%2\". %3")
-                       .arg(printer.title(), name, rest));
+        names << hostText("Quoted").arg(preset.name);
+    if (names.isEmpty())
+        return failure(hostText("NoPresets").arg(printer.title(), name));
+    return failure(hostText("NoSuchPreset")
+                       .arg(printer.title(), name, names.join(hostText("SentenceSeparator"))));
 }
 
 Error nameTaken(const PrinterIdentity& printer, const QString& name) {
-    return failure(QStringLiteral("The printer \"%1\" has a preset \"%2\" already. Choose another "
-                                  "name, or have the old one replaced.")
-                       .arg(printer.title(), name));
+    return failure(hostText("PresetNameTaken").arg(printer.title(), name));
 }
 
 std::vector<Preset> presetsIn(const PresetFile& file) {
@@ -190,8 +176,7 @@ std::optional<Error> problemOf(const PrinterIdentity& printer, const Preset& pre
     file.put(preset);
     const std::vector<PresetFile::Entry> entries = file.entries();
     if (const auto* damage = std::get_if<PresetFile::Damaged>(&entries.front()))
-        return failure(QStringLiteral("The preset \"%1\" cannot be kept: %2.")
-                           .arg(preset.name, damage->reason));
+        return failure(hostText("PresetNotKept").arg(preset.name, damage->reason));
     return std::nullopt;
 }
 
@@ -214,10 +199,7 @@ PresetList PresetStore::list(const PrinterIdentity& printer) const {
     const Contents contents = contentsOf(path);
     PresetList list;
     if (!contents.damage.isEmpty())
-        list.problems << QStringLiteral("The presets in \"%1\" cannot be used: %2. The next preset "
-                                        "that you save goes to a new file, and this one is kept "
-                                        "under another name.")
-                             .arg(path, contents.damage);
+        list.problems << hostText("PresetsUnusable").arg(path, contents.damage);
     if (!contents.file)
         return list;
     std::size_t number = 0;
@@ -242,7 +224,7 @@ Result<Preset> PresetStore::load(const PrinterIdentity& printer, const QString& 
         return *found;
     Error error = noSuchPreset(printer, name, all.presets);
     for (const QString& problem : all.problems)
-        error.sentence += u' ' + problem;
+        error.sentence = joinedSentences({error.sentence, problem});
     return error;
 }
 

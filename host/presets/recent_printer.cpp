@@ -9,6 +9,8 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 namespace {
@@ -34,10 +36,7 @@ Result<Done> write(const RecentPrinter& recent, const QString& path) {
     // A commit alone passes over what fails while the last bytes leave the buffer.
     if (!isOpen || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         return Error{ErrorKind::Other,
-                     QStringLiteral("The printer is not remembered: \"%1\" cannot be written (%2). "
-                                    "Make room on the disk, or let yourself write into that "
-                                    "folder.")
-                         .arg(path, file.errorString())};
+                     hostText("PrinterNotRemembered").arg(path, file.errorString())};
     return Done();
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "host/presets/preset.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -168,7 +169,7 @@ void addLine(SavedOptions& saved, QByteArray line) {
 }
 
 QString cannotRead(const QString& path, const QString& reason) {
-    return QStringLiteral("The saved options in \"%1\" are not used: %2.").arg(path, reason);
+    return hostText("SavedOptionsUnused").arg(path, reason);
 }
 
 /// @return nothing when the file was read or does not exist, otherwise a sentence.
@@ -177,12 +178,12 @@ std::optional<QString> addFile(SavedOptions& saved, const QString& path) {
     if (!info.exists())
         return std::nullopt;
     if (!info.isFile())
-        return cannotRead(path, QStringLiteral("it is no regular file"));
+        return cannotRead(path, hostText("NoRegularFile"));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return cannotRead(path, file.errorString());
     if (file.size() > kMaxFileSize)
-        return cannotRead(path, QStringLiteral("it has more than %1 bytes").arg(kMaxFileSize));
+        return cannotRead(path, hostText("TooManyBytes").arg(kMaxFileSize));
     const QByteArray contents = file.read(kMaxFileSize);
     if (file.error() != QFileDevice::NoError)
         return cannotRead(path, file.errorString());

@@ -11,6 +11,8 @@
 #include "host/presets/preset_match.h"
 #include "host/printers/printer_directory.h"
 #include "host/printers/printer_state.h"
+#include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -23,45 +25,39 @@ constexpr int kRemoveTime = 1'000;
 /// Milliseconds after which a wish to stop is seen.
 constexpr int kNap = 50;
 
-Error cancelled() {
-    return {ErrorKind::Cancelled, QStringLiteral("Cancelled; nothing is printed.")};
-}
-
 Error unreadable(const QString& path, const QString& reason) {
-    return {ErrorKind::DocumentUnreadable,
-            QStringLiteral("\"%1\" cannot be read (%2), and nothing was printed. Check the file "
-                           "and print again.")
-                .arg(path, reason)};
+    return {ErrorKind::DocumentUnreadable, hostText("FileUnreadable").arg(path, reason)};
 }
 
 Error gaveUp(const JobStatus& job) {
-    const QString words =
-        job.message.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(job.message);
-    return {ErrorKind::Other, QStringLiteral("The print service gave up job %1%2. Its error log "
-                                             "says more; your choices are kept, so that you can "
-                                             "print again.")
-                                  .arg(job.id)
-                                  .arg(words)};
+    const QString id = QString::number(job.id);
+    return {ErrorKind::Other, job.message.isEmpty()
+                                  ? hostText("JobGivenUp").arg(id)
+                                  : hostText("JobGivenUpBecause").arg(id, job.message)};
 }
 
-QString sentenceFor(const JobStatus& job) {
-    switch (job.state) {
+const char* textFor(JobState state) {
+    switch (state) {
     case JobState::Pending:
-        return QStringLiteral("Job %1 waits for its turn.").arg(job.id);
+        return QT_TRID_NOOP("JobPending");
     case JobState::Held:
-        return QStringLiteral("Job %1 is held until somebody releases it.").arg(job.id);
+        return QT_TRID_NOOP("JobHeld");
     case JobState::Processing:
-        return QStringLiteral("Job %1 is being printed.").arg(job.id);
+        return QT_TRID_NOOP("JobProcessing");
     case JobState::Stopped:
-        return QStringLiteral("Job %1 has come to a stop.").arg(job.id);
+        return QT_TRID_NOOP("JobStopped");
     case JobState::Canceled:
-        return QStringLiteral("Job %1 was cancelled.").arg(job.id);
+        return QT_TRID_NOOP("JobCancelled");
     case JobState::Aborted:
-        return QStringLiteral("Job %1 was given up.").arg(job.id);
+        return QT_TRID_NOOP("JobAborted");
     case JobState::Completed:
         break;
     }
-    return QStringLiteral("Job %1: the printer has all of it.").arg(job.id);
+    return QT_TRID_NOOP("JobCompleted");
+}
+
+QString sentenceFor(const JobStatus& job) {
+    return hostText(textFor(job.state)).arg(job.id);
 }
 
 std::optional<JobEnd> endOf(JobState state) {
@@ -113,11 +109,11 @@ void JobSender::Errand::run(const BackgroundCall::Link& link) {
         return fail(link, *problem);
     QFile document(job.documentPath);
     if (!QFileInfo(job.documentPath).isFile())
-        return fail(link, unreadable(job.documentPath, QStringLiteral("it is no regular file")));
+        return fail(link, unreadable(job.documentPath, hostText("NoRegularFile")));
     if (!document.open(QIODevice::ReadOnly))
         return fail(link, unreadable(job.documentPath, document.errorString()));
     if (link.isCancelled())
-        return fail(link, cancelled());
+        return fail(link, printerrors::cancelled());
 
     // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
     const Result<int> id = service.createJob(job.request, {limits.request, nullptr});
@@ -206,13 +202,13 @@ QString JobSender::Errand::sentencesFor(const BackgroundCall::Link& link,
     const auto printer = service.queueAttributes(job.request.queue, within(link, limits.request));
     if (!printer || !needsAttention(printer->queue))
         return own;
-    return QStringLiteral("%1 %2: %3").arg(own, printer->queue.name, stateSentence(printer->queue));
+    return hostText("JobAndPrinter").arg(own, printer->queue.name, stateSentence(printer->queue));
 }
 
 void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
     const auto removed = service.cancelJob(id, job.request.user, {kRemoveTime, nullptr});
     if (removed)
-        return fail(link, cancelled());
+        return fail(link, printerrors::cancelled());
     // Perhaps it came to its end before.
     const auto status = service.jobAttributes(id, {kNap, nullptr});
     const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
@@ -239,9 +235,8 @@ PpdCheck choicesStillThere(const QString& queue, const std::vector<ppd::Setting>
         if (match.missing.empty())
             return std::nullopt;
         return Error{ErrorKind::Other,
-                     QStringLiteral("The printer \"%1\" has changed, and nothing was printed. %2 "
-                                    "Look through the choices, then print again.")
-                         .arg(queue, describe(ppd->get(), match.missing).join(u' '))};
+                     hostText("ChoicesGone")
+                         .arg(queue, joinedSentences(describe(ppd->get(), match.missing)))};
     };
 }
 
@@ -295,9 +290,7 @@ void JobSender::finish(JobEnd end) {
 /// The service is slow to answer; what is left to do is done without anybody waiting for it.
 void JobSender::giveUpWaiting() {
     mCall.drop();
-    fail({ErrorKind::Cancelled,
-          QStringLiteral("Cancelled. The print service has not confirmed it yet: \"lpstat\" shows "
-                         "whether a job has stayed in its queue.")});
+    fail({ErrorKind::Cancelled, hostText("CancelUnconfirmed")});
 }
 
 } // namespace labelcut

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 PrinterDirectory::PrinterDirectory(CupsConnection service, QObject* parent)
@@ -88,10 +90,7 @@ void PrinterDirectory::endRefresh() {
 
 Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue) {
     const auto failure = [&](const QString& reason) {
-        return Error{ErrorKind::Other,
-                     QStringLiteral("The printer description (PPD) of \"%1\" cannot be used: %2. "
-                                    "Set the printer up again, or open a PPD file instead.")
-                         .arg(queue, reason)};
+        return Error{ErrorKind::Other, hostText("PpdUnusable").arg(queue, reason)};
     };
     QTemporaryFile file;
     if (!file.open() || file.write(ppd) != ppd.size() || !file.flush())
@@ -102,7 +101,7 @@ Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue) {
         return opened;
     return failure(error.line == 0
                        ? error.reason
-                       : QStringLiteral("%1 in line %2").arg(error.reason).arg(error.line));
+                       : hostText("ReasonInLine").arg(error.reason, QString::number(error.line)));
 }
 
 } // namespace labelcut

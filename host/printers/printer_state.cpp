@@ -6,51 +6,60 @@
 #include <algorithm>
 #include <array>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 namespace {
 
 struct ReasonRow {
     QLatin1String keyword; ///< Without the severity at its end.
-    QLatin1String text;
+    const char* text;      ///< Key of a text without a full stop.
 };
 
 /// Keywords of RFC 8011, 5.4.12, and those that the print service adds.
 constexpr std::array kReasons = {
-    ReasonRow{QLatin1String("media-needed"), QLatin1String("Put in paper or tape")},
-    ReasonRow{QLatin1String("media-empty"), QLatin1String("Paper or tape is used up")},
-    ReasonRow{QLatin1String("media-low"), QLatin1String("Paper or tape is nearly used up")},
-    ReasonRow{QLatin1String("media-jam"), QLatin1String("Paper or tape is jammed")},
-    ReasonRow{QLatin1String("cover-open"), QLatin1String("A cover is open")},
-    ReasonRow{QLatin1String("door-open"), QLatin1String("A door is open")},
-    ReasonRow{QLatin1String("interlock-open"), QLatin1String("A safety switch is open")},
-    ReasonRow{QLatin1String("input-tray-missing"), QLatin1String("An input tray is missing")},
-    ReasonRow{QLatin1String("output-tray-missing"), QLatin1String("An output tray is missing")},
-    ReasonRow{QLatin1String("output-area-full"), QLatin1String("The output tray is full")},
-    ReasonRow{QLatin1String("output-area-almost-full"),
-              QLatin1String("The output tray is nearly full")},
-    ReasonRow{QLatin1String("marker-supply-empty"), QLatin1String("Ink or ribbon is used up")},
-    ReasonRow{QLatin1String("marker-supply-low"), QLatin1String("Ink or ribbon is nearly used up")},
-    ReasonRow{QLatin1String("marker-waste-full"), QLatin1String("The waste container is full")},
-    ReasonRow{QLatin1String("marker-waste-almost-full"),
-              QLatin1String("The waste container is nearly full")},
-    ReasonRow{QLatin1String("toner-empty"), QLatin1String("Toner is used up")},
-    ReasonRow{QLatin1String("toner-low"), QLatin1String("Toner is nearly used up")},
-    ReasonRow{QLatin1String("offline"), QLatin1String("The printer is switched off or offline")},
-    ReasonRow{QLatin1String("shutdown"), QLatin1String("The printer is switched off")},
-    ReasonRow{QLatin1String("connecting-to-device"),
-              QLatin1String("The print service is connecting to the printer")},
-    ReasonRow{QLatin1String("timed-out"), QLatin1String("The printer does not answer")},
-    ReasonRow{QLatin1String("stopping"), QLatin1String("The printer is stopping")},
-    ReasonRow{QLatin1String("stopped-partly"), QLatin1String("Some of the printers are stopped")},
-    ReasonRow{QLatin1String("spool-area-full"),
-              QLatin1String("The print service has no room for jobs")},
-    ReasonRow{QLatin1String("cups-missing-filter"),
-              QLatin1String("The printer's driver is not installed in full")},
-    ReasonRow{QLatin1String("cups-insecure-filter"),
-              QLatin1String("The printer's driver may be changed by others and is not used")},
-    ReasonRow{QLatin1String("cups-waiting-for-job-completed"),
-              QLatin1String("The printer is finishing a job")},
+    ReasonRow{QLatin1String("media-needed"), QT_TRID_NOOP("MediaNeeded")},
+    ReasonRow{QLatin1String("media-empty"), QT_TRID_NOOP("MediaEmpty")},
+    ReasonRow{QLatin1String("media-low"), QT_TRID_NOOP("MediaLow")},
+    ReasonRow{QLatin1String("media-jam"), QT_TRID_NOOP("MediaJam")},
+    ReasonRow{QLatin1String("cover-open"), QT_TRID_NOOP("CoverOpen")},
+    ReasonRow{QLatin1String("door-open"), QT_TRID_NOOP("DoorOpen")},
+    ReasonRow{QLatin1String("interlock-open"), QT_TRID_NOOP("InterlockOpen")},
+    ReasonRow{QLatin1String("input-tray-missing"), QT_TRID_NOOP("InputTrayMissing")},
+    ReasonRow{QLatin1String("output-tray-missing"), QT_TRID_NOOP("OutputTrayMissing")},
+    ReasonRow{QLatin1String("output-area-full"), QT_TRID_NOOP("OutputFull")},
+    ReasonRow{QLatin1String("output-area-almost-full"), QT_TRID_NOOP("OutputNearlyFull")},
+    ReasonRow{QLatin1String("marker-supply-empty"), QT_TRID_NOOP("InkEmpty")},
+    ReasonRow{QLatin1String("marker-supply-low"), QT_TRID_NOOP("InkLow")},
+    ReasonRow{QLatin1String("marker-waste-full"), QT_TRID_NOOP("WasteFull")},
+    ReasonRow{QLatin1String("marker-waste-almost-full"), QT_TRID_NOOP("WasteNearlyFull")},
+    ReasonRow{QLatin1String("toner-empty"), QT_TRID_NOOP("TonerEmpty")},
+    ReasonRow{QLatin1String("toner-low"), QT_TRID_NOOP("TonerLow")},
+    ReasonRow{QLatin1String("offline"), QT_TRID_NOOP("Offline")},
+    ReasonRow{QLatin1String("shutdown"), QT_TRID_NOOP("SwitchedOff")},
+    ReasonRow{QLatin1String("connecting-to-device"), QT_TRID_NOOP("Connecting")},
+    ReasonRow{QLatin1String("timed-out"), QT_TRID_NOOP("TimedOut")},
+    ReasonRow{QLatin1String("stopping"), QT_TRID_NOOP("Stopping")},
+    ReasonRow{QLatin1String("stopped-partly"), QT_TRID_NOOP("StoppedPartly")},
+    ReasonRow{QLatin1String("spool-area-full"), QT_TRID_NOOP("SpoolFull")},
+    ReasonRow{QLatin1String("cups-missing-filter"), QT_TRID_NOOP("DriverIncomplete")},
+    ReasonRow{QLatin1String("cups-insecure-filter"), QT_TRID_NOOP("DriverInsecure")},
+    ReasonRow{QLatin1String("cups-waiting-for-job-completed"), QT_TRID_NOOP("FinishingJob")},
+};
+
+/// What services say of a state besides the state itself, in the words of their own language.
+struct StateWords {
+    PMPrinterState state;
+    QLatin1String words;
+};
+constexpr std::array kStateWords = {
+    StateWords{PMPrinterState::Idle, QLatin1String("idle")},
+    StateWords{PMPrinterState::Idle, QLatin1String("ready")},
+    StateWords{PMPrinterState::Processing, QLatin1String("printing")},
+    StateWords{PMPrinterState::Processing, QLatin1String("processing")},
+    StateWords{PMPrinterState::Stopped, QLatin1String("paused")},
+    StateWords{PMPrinterState::Stopped, QLatin1String("stopped")},
 };
 
 constexpr std::array kSeverities = {QLatin1String("-error"), QLatin1String("-warning"),
@@ -69,25 +78,29 @@ bool isState(const QString& reason) {
     return bare == u"none" || bare == u"paused" || bare == u"moving-to-paused";
 }
 
+/// Whether the state is all that the message says, as "Paused" of a paused queue.
+bool repeatsState(QString message, PMPrinterState state) {
+    message = message.simplified();
+    if (message.endsWith(u'.'))
+        message.chop(1);
+    return std::ranges::any_of(kStateWords, [&](const StateWords& row) {
+        return row.state == state && message.compare(row.words, Qt::CaseInsensitive) == 0;
+    });
+}
+
 QString asSentence(QString text) {
     text = text.simplified();
-    const bool isEnded = text.endsWith(u'.') || text.endsWith(u'!') || text.endsWith(u'?');
-    return text.isEmpty() || isEnded ? text : text + u'.';
+    const bool isEnded = text.isEmpty() || QStringLiteral(".!?。！？").contains(text.back());
+    return isEnded ? text : hostText("WithFullStop").arg(text);
 }
 
 QString ownState(const Queue& queue) {
     const bool isPaused = queue.state == PMPrinterState::Stopped;
-    if (isPaused && !queue.isAccepting)
-        return QStringLiteral("Paused, and takes no jobs: choose another printer, or have this one "
-                              "resumed and let it accept jobs again.");
     if (isPaused)
-        return QStringLiteral("Paused: jobs are held until it is resumed.");
+        return hostText(queue.isAccepting ? "Paused" : "PausedAndRejecting");
     if (!queue.isAccepting)
-        return QStringLiteral("Takes no jobs: choose another printer, or let this one accept jobs "
-                              "again.");
-    return queue.state == PMPrinterState::Processing
-               ? QStringLiteral("Printing: jobs wait for their turn.")
-               : QString();
+        return hostText("TakesNoJobs");
+    return queue.state == PMPrinterState::Processing ? hostText("PrintingNow") : QString();
 }
 
 } // namespace
@@ -96,10 +109,10 @@ QString reasonText(const QString& reason) {
     const QString bare = withoutSeverity(reason);
     const auto row = std::ranges::find(kReasons, bare, &ReasonRow::keyword);
     if (row != kReasons.end())
-        return row->text;
+        return hostText(row->text);
     QString words = bare;
     words.replace(u'-', u' ').replace(u'_', u' ');
-    return QStringLiteral("The printer says: %1").arg(words.simplified());
+    return hostText("PrinterSays").arg(words.simplified());
 }
 
 QString stateSentence(const Queue& queue) {
@@ -107,10 +120,11 @@ QString stateSentence(const Queue& queue) {
     for (const QString& reason : queue.stateReasons)
         if (!isState(reason))
             sentences << asSentence(reasonText(reason));
-    sentences << asSentence(queue.stateMessage);
+    if (!repeatsState(queue.stateMessage, queue.state))
+        sentences << asSentence(queue.stateMessage);
     sentences.removeAll(QString());
     sentences.removeDuplicates();
-    return sentences.isEmpty() ? QStringLiteral("Ready.") : sentences.join(u' ');
+    return sentences.isEmpty() ? hostText("Ready") : joinedSentences(sentences);
 }
 
 bool needsAttention(const Queue& queue) {
@@ -121,9 +135,7 @@ bool needsAttention(const Queue& queue) {
 }
 
 QString goneSentence(const QString& name) {
-    return QStringLiteral("The printer \"%1\" is gone: nothing can be printed there. Choose "
-                          "another one; your choices stay as far as it has them.")
-        .arg(name);
+    return hostText("PrinterGone").arg(name);
 }
 
 } // namespace labelcut

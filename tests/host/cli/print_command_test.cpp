@@ -180,22 +180,22 @@ TEST_F(PrintCommandTest, NeitherADisplayNorARuntimeFolderNorALocaleIsNeeded) {
 
 TEST_F(PrintCommandTest, AnUnknownOptionOrChoiceIsNamed) {
     EXPECT_THAT(refusalOf("--set KvHalfcutt=ON"),
-                HasSubstr("The printer has no option \"KvHalfcutt\"; did you mean KvHalfCut?"));
+                HasSubstr("The printer has no option “KvHalfcutt”; did you mean KvHalfCut?"));
     EXPECT_THAT(refusalOf("--set KvHalfCut=MAYBE"),
-                HasSubstr("The option KvHalfCut has no choice \"MAYBE\"; it offers OFF, ON."));
+                HasSubstr("The option KvHalfCut has no choice “MAYBE”; it offers OFF, ON."));
     EXPECT_THAT(refusalOf("--page-size A4"),
-                HasSubstr("The option PageSize has no choice \"A4\"; it offers T6, T9, "));
+                HasSubstr("The option PageSize has no choice “A4”; it offers T6, T9, "));
     EXPECT_THAT(refusalOf("--set KvHalfCut=ON", kRollPpd),
-                HasSubstr("The printer has no option \"KvHalfCut\";"));
+                HasSubstr("The printer has no option “KvHalfCut”;"));
 }
 
 TEST_F(PrintCommandTest, AConflictNamesBothSidesAndTheWayOut) {
     EXPECT_THAT(refusalOf("--set KvSpecialTape=ON"),
-                HasSubstr("\"Auto cut: On (KvAutoTapeCut=ON)\" and \"Special tape: On "
-                          "(KvSpecialTape=ON)\" exclude each other. Add --set KvAutoTapeCut=OFF."));
+                HasSubstr("“Auto cut: On (KvAutoTapeCut=ON)” and “Special tape: On "
+                          "(KvSpecialTape=ON)” exclude each other. Add --set KvAutoTapeCut=OFF."));
     EXPECT_THAT(refusalOf("--set KvSpecialTape=ON --set KvHalfCut=ON"),
-                HasSubstr("\"Half cut: On (KvHalfCut=ON)\" and \"Special tape: On "
-                          "(KvSpecialTape=ON)\" exclude each other. Ask for one of them only."));
+                HasSubstr("“Half cut: On (KvHalfCut=ON)” and “Special tape: On "
+                          "(KvSpecialTape=ON)” exclude each other. Ask for one of them only."));
 }
 
 TEST_F(PrintCommandTest, AFileThatCannotBePrintedIsNamed) {
@@ -204,17 +204,18 @@ TEST_F(PrintCommandTest, AFileThatCannotBePrintedIsNamed) {
     EXPECT_THAT(refused(mFolder.path(QStringLiteral("."))), HasSubstr("is a folder"));
     EXPECT_THAT(refused(mFolder.file(QStringLiteral("empty.pdf"), "")), HasSubstr("is empty"));
     EXPECT_THAT(refused(mFolder.file(QStringLiteral("zip.pdf"), "PK\x03\x04")),
-                HasSubstr("zip.pdf\" is not a PDF, PostScript, PNG, JPEG, SVG or plain text"));
+                HasSubstr("zip.pdf” is not a PDF, PostScript, PNG, JPEG, SVG or plain text"));
     EXPECT_THAT(refused(mFolder.file(QStringLiteral("broken.pdf"), "%PDF-1.7\nnothing more")),
-                HasSubstr("broken.pdf\" is a broken PDF file"));
+                HasSubstr("broken.pdf” is a broken PDF file"));
     EXPECT_THAT(refused(mFolder.encryptedPdf(QStringLiteral("locked.pdf"))),
-                HasSubstr("locked.pdf\" is encrypted"));
+                HasSubstr("locked.pdf” is encrypted"));
     EXPECT_THAT(refused(mFolder.file(QStringLiteral("wrong.ps"), "%!PS\nnoSuchOperator\n")),
                 HasSubstr("/undefined in noSuchOperator"));
 }
 
 TEST_F(PrintCommandTest, ARangeBehindTheLastPageIsRefused) {
-    EXPECT_THAT(refusalOf("--pages 13-"), HasSubstr("There is no page 13-; the document has 12."));
+    EXPECT_THAT(refusalOf("--pages 13-"),
+                HasSubstr("There is no label in the range 13-; the document has 12."));
 }
 
 TEST_F(PrintCommandTest, ADamagedFileIsPrintedWithAWarning) {
@@ -247,10 +248,10 @@ TEST_F(PrintCommandTest, AFullDiskLeavesNoFileAndSaysSo) {
 TEST_F(PrintCommandTest, AFullDeviceAndAMissingFolderAreNamed) {
     QStringList toFull = arguments(kLabels, kTapePpd);
     toFull.replace(toFull.indexOf(output()), QStringLiteral("/dev/full"));
-    EXPECT_THAT(refusal(toFull), HasSubstr("\"/dev/full\" cannot be written (No space left"));
+    EXPECT_THAT(refusal(toFull), HasSubstr("“/dev/full” cannot be written (No space left"));
     QStringList nowhere = arguments(kLabels, kTapePpd);
     nowhere.replace(nowhere.indexOf(output()), mFolder.path(QStringLiteral("no/out.ps")));
-    EXPECT_THAT(refusal(nowhere), HasSubstr("no/out.ps\" cannot be written (No such file"));
+    EXPECT_THAT(refusal(nowhere), HasSubstr("no/out.ps” cannot be written (No such file"));
 }
 
 TEST_F(PrintCommandTest, AnOlderFileStaysWhenPrintingFails) {

@@ -99,11 +99,11 @@ TEST(PluginLoader, ListsEachUnusableFileWithItsReasonAndLoadsTheRest) {
         {"no_panels.so", "its root object offers no panels"},
         {"no_plugin.so", "not a plug-in, or it is damaged"},
         {"older.so", "it was built for version 0 of the interface, this is 1"},
-        {"other_iid.so", "\"org.labelcut.SomethingElse/1\""},
+        {"other_iid.so", "“org.labelcut.SomethingElse/1”"},
         {"text.so", "not a plug-in, or it is damaged"},
         {"throws_a_number.so", "its constructor failed"},
         {"throws_an_error.so", "its constructor failed: out of order"},
-        {"without_id.so", "its metadata has no \"id\""},
+        {"without_id.so", "its metadata has no “id”"},
         {"without_version.so", "it was built for version 0 of the interface, this is 1"},
         {"zeros.so", "not a plug-in, or it is damaged"},
     };
@@ -116,7 +116,7 @@ TEST(PluginLoader, ListsEachUnusableFileWithItsReasonAndLoadsTheRest) {
     ASSERT_EQ(search.refused.size(), std::size(refusals)) << refused.join(u'\n').toStdString();
     for (std::size_t i = 0; i < std::size(refusals); ++i) {
         EXPECT_EQ(search.refused[i].file, folder.filePath(QLatin1String(refusals[i].file)));
-        EXPECT_TRUE(search.refused[i].reason.contains(QLatin1String(refusals[i].reason)))
+        EXPECT_TRUE(search.refused[i].reason.contains(QString::fromUtf8(refusals[i].reason)))
             << refusals[i].file << ": " << search.refused[i].reason.toStdString();
     }
     ASSERT_EQ(search.loaded.size(), 2U);

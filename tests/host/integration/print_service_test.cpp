@@ -99,7 +99,7 @@ TEST_F(PrintServiceTest, APausedQueueTakesTheJobAndSaysThatItWaits) {
 
 TEST_F(PrintServiceTest, ChoicesAreCheckedBeforeTheServiceSeesAJob) {
     EXPECT_THAT(refusal(printOn("tape", words("--set KvHalfCut=MAYBE"))),
-                HasSubstr("The option KvHalfCut has no choice \"MAYBE\""));
+                HasSubstr("The option KvHalfCut has no choice “MAYBE”"));
     EXPECT_THAT(refusal(printOn("tape", words("--set KvSpecialTape=ON"))),
                 HasSubstr("exclude each other. Add --set KvAutoTapeCut=OFF."));
 }

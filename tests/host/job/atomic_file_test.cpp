@@ -74,7 +74,7 @@ TEST(AtomicFileTest, AFullDiskLeavesNoFile) {
     const SmallDisk disk;
     const Result<qint64> size = writeWhole(path, oneMegabyte);
     ASSERT_FALSE(size);
-    EXPECT_THAT(size.error().sentence.toStdString(), HasSubstr("out.ps\" cannot be written"));
+    EXPECT_THAT(size.error().sentence.toStdString(), HasSubstr("out.ps” cannot be written"));
     EXPECT_EQ(folder.entries(), QStringList());
 }
 
@@ -83,7 +83,7 @@ TEST(AtomicFileTest, AFullDeviceIsReportedAndStaysADevice) {
     const Result<qint64> size = writeWhole(path, oneMegabyte);
     ASSERT_FALSE(size);
     EXPECT_THAT(size.error().sentence.toStdString(),
-                HasSubstr("\"/dev/full\" cannot be written (No space left on device)"));
+                HasSubstr("“/dev/full” cannot be written (No space left on device)"));
     struct stat status = {};
     ASSERT_EQ(stat("/dev/full", &status), 0);
     EXPECT_TRUE(S_ISCHR(status.st_mode));
@@ -97,7 +97,7 @@ TEST(AtomicFileTest, APlaceThatMayNotBeWrittenIsNamed) {
     const Result<qint64> size = writeWhole(path, oneMegabyte);
     ASSERT_FALSE(size);
     EXPECT_THAT(size.error().sentence.toStdString(),
-                HasSubstr("out.ps\" cannot be written (Permission denied)"));
+                HasSubstr("out.ps” cannot be written (Permission denied)"));
 }
 
 TEST(AtomicFileTest, AMissingFolderAndAFolderEachHaveTheirSentence) {

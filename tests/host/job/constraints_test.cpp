@@ -37,8 +37,8 @@ TEST(ConstraintsTest, AConflictNamesBothOptionsAndChoicesOnce) {
     const ppd::File printer = test::tapePrinter();
     ASSERT_TRUE(ppd::markOption(printer.get(), "KvSpecialTape", "ON"));
     EXPECT_EQ(sentences(printer.get()),
-              std::vector<std::string>{"\"Auto cut: On (KvAutoTapeCut=ON)\" and \"Special tape: On "
-                                       "(KvSpecialTape=ON)\" exclude each other."});
+              std::vector<std::string>{"“Auto cut: On (KvAutoTapeCut=ON)” and “Special tape: On "
+                                       "(KvSpecialTape=ON)” exclude each other."});
 }
 
 TEST(ConstraintsTest, EveryConflictIsFound) {
@@ -75,8 +75,8 @@ TEST(ConstraintsTest, ConstraintsOfTheNewerFormCountAsWell) {
     EXPECT_TRUE(findConflicts(printer.get()).empty());
     ASSERT_TRUE(ppd::markOption(printer.get(), "Tape", "Thick"));
     EXPECT_EQ(sentences(printer.get()),
-              std::vector<std::string>{"\"The knife: Cuts (Knife=ON)\" and \"The tape: Thick "
-                                       "(Tape=Thick)\" exclude each other."});
+              std::vector<std::string>{"“The knife: Cuts (Knife=ON)” and “The tape: Thick "
+                                       "(Tape=Thick)” exclude each other."});
 }
 
 TEST(ConstraintsTest, ThreeThatOnlyConflictTogetherAreNamedTogether) {
@@ -85,10 +85,9 @@ TEST(ConstraintsTest, ThreeThatOnlyConflictTogetherAreNamedTogether) {
             .replace("\"*Knife ON *Tape Thick\"", "\"*Knife ON *Tape Thick *PageSize P\""));
     ASSERT_TRUE(ppd::markOption(printer.get(), "Knife", "ON"));
     ASSERT_TRUE(ppd::markOption(printer.get(), "Tape", "Thick"));
-    EXPECT_EQ(
-        sentences(printer.get()),
-        std::vector<std::string>{"\"Size: P (PageSize=P)\" and \"The knife: Cuts (Knife=ON)\" "
-                                 "and \"The tape: Thick (Tape=Thick)\" exclude each other."});
+    EXPECT_EQ(sentences(printer.get()),
+              std::vector<std::string>{"“Size: P (PageSize=P)”, “The knife: Cuts (Knife=ON)” "
+                                       "and “The tape: Thick (Tape=Thick)” exclude each other."});
 }
 
 TEST(ConstraintsTest, APaperConflictsOnlyWithWhatItExcludes) {
@@ -96,12 +95,11 @@ TEST(ConstraintsTest, APaperConflictsOnlyWithWhatItExcludes) {
         QByteArray(kModernConstraint) + "*cupsUIConstraints Wide: \"*PageSize P *Tape Thick\"\n");
     ASSERT_TRUE(ppd::markOption(printer.get(), "Knife", "ON"));
     ASSERT_TRUE(ppd::markOption(printer.get(), "Tape", "Thick"));
-    EXPECT_EQ(
-        sentences(printer.get()),
-        (std::vector<std::string>{
-            "\"Size: P (PageSize=P)\" and \"The tape: Thick (Tape=Thick)\" exclude each other.",
-            "\"The knife: Cuts (Knife=ON)\" and \"The tape: Thick (Tape=Thick)\" exclude each "
-            "other."}));
+    EXPECT_EQ(sentences(printer.get()),
+              (std::vector<std::string>{
+                  "“Size: P (PageSize=P)” and “The tape: Thick (Tape=Thick)” exclude each other.",
+                  "“The knife: Cuts (Knife=ON)” and “The tape: Thick (Tape=Thick)” exclude each "
+                  "other."}));
     EXPECT_STREQ(ppd::markedPageSize(printer.get())->name, "P");
 }
 

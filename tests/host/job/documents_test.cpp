@@ -70,7 +70,7 @@ TEST(DocumentsTest, AnythingElseIsRefusedByName) {
                                  "GIF89a\x01\x02"};
     for (const QByteArray& content : others) {
         const QString path = folder.file(QStringLiteral("thing.pdf"), content);
-        EXPECT_THAT(refusal(path), HasSubstr("thing.pdf\" is not a PDF, PostScript, PNG, JPEG, SVG "
+        EXPECT_THAT(refusal(path), HasSubstr("thing.pdf” is not a PDF, PostScript, PNG, JPEG, SVG "
                                              "or plain text file; save it as PDF first"))
             << content.toStdString();
     }
@@ -79,13 +79,13 @@ TEST(DocumentsTest, AnythingElseIsRefusedByName) {
 TEST(DocumentsTest, AMissingFileAFolderAnEmptyFileAndAPipeEachHaveTheirSentence) {
     const test::Folder folder;
     EXPECT_THAT(refusal(folder.path(QStringLiteral("none.pdf"))),
-                HasSubstr("none.pdf\" does not exist"));
+                HasSubstr("none.pdf” does not exist"));
     EXPECT_THAT(refusal(folder.path(QStringLiteral("."))), HasSubstr("is a folder"));
     EXPECT_THAT(refusal(folder.file(QStringLiteral("empty.pdf"), "")),
-                HasSubstr("empty.pdf\" is empty"));
+                HasSubstr("empty.pdf” is empty"));
     const QString pipe = folder.path(QStringLiteral("pipe"));
     ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    EXPECT_THAT(refusal(pipe), HasSubstr("pipe\" is not a regular file"));
+    EXPECT_THAT(refusal(pipe), HasSubstr("pipe” is not a regular file"));
 }
 
 TEST(DocumentsTest, AFileThatMayNotBeReadIsNamed) {
@@ -94,7 +94,7 @@ TEST(DocumentsTest, AFileThatMayNotBeReadIsNamed) {
     ASSERT_EQ(chmod(QFile::encodeName(path).constData(), 0), 0);
     ASSERT_EQ(chmod(QFile::encodeName(folder.path(QStringLiteral("."))).constData(), 0755), 0);
     const test::Unprivileged nobody;
-    EXPECT_THAT(refusal(path), HasSubstr("secret.pdf\" cannot be read (Permission denied)"));
+    EXPECT_THAT(refusal(path), HasSubstr("secret.pdf” cannot be read (Permission denied)"));
 }
 
 TEST(DocumentsTest, TextIsDecodedFromItsByteOrderMark) {

@@ -145,16 +145,16 @@ TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
 TEST(JobDocumentTest, AnEncryptedPdfIsRefusedByName) {
     const test::Folder folder;
     EXPECT_THAT(refusal(folder.encryptedPdf(QStringLiteral("locked.pdf"))),
-                HasSubstr("locked.pdf\" is encrypted and asks for a password"));
+                HasSubstr("locked.pdf” is encrypted and asks for a password"));
 }
 
 TEST(JobDocumentTest, ABrokenPdfIsRefusedByName) {
     const test::Folder folder;
     const QByteArray whole = test::contentOf(folder.pdf(QStringLiteral("a.pdf"), {kTape}));
     EXPECT_THAT(refusal(folder.file(QStringLiteral("broken.pdf"), "%PDF-1.7\nnothing more")),
-                HasSubstr("broken.pdf\" is a broken PDF file ("));
+                HasSubstr("broken.pdf” is a broken PDF file ("));
     EXPECT_THAT(refusal(folder.file(QStringLiteral("cut.pdf"), whole.left(60))),
-                HasSubstr("cut.pdf\" is a broken PDF file ("));
+                HasSubstr("cut.pdf” is a broken PDF file ("));
 }
 
 TEST(JobDocumentTest, ADamagedPdfThatCanBeRepairedIsPrintedAndReported) {
@@ -181,9 +181,9 @@ TEST(JobDocumentTest, DamagedPicturesDrawingsAndProgramsAreRefusedByName) {
     const QByteArray png =
         test::contentOf(folder.picture(QStringLiteral("a.png"), "PNG", {40, 20}));
     EXPECT_THAT(refusal(folder.file(QStringLiteral("cut.png"), png.left(20))),
-                HasSubstr("cut.png\" is a damaged or too large picture"));
+                HasSubstr("cut.png” is a damaged or too large picture"));
     EXPECT_THAT(refusal(folder.file(QStringLiteral("wrong.ps"), "%!PS\nnoSuchOperator\n")),
-                HasSubstr("wrong.ps\" cannot be interpreted by Ghostscript: /undefined in "
+                HasSubstr("wrong.ps” cannot be interpreted by Ghostscript: /undefined in "
                           "noSuchOperator"));
 }
 
@@ -193,7 +193,7 @@ TEST(JobDocumentTest, ADocumentCannotReadOtherFiles) {
     const QString file =
         folder.file(QStringLiteral("spy.ps"),
                     "%!PS\n(" + QFile::encodeName(secret) + ") (r) file pop showpage\n");
-    EXPECT_THAT(refusal(file), HasSubstr("spy.ps\" cannot be interpreted by Ghostscript: "
+    EXPECT_THAT(refusal(file), HasSubstr("spy.ps” cannot be interpreted by Ghostscript: "
                                          "/invalidfileaccess in --file--"));
 }
 

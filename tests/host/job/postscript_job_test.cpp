@@ -210,7 +210,8 @@ TEST_F(PostScriptJobTest, OnlyThePagesOfTheRangeArePrinted) {
     some.pages = {4, 9};
     const Result<qint64> none = writePostScript(some, output());
     ASSERT_FALSE(none);
-    EXPECT_EQ(none.error().sentence, QStringLiteral("There is no page 4-9; the document has 3."));
+    EXPECT_EQ(none.error().sentence,
+              QStringLiteral("There is no label in the range 4-9; the document has 3."));
 }
 
 TEST_F(PostScriptJobTest, AnUnwritableOutputIsNamedAndLeavesNothing) {
@@ -220,12 +221,12 @@ TEST_F(PostScriptJobTest, AnUnwritableOutputIsNamedAndLeavesNothing) {
         writePostScript(job(printer.get(), document), QStringLiteral("/dev/full"));
     ASSERT_FALSE(size);
     EXPECT_THAT(size.error().sentence.toStdString(),
-                HasSubstr("\"/dev/full\" cannot be written (No space left on device)"));
+                HasSubstr("“/dev/full” cannot be written (No space left on device)"));
 }
 
 TEST_F(PostScriptJobTest, ADocumentThatNeverEndsIsStopped) {
     GhostscriptRun run;
-    run.about = QStringLiteral("\"loop.ps\"");
+    run.about = QStringLiteral("“loop.ps”");
     run.switches = {QStringLiteral("-sDEVICE=ps2write")};
     run.inputs = {mFolder.file(QStringLiteral("loop.ps"), "%!PS\n{} loop\n")};
     run.folder = mFolder.path(QStringLiteral("."));
@@ -234,7 +235,7 @@ TEST_F(PostScriptJobTest, ADocumentThatNeverEndsIsStopped) {
     const Result<QString> output = runGhostscript(run);
     ASSERT_FALSE(output);
     EXPECT_THAT(output.error().sentence.toStdString(),
-                HasSubstr("\"loop.ps\" takes Ghostscript more than"));
+                HasSubstr("“loop.ps” takes Ghostscript more than"));
 }
 
 } // namespace labelcut

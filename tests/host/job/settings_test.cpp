@@ -38,31 +38,31 @@ TEST(SettingsTest, ASettingIsTakenAndSpeltAsThePpdDoes) {
 TEST(SettingsTest, AnUnknownOptionIsNamedWithThoseThatComeClose) {
     const ppd::File printer = test::tapePrinter();
     EXPECT_EQ(checked(printer.get(), QStringLiteral("KvHalfCutt=ON")),
-              "The printer has no option \"KvHalfCutt\"; did you mean KvHalfCut?");
+              "The printer has no option “KvHalfCutt”; did you mean KvHalfCut?");
     EXPECT_EQ(checked(printer.get(), QStringLiteral("HalfCut=ON")),
-              "The printer has no option \"HalfCut\"; did you mean KvHalfCut?");
+              "The printer has no option “HalfCut”; did you mean KvHalfCut?");
     EXPECT_EQ(checked(printer.get(), QStringLiteral("Perforation=ON")),
-              "The printer has no option \"Perforation\"; \"labelcut options\" lists those of its "
+              "The printer has no option “Perforation”; “labelcut options” lists those of its "
               "panels.");
     EXPECT_EQ(checked(printer.get(), QStringLiteral("=ON")),
-              "The printer has no option \"\"; \"labelcut options\" lists those of its panels.");
+              "The printer has no option “”; “labelcut options” lists those of its panels.");
 }
 
 TEST(SettingsTest, AnUnknownChoiceIsNamedWithThoseThatThereAre) {
     const ppd::File printer = test::tapePrinter();
     EXPECT_EQ(checked(printer.get(), QStringLiteral("KvHalfCut=Yes")),
-              "The option KvHalfCut has no choice \"Yes\"; it offers OFF, ON.");
+              "The option KvHalfCut has no choice “Yes”; it offers OFF, ON.");
     EXPECT_EQ(checked(printer.get(), QStringLiteral("KvHalfCut=Custom.3")),
-              "The option KvHalfCut has no choice \"Custom.3\"; it offers OFF, ON.");
+              "The option KvHalfCut has no choice “Custom.3”; it offers OFF, ON.");
     EXPECT_EQ(checked(printer.get(), QStringLiteral("KvHalfCut=")),
-              "The option KvHalfCut has no choice \"\"; it offers OFF, ON.");
+              "The option KvHalfCut has no choice “”; it offers OFF, ON.");
 }
 
 TEST(SettingsTest, ALongListOfChoicesIsCut) {
     ppd::File printer = ppd::openFile(QStringLiteral(LABELCUT_SAMPLES "/roll.ppd"), nullptr);
     ASSERT_TRUE(printer);
     EXPECT_EQ(checked(printer.get(), QStringLiteral("KvCutLabel=100")),
-              "The option KvCutLabel has no choice \"100\"; it offers 1, 2, 3, 4, 5, 6, 7, 8, 9, "
+              "The option KvCutLabel has no choice “100”; it offers 1, 2, 3, 4, 5, 6, 7, 8, 9, "
               "10, 11, 12 … 99 (99 in all).");
 }
 
@@ -71,13 +71,13 @@ TEST(SettingsTest, ACustomValueOutsideItsLimitsIsRefused) {
     for (const char* paper : {"Custom.10x300", "Custom.50x9999", "Custom.50", "Custom.axb",
                               "Custom.50x300parsec", "Custom.-50x300", "Custom."})
         EXPECT_EQ(checked(printer.get(), QStringLiteral("PageSize=") + QLatin1String(paper)),
-                  "\"" + std::string(paper) +
-                      "\" is no custom value for PageSize; it takes Custom.WIDTHxHEIGHT in points, "
+                  "“" + std::string(paper) +
+                      "” is no custom value for PageSize; it takes Custom.WIDTHxHEIGHT in points, "
                       "or with mm, cm or in behind it, 17-102 pt wide and 34-2835 pt high.");
     for (const char* feed : {"Custom.289", "Custom.-1", "Custom.far", "Custom.1parsec", "Custom."})
         EXPECT_EQ(checked(printer.get(), QStringLiteral("FeedLength=") + QLatin1String(feed)),
-                  "\"" + std::string(feed) +
-                      "\" is no custom value for FeedLength; it takes Custom.NUMBER from 0 to 288 "
+                  "“" + std::string(feed) +
+                      "” is no custom value for FeedLength; it takes Custom.NUMBER from 0 to 288 "
                       "points.");
 }
 

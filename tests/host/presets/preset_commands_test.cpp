@@ -32,7 +32,7 @@ TEST_F(PresetCommandsTest, TheirLivesFromEndToEnd) {
     const auto saved =
         presetcommands::save(store, printer, test::samplePreset(text("Küche")), Overwrite::No);
     ASSERT_TRUE(saved);
-    EXPECT_EQ(saved->lines, QStringList{text("Saved \"Küche\" for \"tape\".")});
+    EXPECT_EQ(saved->lines, QStringList{text("Saved “Küche” for “tape”.")});
     EXPECT_EQ(listed(), QStringList{text("Küche")});
 
     const auto renamed =

@@ -73,9 +73,9 @@ TEST(PresetMatchTest, WhatThePrinterLacksIsTold) {
     EXPECT_EQ(match.applicable.size(), 2U);
     const QStringList sentences = describe(ppd.get(), match.missing);
     ASSERT_EQ(sentences.size(), 3);
-    EXPECT_THAT(sentences.at(0).toStdString(), HasSubstr("\"Tape\" of this printer"));
+    EXPECT_THAT(sentences.at(0).toStdString(), HasSubstr("“Tape” of this printer"));
     EXPECT_THAT(sentences.at(1).toStdString(), HasSubstr("KvCutLabel=3"));
-    EXPECT_THAT(sentences.at(2).toStdString(), HasSubstr("no option \"KvGone\""));
+    EXPECT_THAT(sentences.at(2).toStdString(), HasSubstr("no option “KvGone”"));
 }
 
 TEST(PresetMatchTest, WithoutAPpdEverythingIsMissing) {

@@ -174,7 +174,7 @@ TEST_F(PresetStoreTest, APresetIsRenamed) {
     EXPECT_EQ(*store.load(kTape, text("c")), samplePreset(text("c")));
     EXPECT_TRUE(store.rename(kTape, text("c"), text("c"))) << "to its own name";
     EXPECT_THAT(sentence(store.rename(kTape, text("c"), text("b"))), HasSubstr("already"));
-    EXPECT_THAT(sentence(store.rename(kTape, text("x"), text("y"))), HasSubstr("no preset \"x\""));
+    EXPECT_THAT(sentence(store.rename(kTape, text("x"), text("y"))), HasSubstr("no preset “x”"));
     EXPECT_EQ(names(store), (QStringList{text("b"), text("c")}));
     ASSERT_TRUE(store.rename(kTape, text("c"), text("b"), Overwrite::Yes));
     EXPECT_EQ(names(store), QStringList{text("b")});
@@ -184,7 +184,7 @@ TEST_F(PresetStoreTest, APresetIsRemoved) {
     saveAll(store, {text("a"), text("b")});
     ASSERT_TRUE(store.remove(kTape, text("a")));
     EXPECT_EQ(names(store), QStringList{text("b")});
-    EXPECT_THAT(sentence(store.remove(kTape, text("a"))), HasSubstr("It has \"b\"."));
+    EXPECT_THAT(sentence(store.remove(kTape, text("a"))), HasSubstr("It has “b”."));
     ASSERT_TRUE(store.remove(kTape, text("b")));
     EXPECT_THAT(sentence(store.load(kTape, text("b"))), HasSubstr("It has none."));
 }
@@ -319,7 +319,7 @@ TEST_F(PresetStoreTest, ADamagedPresetLosesNothingElse) {
     EXPECT_EQ(names(store), (QStringList{text("good"), text("last")}));
     EXPECT_EQ(list.problems.size(), 10);
     EXPECT_THAT(list.problems.join(u'\n').toStdString(), HasSubstr("number 2 in"));
-    EXPECT_THAT(list.problems.join(u'\n').toStdString(), HasSubstr("The preset \"copies\" in"));
+    EXPECT_THAT(list.problems.join(u'\n').toStdString(), HasSubstr("The preset “copies” in"));
     EXPECT_EQ(list.presets.front().copies, 2) << "the first of a name counts";
 
     // A change elsewhere keeps the damaged ones, and what it does not know.

@@ -290,7 +290,7 @@ TEST(PrinterDirectoryTest, BytesThatAreNoPpdAreASentence) {
     for (const QByteArray& bytes : {QByteArray(), QByteArray("hello")}) {
         const Result<ppd::File> ppd = openPpd(bytes, kTape);
         ASSERT_FALSE(ppd);
-        EXPECT_THAT(ppd.error().sentence.toStdString(), HasSubstr("\"tape\""));
+        EXPECT_THAT(ppd.error().sentence.toStdString(), HasSubstr("“tape”"));
     }
 }
 

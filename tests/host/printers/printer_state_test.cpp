@@ -58,6 +58,16 @@ INSTANTIATE_TEST_SUITE_P(
             true},
         Row{PMPrinterState::Stopped, true, "paused", "Paused for cleaning",
             "Paused: jobs are held until it is resumed. Paused for cleaning.", true},
+        Row{PMPrinterState::Stopped, true, "paused", "Paused",
+            "Paused: jobs are held until it is resumed.", true},
+        Row{PMPrinterState::Stopped, false, "paused", " stopped.",
+            "Paused, and takes no jobs: choose another printer, or have this one resumed and let "
+            "it accept jobs again.",
+            true},
+        Row{PMPrinterState::Idle, true, "", "Idle", "Ready.", false},
+        Row{PMPrinterState::Idle, true, "", "Paused", "Paused.", false},
+        Row{PMPrinterState::Processing, true, "", "Processing.",
+            "Printing: jobs wait for their turn.", false},
         Row{PMPrinterState::Idle, true, "media-empty-error", "", "Paper or tape is used up.", true},
         Row{PMPrinterState::Idle, true, "media-low-warning,cover-open-error", "",
             "Paper or tape is nearly used up. A cover is open.", true},
@@ -78,7 +88,7 @@ TEST(PrinterStateTest, EverySeverityOfAKnownReasonIsTheSame) {
 }
 
 TEST(PrinterStateTest, AQueueThatIsGoneIsNamed) {
-    EXPECT_THAT(goneSentence(QStringLiteral("tape")).toStdString(), HasSubstr("\"tape\" is gone"));
+    EXPECT_THAT(goneSentence(QStringLiteral("tape")).toStdString(), HasSubstr("“tape” is gone"));
 }
 
 } // namespace labelcut
