@@ -10,6 +10,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
@@ -108,7 +109,7 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     auto* close = new QToolButton;
     close->setAutoRaise(true);
     close->setFocusPolicy(Qt::StrongFocus);
-    close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    close->setIcon(lineIcon(LineIcon::Dismiss));
     close->setAccessibleName(hostText("DismissMessage"));
     close->setToolTip(hostText("DismissMessage"));
     connect(close, &QToolButton::clicked, this, [this, name] { remove(name); });

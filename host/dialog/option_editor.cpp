@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QStyle>
 #include <QToolButton>
 
 #include <algorithm>
@@ -14,6 +13,7 @@
 #include <span>
 
 #include "host/dialog/length.h"
+#include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
@@ -114,8 +114,7 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget* par
     connect(mChoices, &QComboBox::activated, this, &OptionEditor::choiceActivated);
 
     mReset->setAutoRaise(true);
-    mReset->setIcon(
-        QIcon::fromTheme(QStringLiteral("edit-undo"), style()->standardIcon(QStyle::SP_ArrowBack)));
+    mReset->setIcon(lineIcon(LineIcon::Back));
     mReset->setToolTip(hostText("ResetOption"));
     mReset->setAccessibleName(hostText("ResetNamedOption").arg(title));
     QSizePolicy policy = mReset->sizePolicy();

@@ -27,7 +27,9 @@
 #include <utility>
 
 #include "host/dialog/accessible_check_box.h"
+#include "host/dialog/deferred_page.h"
 #include "host/dialog/features_page.h"
+#include "host/dialog/line_icons.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
 #include "host/dialog/panel_page.h"
@@ -82,6 +84,15 @@ std::vector<QWidget*> tabStopsIn(QWidget* widget) {
             stops.push_back(next);
     }
     return stops;
+}
+
+/// The nearest one; null: none.
+QScrollArea* scrollAreaAround(QWidget* widget) {
+    for (QWidget* around = widget; around; around = around->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(around))
+            return area;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -155,9 +166,8 @@ bool PrintDialog::focusNextPrevChild(bool next) {
     const std::size_t before = index == 0 || here == stops.end() ? last : index - 1;
     QWidget* stop = stops[next ? after : before];
     stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    if (auto* page = qobject_cast<QScrollArea*>(mTabs->currentWidget());
-        page && page->isAncestorOf(stop))
-        page->ensureWidgetVisible(stop);
+    if (QScrollArea* area = scrollAreaAround(stop))
+        area->ensureWidgetVisible(stop);
     return true;
 }
 
@@ -229,8 +239,7 @@ QLayout* PrintDialog::buildAmountRow() {
     mRemovePreset = new QToolButton;
     mRemovePreset->setObjectName(QStringLiteral("removePreset"));
     mRemovePreset->setFocusPolicy(Qt::StrongFocus);
-    mRemovePreset->setIcon(QIcon::fromTheme(QStringLiteral("edit-delete"),
-                                            style()->standardIcon(QStyle::SP_TrashIcon)));
+    mRemovePreset->setIcon(lineIcon(LineIcon::Remove));
     mRemovePreset->setToolTip(hostText("RemovePreset"));
     mRemovePreset->setAccessibleName(hostText("RemovePreset"));
     connect(mRemovePreset, &QToolButton::clicked, this, &PrintDialog::removePreset);
@@ -553,6 +562,16 @@ void PrintDialog::clearTabs() {
     mSummaryPage = nullptr;
 }
 
+template<typename Page>
+void PrintDialog::addPage(const char* titleKey, Page*& page) {
+    mTabs->addTab(new DeferredPage([this, &page] {
+                      page = new Page(mModel);
+                      mWheel->watch(*page);
+                      return page;
+                  }),
+                  hostText(titleKey));
+}
+
 void PrintDialog::rebuildTabs() {
     clearTabs();
     for (const PanelSet::Entry& panel : mModel.panels()) {
@@ -560,12 +579,9 @@ void PrintDialog::rebuildTabs() {
             mTabs->addTab(new PanelPage(mModel, panel),
                           panel.panel->panelName().replace(u'&', QStringLiteral("&&")));
     }
-    mPagesPage = new PagesPage(mModel);
-    mTabs->addTab(mPagesPage, hostText("TabPages"));
-    mFeaturesPage = new FeaturesPage(mModel);
-    mTabs->addTab(mFeaturesPage, hostText("TabFeatures"));
-    mSummaryPage = new SummaryPage(mModel);
-    mTabs->addTab(mSummaryPage, hostText("TabSummary"));
+    addPage("TabPages", mPagesPage);
+    addPage("TabFeatures", mFeaturesPage);
+    addPage("TabSummary", mSummaryPage);
     mTabs->setCurrentIndex(0);
     mNoPrinter->hide();
     mTabs->show();

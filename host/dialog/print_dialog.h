@@ -94,6 +94,9 @@ private:
     void lookAgain();
     void showPrinterState();
 
+    /// Adds a page that is made, and put into `page`, when it is first shown.
+    template<typename Page>
+    void addPage(const char* titleKey, Page*& page);
     void rebuildTabs();
     void clearTabs();
     void refresh();
@@ -165,6 +168,7 @@ private:
     QPushButton* mUndo = nullptr;
     QPushButton* mPrint = nullptr;
     QPushButton* mCancel = nullptr;
+    /// Null until they are first shown.
     PagesPage* mPagesPage = nullptr;
     FeaturesPage* mFeaturesPage = nullptr;
     SummaryPage* mSummaryPage = nullptr;

@@ -18,6 +18,18 @@
 
 namespace labelcut {
 
+namespace {
+
+/// @return −1 when no tab holds the page.
+int indexOfTabWith(const QTabWidget& tabs, const QWidget& page) {
+    int index = tabs.count() - 1;
+    while (index >= 0 && !tabs.widget(index)->isAncestorOf(&page))
+        --index;
+    return index;
+}
+
+} // namespace
+
 PrinterIdentity PrintDialog::identity() const {
     const PrinterChoice& printer = mModel.printer();
     return printer.isQueue() ? PrinterIdentity::forQueue(printer.queue)
@@ -130,7 +142,7 @@ bool PrintDialog::hasTypingProblem() {
     for (const auto& [page, problem] : pages) {
         if (problem.isEmpty())
             continue;
-        mTabs->setCurrentWidget(page);
+        mTabs->setCurrentIndex(indexOfTabWith(*mTabs, *page));
         mMessages->show(name, MessageBar::Kind::Warning, problem);
         return true;
     }

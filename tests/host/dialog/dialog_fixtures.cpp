@@ -54,6 +54,12 @@ CupsConnection noService() {
     return CupsConnection(*ServiceAddress::fromText(QStringLiteral("/nonexistent/cups.sock")));
 }
 
+void lookAtEveryPage(PrintDialog& dialog) {
+    QTabWidget& tabs = dialog.tabs();
+    for (int i = tabs.count() - 1; i >= 0; --i)
+        tabs.setCurrentIndex(i);
+}
+
 std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
                                         const CupsConnection& service) {
     auto dialog = std::make_unique<PrintDialog>(request, plugins(), hostSystem(), service);
@@ -62,6 +68,7 @@ std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
     if (!QTest::qWaitForWindowActive(dialog.get()))
         qFatal("the dialog does not come to the front");
     settle();
+    lookAtEveryPage(*dialog);
     return dialog;
 }
 

@@ -53,7 +53,10 @@ private:
 /// A way to no print service.
 CupsConnection noService();
 
-/// A dialog that is on the screen, with the sample labels unless told otherwise.
+/// Looks at every page once, which makes it, and comes back to the first.
+void lookAtEveryPage(PrintDialog& dialog);
+/// A dialog that is on the screen, every page looked at, with the sample labels unless told
+/// otherwise.
 std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
                                         const CupsConnection& service = noService());
 /// The same for a PPD given by hand.

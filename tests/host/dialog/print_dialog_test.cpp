@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QGroupBox>
 #include <QInputDialog>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -238,6 +239,27 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
     EXPECT_EQ(model().pages(), (PageRange{2, 5}));
     EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 4 labels");
     expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, PagesAreMadeWhenTheyAreFirstLookedAt) {
+    DialogRequest request;
+    request.files = {kLabels};
+    request.ppdPath = kTapePpd;
+    PrintDialog dialog(request, plugins(), hostSystem(), noService());
+    dialog.show();
+    settle();
+    EXPECT_TRUE(dialog.findChild<QCheckBox*>(QStringLiteral("mHalfCutChkBx")));
+    const QString field = QStringLiteral("choices-Quality");
+    EXPECT_FALSE(dialog.findChild<QComboBox*>(field));
+    dialog.model().choose(kQuality, QStringLiteral("Best"));
+    openTab(dialog, 2);
+    auto* made = dialog.findChild<QComboBox*>(field);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->currentData().toString().toStdString(), "Best");
+    openTab(dialog, 0);
+    openTab(dialog, 2);
+    EXPECT_EQ(dialog.findChild<QComboBox*>(field), made) << "once";
+    EXPECT_FALSE(dialog.findChild<QGroupBox*>(QStringLiteral("summary")));
 }
 
 TEST_F(PrintDialogTest, UndoShowsTheCopiesAndTheRangeThatWere) {

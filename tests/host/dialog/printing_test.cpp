@@ -110,6 +110,7 @@ protected:
         ASSERT_TRUE(turnUntil(
             [&] { return mDialog->model().pageCount() > 0 && mDialog->model().hasPrinter(); }));
         settle();
+        lookAtEveryPage(*mDialog);
     }
     bool turnUntilSays(const char* words) {
         return turnUntil(
