@@ -4,6 +4,7 @@
 #include <QTemporaryFile>
 
 #include <algorithm>
+#include <utility>
 
 #include "host/texts/host_text.h"
 
@@ -32,11 +33,21 @@ void PrinterDirectory::refresh(const QString& first) {
             if (!first.isEmpty()) {
                 const auto found = service.queueAttributes(first, deadline.limits());
                 if (found)
-                    link.tell([this, queue = found->queue] { showFirst(queue); });
+                    link.tell([this, queue = found->queue] { showFound({queue}); });
                 else if (found.error().kind != ErrorKind::NoSuchQueue)
                     return end(found.error());
             }
-            auto queues = service.listQueues({deadline.remaining(), &link.cancelFlag()});
+            // Shown whenever their number has doubled, so that showing stays cheap however many.
+            std::vector<Queue> unshown;
+            std::size_t shown = 0;
+            auto queues = service.listQueues(
+                {deadline.remaining(), &link.cancelFlag()}, [&](const std::vector<Queue>& found) {
+                    unshown.insert(unshown.end(), found.begin(), found.end());
+                    if (unshown.size() < shown)
+                        return;
+                    shown += unshown.size();
+                    link.tell([this, queues = std::exchange(unshown, {})] { showFound(queues); });
+                });
             if (!queues)
                 return end(queues.error());
             link.tell([this, all = std::move(*queues)]() mutable {
@@ -69,12 +80,14 @@ void PrinterDirectory::fetchPpd(const QString& name) {
         });
 }
 
-void PrinterDirectory::showFirst(const Queue& queue) {
-    const auto known = std::ranges::find(mPrinters, queue.name, &Queue::name);
-    if (known == mPrinters.end())
-        mPrinters.insert(mPrinters.begin(), queue);
-    else
-        *known = queue;
+void PrinterDirectory::showFound(const std::vector<Queue>& found) {
+    for (const Queue& queue : found) {
+        const auto known = std::ranges::find(mPrinters, queue.name, &Queue::name);
+        if (known == mPrinters.end())
+            mPrinters.push_back(queue);
+        else
+            *known = queue;
+    }
     Q_EMIT printersChanged(mPrinters);
 }
 

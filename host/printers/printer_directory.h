@@ -29,7 +29,8 @@ public:
     /// @param milliseconds  for each request from now on as a whole.
     void setTimeout(int milliseconds) { mTimeout = milliseconds; }
 
-    /// Asks for all queues. Those known stay until the new list is complete.
+    /// Asks for all queues, which are told of as they are found. Those known before stay until the
+    /// new list is complete.
     /// @param first  a queue that is shown before the others are there, such as the one used last;
     ///               it is asked for alone. Empty: none.
     void refresh(const QString& first = {});
@@ -56,7 +57,7 @@ Q_SIGNALS:
     void ppdFailed(const QString& name, const labelcut::Error& error);
 
 private:
-    void showFirst(const Queue& queue);
+    void showFound(const std::vector<Queue>& found);
     void showAll(std::vector<Queue> queues);
     void endRefresh();
 

@@ -7,8 +7,10 @@
 
 #include <cups/cups.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 #include "platform/printing/printing_text.h"
 
@@ -249,11 +251,17 @@ Result<Done> done(const Result<IppMessage>& answer) {
 CupsConnection::CupsConnection(ServiceAddress address)
     : mAddress(std::move(address)) {}
 
+QString CupsConnection::userName() {
+    return QString::fromUtf8(cupsUser());
+}
+
 Result<Done> CupsConnection::reach(const CallLimits& limits) const {
     return ippReach(mAddress, Deadline(limits));
 }
 
-Result<std::vector<Queue>> CupsConnection::listQueues(const CallLimits& limits) const {
+Result<std::vector<Queue>>
+CupsConnection::listQueues(const CallLimits& limits,
+                           const std::function<void(const std::vector<Queue>&)>& found) const {
     const Deadline deadline(limits);
     std::vector<Queue> all;
     QSet<QString> seen;
@@ -274,14 +282,13 @@ Result<std::vector<Queue>> CupsConnection::listQueues(const CallLimits& limits) 
             return answer.error();
         std::vector<Queue> page = readQueues(*answer);
         hasMore = page.size() >= std::size_t(kPageOfQueues);
-        const std::size_t before = all.size();
-        for (Queue& queue : page) {
-            if (seen.contains(queue.name))
-                continue;
+        std::erase_if(page, [&](const Queue& queue) { return seen.contains(queue.name); });
+        for (const Queue& queue : page)
             seen.insert(queue.name);
-            all.push_back(std::move(queue));
-        }
-        hasMore = hasMore && all.size() > before;
+        hasMore = hasMore && !page.empty();
+        if (found && hasMore)
+            found(page);
+        std::ranges::move(page, std::back_inserter(all));
     }
     return all;
 }

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -108,7 +109,10 @@ public:
 
     /// All queues, classes included, in the service's order, asked for a hundred at a time; at most
     /// kMaxQueues. No queue at all is an empty list.
-    Result<std::vector<Queue>> listQueues(const CallLimits& limits) const;
+    /// @param found  told of each hundred that more follow, on the calling thread; may be empty.
+    Result<std::vector<Queue>>
+    listQueues(const CallLimits& limits,
+               const std::function<void(const std::vector<Queue>&)>& found = {}) const;
     static constexpr std::size_t kMaxQueues = 10'000;
 
     /// @param name  the queue's name. @return also NoSuchQueue.
@@ -143,6 +147,10 @@ public:
     /// @param user  whose job it is; empty: the user that runs this program.
     /// @return also NoSuchJob; Other for a job that has ended already.
     Result<Done> cancelJob(int job, const QString& user, const CallLimits& limits) const;
+
+    /// Whose jobs are made when a request names nobody: the account that runs this program, unless
+    /// CUPS is told of another name (CUPS_USER, client.conf). USER and LOGNAME alone prove nothing.
+    static QString userName();
 
 private:
     Result<Done> upload(int job, const JobRequest& request, DocumentBody& body,

@@ -163,6 +163,11 @@ TEST(PrinterDirectoryTest, AThousandQueuesDoNotStopTheEventLoop) {
     EXPECT_EQ(directory.printers().size(), 1'000U);
     EXPECT_EQ(directory.find(QStringLiteral("q0999"))->info, QStringLiteral("Number 999"));
     EXPECT_EQ(names(said.lists.front()), QStringList{QStringLiteral("q0999")});
+    std::vector<std::size_t> sizes;
+    for (const auto& list : said.lists)
+        sizes.push_back(list.size());
+    EXPECT_THAT(sizes, testing::ElementsAre(1U, 101U, 201U, 401U, 801U, 1'000U))
+        << "shown as they are found";
     EXPECT_LT(pulse.longestPause(), kSoon);
 }
 
