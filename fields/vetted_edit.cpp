@@ -2,12 +2,14 @@
 #include "fields/vetted_edit.h"
 
 #include <QEvent>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QValidator>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace labelcut {
@@ -46,6 +48,10 @@ private:
     void remember(const Snapshot& snapshot) const;
     void follow();
     void tidySelection();
+    int commitOrigin() const;
+    std::optional<TextRange> replacedBy(const QInputMethodEvent& event) const;
+    TextRange caretBehindCommit(const QString& input) const;
+    void letCommit(QInputMethodEvent& event) const;
     bool isEdit(const QString& input) const;
     State refuse(QString& input, int& caret) const;
     void stepBack() const;
@@ -58,6 +64,9 @@ private:
     mutable QString mNewest;
     mutable bool mIsRestoring = false;
     bool mIsCommitting = false;
+    /// What the input method at work replaces, where that is not the selection: a stretch of the
+    /// text without the selected part.
+    std::optional<TextRange> mReplaced;
     mutable bool mHasRefused = false;
 };
 
@@ -88,6 +97,46 @@ void VettingValidator::tidySelection() {
         mEdit->deselect();
 }
 
+/// Where a commit's replacement is counted from: a selected part goes first.
+int VettingValidator::commitOrigin() const {
+    return mBefore.selection.length > 0 ? static_cast<int>(mBefore.selection.location)
+                                        : mBefore.caret;
+}
+
+/// What an input method replaces away from the caret, as far as it lies in the text.
+std::optional<TextRange> VettingValidator::replacedBy(const QInputMethodEvent& event) const {
+    if (event.replacementStart() == 0 && event.replacementLength() == 0)
+        return std::nullopt;
+    const auto kept = mBefore.text.size() - static_cast<qsizetype>(mBefore.selection.length);
+    const auto start =
+        std::clamp<qsizetype>(qsizetype{commitOrigin()} + event.replacementStart(), 0, kept);
+    const auto length = std::clamp<qsizetype>(event.replacementLength(), 0, kept - start);
+    return TextRange{static_cast<std::size_t>(start), static_cast<std::size_t>(length)};
+}
+
+/// Where a caret stands that follows the committed text; the line edit keeps its own where it was.
+TextRange VettingValidator::caretBehindCommit(const QString& input) const {
+    const auto kept = mBefore.text.size() - static_cast<qsizetype>(mBefore.selection.length) -
+                      static_cast<qsizetype>(mReplaced->length);
+    const auto inserted = std::max<qsizetype>(0, input.size() - kept);
+    return {mReplaced->location + static_cast<std::size_t>(inserted), 0};
+}
+
+/// Hands the event to the line edit; a replacement that leaves the text is cut to it, which the
+/// line edit would otherwise lengthen by blanks that it never takes back.
+void VettingValidator::letCommit(QInputMethodEvent& event) const {
+    if (!mReplaced) {
+        mEdit->event(&event);
+        return;
+    }
+    QInputMethodEvent within(event.preeditString(), event.attributes());
+    within.setCommitString(event.commitString(),
+                           static_cast<int>(mReplaced->location) - commitOrigin(),
+                           static_cast<int>(mReplaced->length));
+    mEdit->event(&within);
+    event.setAccepted(within.isAccepted());
+}
+
 /// What an input method does is let through in one piece: the line edit tells of the caret halfway,
 /// and leaves a selection behind where it takes back a commit that replaced text.
 bool VettingValidator::eventFilter(QObject*, QEvent* event) {
@@ -95,8 +144,10 @@ bool VettingValidator::eventFilter(QObject*, QEvent* event) {
         return false;
     mHasRefused = false;
     {
+        auto& commit = *static_cast<QInputMethodEvent*>(event);
         const QScopedValueRollback committing(mIsCommitting, true);
-        mEdit->event(event);
+        const QScopedValueRollback replacing(mReplaced, replacedBy(commit));
+        letCommit(commit);
     }
     if (mHasRefused && mEdit->text() == mBefore.text)
         restoreSelection();
@@ -123,10 +174,11 @@ QValidator::State VettingValidator::validate(QString& input, int& caret) const {
     // Setting a text forgets all edits; every edit of the user's leaves one to undo or redo.
     const bool isUsers = mEdit->isUndoAvailable() || mEdit->isRedoAvailable();
     QString proposed = input;
-    TextRange range{static_cast<std::size_t>(caret), 0};
-    const bool isAccepted =
-        !isUsers || mFormatter->isPartialStringValid(&proposed, &range, mBefore.text,
-                                                     mBefore.selection, nullptr);
+    TextRange range =
+        mReplaced ? caretBehindCommit(input) : TextRange{static_cast<std::size_t>(caret), 0};
+    const bool isAccepted = !isUsers || mFormatter->isPartialStringValid(
+                                            &proposed, &range, mBefore.text,
+                                            mReplaced.value_or(mBefore.selection), nullptr);
     if (!isAccepted)
         return refuse(input, caret);
     remember(current());

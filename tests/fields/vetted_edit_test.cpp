@@ -211,6 +211,36 @@ TEST_F(VettedEdit, VetsACommitThatReplacesTextBeforeTheCaret) {
     EXPECT_EQ(text(), "1345");
 }
 
+TEST_F(VettedEdit, VetsACommitThatEndsBeforeTheCaret) {
+    struct Case {
+        int selectFrom, selectLength, replaceFrom, replaceLength;
+        const char* accepted;
+    };
+    for (const Case& c :
+         {Case{3, 0, -2, 1, "1775"}, Case{3, 0, -3, 0, "771.5"}, Case{0, 0, 1, 1, "1775"},
+          Case{2, 1, -2, 1, "77."}, Case{0, 1, 2, 5, ".577"}, Case{3, 0, 4, 9, "1.577"}}) {
+        SCOPED_TRACE(testing::Message() << c.replaceFrom << '+' << c.replaceLength);
+        attach(kStyleDecimal);
+        edit.setText(QStringLiteral("1.5"));
+        const auto select = [&] {
+            if (c.selectLength > 0)
+                edit.setSelection(c.selectFrom, c.selectLength);
+            else
+                edit.setCursorPosition(c.selectFrom);
+        };
+        select();
+        refusals.take();
+        commit(QStringLiteral("7-"), c.replaceFrom, c.replaceLength);
+        EXPECT_EQ(text(), "1.5");
+        EXPECT_EQ(edit.selectedText().size(), c.selectLength);
+        EXPECT_EQ(refusals.take(), Refusals::invalidCharacter());
+        select();
+        commit(QStringLiteral("77"), c.replaceFrom, c.replaceLength);
+        EXPECT_EQ(text(), c.accepted);
+        EXPECT_EQ(refusals.take(), kNoRefusal);
+    }
+}
+
 TEST_F(VettedEdit, VetsACommitThatReplacesASelectionByItself) {
     PDEFormatter* const formatter = attach(2);
     type("7");
