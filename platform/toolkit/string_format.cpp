@@ -240,10 +240,43 @@ QString unsignedInteger(const Directive& d, const FormatArgument& argument, char
                       argument.value());
 }
 
+/// With "#" a text of as many digits as `%g` shows can end in the point; fmt puts a zero behind it.
+QString withoutAddedZero(QString text, int shownDigits) {
+    if (!text.endsWith(u".0"))
+        return text;
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const auto digits = std::ranges::count_if(QStringView(text).chopped(2), isDigit);
+    if (digits >= shownDigits)
+        text.chop(1);
+    return text;
+}
+
+/// A number in its field, with zeros behind its sign when the flag asks for them.
+QString paddedNumber(const Directive& d, QString text) {
+    const qsizetype missing = d.width.value_or(0) - text.size();
+    if (missing <= 0)
+        return text;
+    if (d.has(u'-'))
+        return text + QString(missing, u' ');
+    if (!d.has(u'0'))
+        return QString(missing, u' ') + text;
+    const bool isSigned = isOneOf(text.front().unicode(), u"-+ ");
+    return text.insert(isSigned ? 1 : 0, QString(missing, u'0'));
+}
+
 QString realNumber(const Directive& d, const FormatArgument& argument, char conversion) {
     const std::optional<double> value = realOf(argument);
     if (!value)
         return described(d, argument);
+    const bool isGeneral = conversion == 'g' || conversion == 'G';
+    if (isGeneral && d.has(u'#') && std::isfinite(*value)) {
+        constexpr int kDefaultPrecision = 6;
+        Directive unpadded = d;
+        unpadded.width.reset();
+        const QString text = printed(fmtDirective(unpadded, u"+ #", conversion), *value);
+        const int shownDigits = std::max(1, d.precision.value_or(kDefaultPrecision));
+        return paddedNumber(d, withoutAddedZero(text, shownDigits));
+    }
     const bool zeros = std::isfinite(*value) && !d.has(u'-');
     return printed(fmtDirective(d, zeros ? u"-+ #0" : u"-+ #", conversion), *value);
 }

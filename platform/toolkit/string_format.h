@@ -20,8 +20,7 @@
 //  - width and precision end at kMaxFieldWidth; they count UTF-16 units of texts, and a precision
 //    never cuts a surrogate pair in two;
 //  - arguments left over are ignored.
-// Numbers look the same in every locale, and as the C library prints them in "C"; only %#g with a
-// precision of 0 keeps a digit after the point.
+// Numbers look the same in every locale, and as the C library prints them in "C".
 #pragma once
 
 #include <QString>

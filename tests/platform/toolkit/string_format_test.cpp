@@ -99,6 +99,19 @@ TEST(StringFormat, PrintsRealNumbersAsTheCLibraryDoes) {
     }
 }
 
+TEST(StringFormat, PutsNoZeroBehindThePointThatItsFlagKeeps) {
+    for (const char* flags : {"#", "#0", "-#", "+#0", " #"}) {
+        for (const char* field : {"", "9", ".0", ".1", ".2", ".3", "12.1", "12.3"}) {
+            for (const char* conversion : {"g", "G"}) {
+                const std::string d = std::string("[%") + flags + field + conversion + "]";
+                for (const double value : {0.0, -0.0, 0.5, 5.0, 23.0, -308.0, 123456.0, 1e10, 1e-7,
+                                           double(INFINITY), double(NAN)})
+                    ASSERT_EQ(format(d.c_str(), {value}), c(d.c_str(), value)) << d << ' ' << value;
+            }
+        }
+    }
+}
+
 TEST(StringFormat, CutsIntegersToTheLengthNamed) {
     EXPECT_EQ(format("%hhx", {-1}), "ff");
     EXPECT_EQ(format("%hhd", {300}), "44");
