@@ -42,6 +42,7 @@ TEST(HostText, IsFoundByManyThreadsAtOnceFromTheFirstLookUpOn) {
     std::barrier start(kThreads);
     std::vector<QString> found(kThreads);
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (QString& text : found)
         threads.emplace_back([&start, &text] {
             start.arrive_and_wait();
