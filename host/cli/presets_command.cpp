@@ -47,8 +47,7 @@ Result<ppd::File> openedFile(const QString& path) {
         return file;
     return Error{ErrorKind::Other, QStringLiteral("\"%1\" is no printer description (PPD) that can "
                                                   "be used: %2 in line %3.")
-                                       .arg(path, error.reason)
-                                       .arg(error.line)};
+                                       .arg(path, error.reason, QString::number(error.line))};
 }
 
 Result<ppd::File> openedQueue(const Arguments& arguments, const QString& queue) {

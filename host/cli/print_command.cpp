@@ -156,7 +156,7 @@ Result<QString> deliver(const Arguments& arguments, const Order& order, OpenedPr
     const Result<int> id = sendToQueue(printer.service(), job, limits);
     if (!id)
         return id.error();
-    return QStringLiteral("the queue \"%1\" as job %1-%2").arg(job.queue).arg(*id);
+    return QStringLiteral("the queue \"%1\" as job %1-%2").arg(job.queue, QString::number(*id));
 }
 
 /// A queue that would not take the job says so before work is done on it.

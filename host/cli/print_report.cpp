@@ -10,7 +10,7 @@ namespace labelcut {
 namespace {
 
 QString counted(int count, const QString& one, const QString& many) {
-    return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+    return QString::number(count) + u' ' + (count == 1 ? one : many);
 }
 
 QString amount(const PrintReport& report) {

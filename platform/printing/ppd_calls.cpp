@@ -340,8 +340,8 @@ std::optional<QString> markedValue(ppd_file_t* file, const char* keyword) {
         if (!size)
             return name;
         return QStringLiteral("Custom.%1x%2")
-            .arg(static_cast<double>(size->width))
-            .arg(static_cast<double>(size->length));
+            .arg(QString::number(static_cast<double>(size->width)),
+                 QString::number(static_cast<double>(size->length)));
     }
     const std::vector<ppd_cparam_t*> parameters = parametersOf(file, keyword);
     if (parameters.empty())
