@@ -104,6 +104,13 @@ QJsonObject filled(QJsonObject entry, const Preset& preset) {
     return entry;
 }
 
+/// Removes every preset of that name, damaged ones too, but for the one at `kept`.
+void removeNamed(QJsonArray& array, const QString& name, qsizetype kept) {
+    for (qsizetype i = array.size() - 1; i >= 0; --i)
+        if (i != kept && array.at(i).toObject().value(kNameKey).toString() == name)
+            array.removeAt(i);
+}
+
 std::optional<QString> problemOfRoot(const QJsonObject& root) {
     if (root.value(kFormatKey) != QLatin1String(kFormat))
         return hostText("NoPresetFile");
@@ -190,25 +197,20 @@ bool PresetFile::rename(const QString& from, const QString& to) {
     const qsizetype index = indexOf(from);
     if (index < 0)
         return false;
-    const qsizetype other = from == to ? -1 : indexOf(to);
     QJsonArray array = mRoot.value(kPresetsKey).toArray();
     QJsonObject entry = array.at(index).toObject();
     entry.insert(kNameKey, to);
     array.replace(index, entry);
-    if (other >= 0)
-        array.removeAt(other);
+    if (from != to)
+        removeNamed(array, to, index);
     mRoot.insert(kPresetsKey, array);
     return true;
 }
 
 bool PresetFile::remove(const QString& name) {
-    const std::vector<Entry> all = entries();
     QJsonArray array = mRoot.value(kPresetsKey).toArray();
     const qsizetype before = array.size();
-    const auto nameOf = [](const auto& entry) { return entry.name; };
-    for (qsizetype i = before - 1; i >= 0; --i)
-        if (std::visit(nameOf, all.at(static_cast<std::size_t>(i))) == name)
-            array.removeAt(i);
+    removeNamed(array, name, -1);
     mRoot.insert(kPresetsKey, array);
     return array.size() < before;
 }

@@ -38,7 +38,8 @@ public:
 
     /// Puts a preset in the place of the one of its name, or behind the others.
     void put(const Preset& preset);
-    /// Gives a preset another name; one that has it goes. @return false when there is none.
+    /// Gives a preset another name; those that have it go, damaged ones too. @return false when
+    /// there is none.
     bool rename(const QString& from, const QString& to);
     /// Removes the preset of that name, and damaged ones of it. @return false when there is none.
     bool remove(const QString& name);
