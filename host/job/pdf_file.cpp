@@ -1,169 +1,81 @@
-// The job: PDF files, their pages, and pages laid out on paper.
+// The job: PDF files, through the library that knows them.
 #include "host/job/pdf_file.h"
 
-#include <QFile>
-
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
-#include <qpdf/QPDFWriter.hh>
-
-#include <algorithm>
-#include <cmath>
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibrary>
 
 #include "host/job/failure.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
 
-struct PdfFile::Content {
-    QString name;
-    QPDF pdf;
-    std::vector<QPDFPageObjectHelper> pages;
-};
-
 namespace {
 
-/// Measures that differ by less are the same paper: half a millimetre and a rounded point. Points.
-constexpr double kSameMeasure = 2;
+/// Where the library lies: as it was installed, wherever that tree is by now; in a build folder.
+QString enginePath() {
+    const QString program = QCoreApplication::applicationDirPath();
+    for (const char* folder : {LABELCUT_LIBRARIES_FROM_PROGRAM, "../lib/labelcut"}) {
+        const QDir beside(program + u'/' + QLatin1String(folder));
+        if (beside.exists(QStringLiteral("pdf_engine.so")))
+            return beside.canonicalPath() + QStringLiteral("/pdf_engine.so");
+    }
+    return QStringLiteral(LABELCUT_INSTALLED_LIBRARIES "/pdf_engine.so");
+}
 
-Error broken(const QString& file, const std::exception& error) {
-    if (const auto* damage = dynamic_cast<const QPDFExc*>(&error)) {
-        if (damage->getErrorCode() == qpdf_e_password)
-            return failure(hostText("PdfEncrypted").arg(file));
+Result<const PdfEngine*> loadEngine() {
+    QLibrary library(enginePath());
+    library.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
+    const auto function = reinterpret_cast<PdfEngineFunction>(library.resolve(kPdfEngineFunction));
+    if (!function)
         return failure(
-            hostText("PdfBroken").arg(file, QString::fromStdString(damage->getMessageDetail())));
+            hostText("PdfLibraryMissing").arg(library.fileName(), library.errorString()));
+    return function();
+}
+
+/// Loaded once; what kept it from loading the first time still does.
+const Result<const PdfEngine*>& engine() {
+    static const Result<const PdfEngine*> loaded = loadEngine();
+    return loaded;
+}
+
+Error sentenceFor(const PdfProblem& problem) {
+    switch (problem.kind) {
+    case PdfProblem::Kind::Encrypted:
+        return failure(hostText("PdfEncrypted").arg(problem.file));
+    case PdfProblem::Kind::WithoutPages:
+        return failure(hostText("WithoutPages").arg(problem.file));
+    case PdfProblem::Kind::NotWritten:
+        return failure(hostText("CannotWriteTemporaryBecause").arg(problem.file, problem.detail));
+    case PdfProblem::Kind::Broken:
+        break;
     }
-    return failure(hostText("PdfBroken").arg(file, QString::fromUtf8(error.what())));
-}
-
-/// The measure at which a page is shown: its crop box, turned and scaled as the page says. Points.
-QSizeF shownSize(QPDFPageObjectHelper& page) {
-    QPDFObjectHandle box = page.getCropBox();
-    if (!box.isRectangle())
-        return {};
-    const QPDFObjectHandle::Rectangle r = box.getArrayAsRectangle();
-    QSizeF size(std::abs(r.urx - r.llx), std::abs(r.ury - r.lly));
-    QPDFObjectHandle unit = page.getAttribute("/UserUnit", false);
-    if (unit.isNumber() && unit.getNumericValue() > 0)
-        size *= unit.getNumericValue();
-    QPDFObjectHandle turn = page.getAttribute("/Rotate", false);
-    if (turn.isInteger() && turn.getIntValue() % 180 != 0)
-        size.transpose();
-    return size;
-}
-
-bool isSame(const QSizeF& a, const QSizeF& b) {
-    return std::abs(a.width() - b.width()) < kSameMeasure &&
-           std::abs(a.height() - b.height()) < kSameMeasure;
-}
-
-bool fitsPaper(const std::optional<JobPaper>& paper, QPDFPageObjectHelper& page) {
-    return !paper || isSame(shownSize(page), paper->size);
-}
-
-bool lieDifferently(const QSizeF& a, const QSizeF& b) {
-    return (a.width() - a.height()) * (b.width() - b.height()) < 0;
-}
-
-/// A new page of `paper` in `target` that shows `page`.
-QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const JobPaper& paper) {
-    QSizeF size = shownSize(page);
-    if (lieDifferently(size, paper.size)) {
-        page = page.shallowCopyPage();
-        page.rotatePage(90, true);
-        size.transpose();
-    }
-    const QRectF area =
-        isSame(size, paper.size) ? QRectF(QPointF(0, 0), paper.size) : paper.printable;
-    const double height = paper.size.height();
-    const QPDFObjectHandle::Rectangle place(area.left(), height - area.bottom(), area.right(),
-                                            height - area.top());
-
-    auto fresh = QPDFPageObjectHelper(target.makeIndirectObject(
-        QPDFObjectHandle::parse("<< /Type /Page /Resources << /XObject << >> >> >>")));
-    fresh.getObjectHandle().replaceKey(
-        "/MediaBox", QPDFObjectHandle::newFromRectangle({0, 0, paper.size.width(), height}));
-    const QPDFObjectHandle form = target.copyForeignObject(page.getFormXObjectForPage());
-    fresh.getObjectHandle().getKey("/Resources").getKey("/XObject").replaceKey("/Label", form);
-    const std::string content = fresh.placeFormXObject(form, "/Label", place);
-    fresh.getObjectHandle().replaceKey("/Contents", QPDFObjectHandle::newStream(&target, content));
-    return fresh;
-}
-
-Result<Done> write(QPDF& pdf, const QString& path) {
-    try {
-        QPDFWriter writer(pdf, QFile::encodeName(path).constData());
-        writer.setPreserveEncryption(false);
-        writer.write();
-    } catch (const std::exception& error) {
-        return failure(
-            hostText("CannotWriteTemporaryBecause").arg(path, QString::fromUtf8(error.what())));
-    }
-    return Done();
+    return failure(hostText("PdfBroken").arg(problem.file, problem.detail));
 }
 
 } // namespace
 
-PdfFile::PdfFile(std::unique_ptr<Content> content)
-    : mContent(std::move(content)) {}
-PdfFile::PdfFile(PdfFile&&) noexcept = default;
-PdfFile& PdfFile::operator=(PdfFile&&) noexcept = default;
-PdfFile::~PdfFile() = default;
-
 Result<PdfFile> PdfFile::open(const QString& path, const QString& name) {
-    auto content = std::make_unique<Content>();
-    content->name = name;
-    content->pdf.setSuppressWarnings(true);
-    try {
-        content->pdf.processFile(QFile::encodeName(path).constData());
-        QPDFPageDocumentHelper(content->pdf).flattenAnnotations();
-        content->pages = QPDFPageDocumentHelper(content->pdf).getAllPages();
-    } catch (const std::exception& error) {
-        return broken(name, error);
-    }
-    if (content->pages.empty())
-        return failure(hostText("WithoutPages").arg(name));
+    if (!engine())
+        return engine().error();
+    PdfProblem problem;
+    std::unique_ptr<PdfContent> content = (*engine())->open(path, name, problem);
+    if (!content)
+        return sentenceFor(problem);
     return PdfFile(std::move(content));
-}
-
-int PdfFile::pages() const {
-    return static_cast<int>(mContent->pages.size());
-}
-
-bool PdfFile::isRepaired() const {
-    return mContent->pdf.anyWarnings();
-}
-
-bool PdfFile::isEncrypted() const {
-    return mContent->pdf.isEncrypted();
-}
-
-bool PdfFile::fits(const std::optional<JobPaper>& paper) const {
-    return std::all_of(mContent->pages.begin(), mContent->pages.end(),
-                       [&](QPDFPageObjectHelper& page) { return fitsPaper(paper, page); });
 }
 
 Result<Done> PdfFile::join(const std::vector<PdfFile>& files, const PageRange& range,
                            const std::optional<JobPaper>& paper, const QString& target) {
-    QPDF joined;
-    joined.emptyPDF();
-    joined.setSuppressWarnings(true);
-    QPDFPageDocumentHelper pages(joined);
-    int number = 0;
-    for (const PdfFile& file : files) {
-        try {
-            for (QPDFPageObjectHelper& page : file.mContent->pages) {
-                ++number;
-                if (number < range.first || number > range.last)
-                    continue;
-                pages.addPage(fitsPaper(paper, page) ? page : laidOut(joined, page, *paper), false);
-            }
-        } catch (const std::exception& error) {
-            return broken(file.mContent->name, error);
-        }
-    }
-    return write(joined, target);
+    if (!engine())
+        return engine().error();
+    std::vector<PdfContent*> contents;
+    for (const PdfFile& file : files)
+        contents.push_back(file.mContent.get());
+    const std::optional<PdfProblem> problem = (*engine())->join(contents, range, paper, target);
+    if (problem)
+        return sentenceFor(*problem);
+    return Done();
 }
 
 } // namespace labelcut

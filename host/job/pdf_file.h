@@ -1,16 +1,15 @@
 // The job: PDF files, their pages, and pages laid out on paper.
-//
-// Everything that libqpdf does for us. Its headers cannot be compiled as C++20 by every compiler,
-// so this header and its source keep to C++17.
 #pragma once
 
 #include <QString>
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "host/job/paper.h"
+#include "host/job/pdf_engine.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -19,19 +18,16 @@ namespace labelcut {
 class PdfFile {
 public:
     /// @param path  the file. @param name  what the user calls it, for sentences.
-    /// @return the failure says that it is encrypted, broken or without pages.
+    /// @return the failure says that it is encrypted, broken or without pages, or that the library
+    /// for PDF is not installed. May be called on any thread.
     static Result<PdfFile> open(const QString& path, const QString& name);
-    PdfFile(PdfFile&&) noexcept;
-    PdfFile& operator=(PdfFile&&) noexcept;
-    ~PdfFile();
-
     /// How many pages it has; at least 1.
-    int pages() const;
+    int pages() const { return mContent->pages(); }
     /// It was damaged, and what could be found of it was put together again.
-    bool isRepaired() const;
-    bool isEncrypted() const;
+    bool isRepaired() const { return mContent->isRepaired(); }
+    bool isEncrypted() const { return mContent->isEncrypted(); }
     /// Whether every page is shown with the paper's measure; true for no paper.
-    bool fits(const std::optional<JobPaper>& paper) const;
+    bool fits(const std::optional<JobPaper>& paper) const { return mContent->fits(paper); }
 
     /// Writes the pages of `files` that lie in `range`, counted through all of them, to `target`.
     ///
@@ -44,10 +40,10 @@ public:
                              const std::optional<JobPaper>& paper, const QString& target);
 
 private:
-    struct Content;
-    explicit PdfFile(std::unique_ptr<Content> content);
+    explicit PdfFile(std::unique_ptr<PdfContent> content)
+        : mContent(std::move(content)) {}
 
-    std::unique_ptr<Content> mContent;
+    std::unique_ptr<PdfContent> mContent;
 };
 
 } // namespace labelcut

@@ -156,6 +156,16 @@ class Moved(unittest.TestCase):
         self.assertEqual(none, [])
         self.assertIn(f"\"{plugin}\" is left out", said)
 
+    def test_without_its_library_for_pdf_it_says_so_and_writes_nothing(self):
+        [library] = self.tree.glob("lib*/**/labelcut/pdf_engine.so")
+        library.unlink()
+        samples = self.tree / "share/labelcut/samples"
+        said = labelcut(self.tree, "print", samples / "labels.pdf", "--ppd", samples / "tape.ppd",
+                        "-o", ROOT / "none.ps", status=1).stderr
+        self.assertIn("pdf_engine.so” cannot be loaded", said)
+        self.assertIn("Install Labelcut anew", said)
+        self.assertFalse((ROOT / "none.ps").exists())
+
     def test_another_prefix_does_as_well(self):
         install("--prefix", str(ROOT / "prefix"))
         self.assertEqual(keywords(ROOT / "prefix"), (SIX, ""))
