@@ -118,7 +118,6 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     for (const RefusedPlugin& refused : plugins.refused)
         tell(hostText("PluginRefused").arg(refused.file, refused.reason));
     startWith(request);
-    countPages();
     restoreGeometry(settings().value(QLatin1String(kGeometrySetting)).toByteArray());
 }
 
@@ -145,6 +144,13 @@ void PrintDialog::buildWindow() {
     mCopies->setFocus();
     resize(kLines * fontMetrics().height());
     mWheel->watch(*this);
+}
+
+/// The window comes first; what takes work on the document follows.
+void PrintDialog::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    if (!std::exchange(mPainted, true))
+        QMetaObject::invokeMethod(this, &PrintDialog::countPages, Qt::QueuedConnection);
 }
 
 /// Through the window as it is read, from top to bottom, messages included.

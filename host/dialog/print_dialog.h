@@ -62,6 +62,7 @@ public:
 
 protected:
     bool focusNextPrevChild(bool next) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     struct ListedPrinter {
@@ -141,6 +142,7 @@ private:
     QString mStateSaid;
     QString mServiceFailureSaid;
     bool mRefreshScheduled = false;
+    bool mPainted = false;
     /// A queue was chosen and its PPD is not here yet; the printer before it is still in force.
     bool mFetching = false;
     /// The preset that is in force, and the marks and copies it made.
