@@ -102,12 +102,20 @@ void measureRedraw(const QString& ppd) {
     QWidget* preview = previewIn(window.view());
     if (!preview)
         qFatal("no preview");
-    auto* blit = new BlitView(preview->grab(), preview->parentWidget());
-    blit->resize(preview->size());
-    blit->show();
+    // The picture as the view draws it, its background transparent; and all that is seen of it.
+    QPixmap drawn(preview->size());
+    drawn.fill(Qt::transparent);
+    preview->render(&drawn, QPoint(), QRegion(), QWidget::DrawChildren);
+    auto* blit = new BlitView(drawn, preview->parentWidget());
+    auto* opaque = new BlitView(preview->grab(), preview->parentWidget());
+    for (BlitView* view : {blit, opaque}) {
+        view->resize(preview->size());
+        view->show();
+    }
     PanelWindow::settle();
     repaint("redraw-preview", *preview);
     repaint("redraw-blit", *blit);
+    repaint("redraw-opaque", *opaque);
 }
 
 void measureDialog(const QString& ppd, const QString& document) {

@@ -261,8 +261,10 @@ def preview(bench):
                "--toggle-collect=labelcut::bench::BlitView::paintEvent(QPaintEvent*)")
     dumps = bench.dumps("preview", Program((BIN / "bench_parts", "redraw", bench.ppd()), (), "",
                                            collect))
-    return [Line("preview's redraw", totals(dumps["redraw-preview"]) / TIMES, INSTRUCTIONS,
-                 "the same picture blitted", totals(dumps["redraw-blit"]) / TIMES, 1.5)]
+    return [Line("preview's redraw", totals(dumps["redraw-preview"]) / TIMES, INSTRUCTIONS, against,
+                 totals(dumps[name]) / TIMES, goal)
+            for name, against, goal in (("redraw-blit", "the same picture blitted", 1.5),
+                                        ("redraw-opaque", "the same without transparency", 0))]
 
 
 def options(bench):
