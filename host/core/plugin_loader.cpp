@@ -4,7 +4,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QPluginLoader>
 
 #include <exception>
@@ -14,50 +13,6 @@
 namespace labelcut {
 
 namespace {
-
-/// Value or reason.
-struct Checked {
-    std::optional<PluginMetadata> metadata;
-    QString reason;
-};
-
-PluginMetadata readMetadata(const QJsonObject& json) {
-    const int interfaceVersion = json.value(QLatin1String("interfaceVersion")).toInt();
-    return {json.value(QLatin1String("id")).toString(),
-            json.value(QLatin1String("version")).toString(), interfaceVersion,
-            // One that does not say can live with its own version only.
-            json.value(QLatin1String("oldestCompatible")).toInt(interfaceVersion),
-            json.value(QLatin1String("resources")).toString()};
-}
-
-Checked checkMetadata(const QPluginLoader& loader) {
-    const QJsonObject json = loader.metaData();
-    if (json.isEmpty())
-        return {{}, hostText("PluginDamaged")};
-    const QString iid = json.value(QLatin1String("IID")).toString();
-    if (iid != QLatin1String(LabelcutPDEPlugin_iid))
-        return {{},
-                hostText("PluginOtherInterface").arg(iid, QLatin1String(LabelcutPDEPlugin_iid))};
-    PluginMetadata metadata = readMetadata(json.value(QLatin1String("MetaData")).toObject());
-    if (metadata.id.isEmpty())
-        return {{}, hostText("PluginWithoutId")};
-    const QString interfaceVersion = QString::number(kPDEInterfaceVersion);
-    if (metadata.interfaceVersion < kPDEInterfaceVersion)
-        return {{},
-                hostText("PluginTooOld")
-                    .arg(QString::number(metadata.interfaceVersion), interfaceVersion)};
-    if (metadata.oldestCompatible > kPDEInterfaceVersion)
-        return {{},
-                hostText("PluginTooNew")
-                    .arg(QString::number(metadata.oldestCompatible), interfaceVersion)};
-    return {std::move(metadata), {}};
-}
-
-QString bundleRoot(const QString& file, const QString& resources) {
-    if (resources.startsWith(QLatin1String(":/")))
-        return resources;
-    return QFileInfo(file).dir().filePath(resources);
-}
 
 /// The root object's factory, or null with a reason. A constructor that throws is a reason too.
 PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
@@ -77,9 +32,9 @@ PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
 void loadPlugin(const QString& file, PluginSearch& search) {
     QPluginLoader loader(file);
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
-    const Checked checked = checkMetadata(loader);
-    if (!checked.metadata) {
-        search.refused.push_back({file, checked.reason});
+    const Result<PluginMetadata> metadata = checkedMetadata(loader.metaData());
+    if (!metadata) {
+        search.refused.push_back({file, metadata.error().sentence});
         return;
     }
     QString reason;
@@ -88,8 +43,7 @@ void loadPlugin(const QString& file, PluginSearch& search) {
         search.refused.push_back({file, reason});
         return;
     }
-    search.loaded.push_back(
-        {file, *checked.metadata, factory, bundleRoot(file, checked.metadata->resources)});
+    search.loaded.push_back({file, *metadata, factory, bundleRoot(file, metadata->resources)});
 }
 
 } // namespace

@@ -8,18 +8,10 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/plugin_metadata.h"
 #include "platform/dialog/pde_plugin.h"
 
 namespace labelcut {
-
-/// What a plug-in says of itself without being loaded; see platform/dialog/pde_plugin.h.
-struct PluginMetadata {
-    QString id;
-    QString version;
-    int interfaceVersion = 0;
-    int oldestCompatible = 0;
-    QString resources;
-};
 
 /// A plug-in that is loaded. It stays loaded until the process ends.
 struct LoadedPlugin {
