@@ -106,16 +106,17 @@ void measureRedraw(const QString& ppd) {
     QPixmap drawn(preview->size());
     drawn.fill(Qt::transparent);
     preview->render(&drawn, QPoint(), QRegion(), QWidget::DrawChildren);
-    auto* blit = new BlitView(drawn, preview->parentWidget());
-    auto* opaque = new BlitView(preview->grab(), preview->parentWidget());
-    for (BlitView* view : {blit, opaque}) {
+    // In windows of their own: whatever overlaps is painted together.
+    BlitView blit(drawn, nullptr);
+    BlitView opaque(preview->grab(), nullptr);
+    for (BlitView* view : {&blit, &opaque}) {
         view->resize(preview->size());
         view->show();
     }
     PanelWindow::settle();
     repaint("redraw-preview", *preview);
-    repaint("redraw-blit", *blit);
-    repaint("redraw-opaque", *opaque);
+    repaint("redraw-blit", blit);
+    repaint("redraw-opaque", opaque);
 }
 
 void measureDialog(const QString& ppd, const QString& document) {
