@@ -139,6 +139,8 @@ bool OptionPDE13_v400_::pageHasFixedLength() const {
 
 void OptionPDE13_v400_::explainDisabledControls() {
     const auto explain = [this](View& control, const char* key) {
+        if (control.isHidden())
+            return;
         control.setToolTip(control.isEnabled() ? QString() : localized(QLatin1String(key)));
     };
     for (Button* box : {&mAutoCutChkBx, &mChainPrintChkBx, &mHalfCutChkBx, &mCutEveryChkBx})

@@ -101,8 +101,12 @@ void View::setNeedsDisplay(bool needed) {
 }
 
 void View::setToolTip(const QString& text) {
-    if (mWidget)
-        mWidget->setToolTip(Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text);
+    if (!mWidget)
+        return;
+    const QString plain = Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
+    // A change is announced to everybody who listens, a repetition need not be.
+    if (plain != mWidget->toolTip())
+        mWidget->setToolTip(plain);
 }
 
 void View::setAccessibleText(const QString& name, const QString& description) {

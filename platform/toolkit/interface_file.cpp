@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QUiLoader>
-#include <QXmlStreamReader>
 
 #include "platform/toolkit/check_box.h"
 #include "platform/toolkit/handles.h"
@@ -132,17 +131,12 @@ void dress(QWidget& root, const PDEBundle& bundle) {
     }
 }
 
-/// Whether there is a widget to load; the loader would complain aloud of anything else.
+/// Whether this looks like a whole file with a widget in it; the loader complains aloud of anything
+/// else. To be sure would mean to parse it twice, which takes as long as loading it.
 bool holdsWidget(const QByteArray& bytes) {
-    QXmlStreamReader reader(bytes);
-    if (!reader.readNextStartElement() || reader.name() != QLatin1String("ui"))
-        return false;
-    int widgets = 0;
-    while (reader.readNextStartElement()) {
-        widgets += reader.name() == QLatin1String("widget") ? 1 : 0;
-        reader.skipCurrentElement();
-    }
-    return !reader.hasError() && widgets == 1;
+    const QByteArray text = bytes.trimmed();
+    const bool isClosed = text.contains("</widget>") || text.contains("/>");
+    return text.contains("<ui ") && text.contains("<widget ") && isClosed && text.endsWith("</ui>");
 }
 
 } // namespace

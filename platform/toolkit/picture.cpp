@@ -87,9 +87,9 @@ void Picture::Variant::drawSvg(QPainter& painter, const QRectF& target) {
     painter.drawImage(toDevice.inverted().mapRect(QRectF(pixels)), mDrawn);
 }
 
-Picture::Picture(std::unique_ptr<Variant> light, std::unique_ptr<Variant> dark)
+Picture::Picture(std::unique_ptr<Variant> light, QString darkPath)
     : mLight(std::move(light))
-    , mDark(std::move(dark)) {}
+    , mDarkPath(std::move(darkPath)) {}
 
 Picture::~Picture() = default;
 
@@ -98,8 +98,8 @@ std::shared_ptr<const Picture> Picture::fromFile(const QString& path) {
     if (!light)
         return nullptr;
     const QFileInfo info(path);
-    auto dark = Variant::fromFile(info.path() + QStringLiteral("/dark/") + info.fileName());
-    return std::shared_ptr<const Picture>(new Picture(std::move(light), std::move(dark)));
+    return std::shared_ptr<const Picture>(
+        new Picture(std::move(light), info.path() + QStringLiteral("/dark/") + info.fileName()));
 }
 
 QSizeF Picture::size() const {
@@ -108,6 +108,8 @@ QSizeF Picture::size() const {
 }
 
 void Picture::draw(QPainter& painter, const QRectF& target, bool onDark) const {
+    if (onDark && !mDarkPath.isEmpty())
+        mDark = Variant::fromFile(std::exchange(mDarkPath, QString()));
     if (onDark && mDark)
         mDark->parse();
     Variant& variant = onDark && mDark && !mDark->isEmpty() ? *mDark : *mLight;

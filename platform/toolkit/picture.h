@@ -15,8 +15,8 @@ class QSvgRenderer;
 namespace labelcut {
 
 /// A picture loaded whole from a file: an SVG picture, or any image format that Qt reads. A file of
-/// the same name in the folder "dark" beside it, when there is one, is drawn on dark backgrounds.
-/// Parsing waits until the picture is first measured or drawn.
+/// the same name in the folder "dark" beside it, when there is one, is drawn on dark backgrounds;
+/// it is read when it is first needed. Parsing waits until the picture is first measured or drawn.
 class Picture {
 public:
     /// @return the picture, or null for a null path, or a file that cannot be read.
@@ -30,10 +30,12 @@ public:
 
 private:
     struct Variant;
-    Picture(std::unique_ptr<Variant> light, std::unique_ptr<Variant> dark);
+    Picture(std::unique_ptr<Variant> light, QString darkPath);
 
     std::unique_ptr<Variant> mLight;
-    std::unique_ptr<Variant> mDark;
+    mutable std::unique_ptr<Variant> mDark;
+    /// Empty once it has been looked for.
+    mutable QString mDarkPath;
 };
 
 /// An icon that draws the picture for the application's current palette.
