@@ -90,6 +90,9 @@ void PanelHost::onResize(std::function<void()> listener) {
 
 void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
                            const QString& choice) {
+    // Kept for somebody who takes them soon, not for a day of choices.
+    if (mChanges.size() >= kMostChanges)
+        mChanges.clear();
     mChanges.push_back({key, choice});
     if (!mark(key, choice))
         return;

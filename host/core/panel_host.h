@@ -59,8 +59,10 @@ public:
     /// back as "Custom.value" where libcups holds one.
     std::optional<QString> marked(const QString& key) const;
 
-    /// What panels sent through willChangePPDOptionKeyValue since the last call, in order.
+    /// What panels sent through willChangePPDOptionKeyValue since the last call, in order. Beyond
+    /// kMostChanges that nobody has taken, the counting begins anew.
     std::vector<OptionChoice> takeChanges();
+    static constexpr std::size_t kMostChanges = 10'000;
     /// How often panelViewDidResize arrived since the last call.
     int takeResizes();
     /// Called after a panel changed a mark; at most one listener.

@@ -162,6 +162,14 @@ TEST_F(Host, KeepsWhatPanelsSentUntilItIsTaken) {
     EXPECT_TRUE(host->takeChanges().empty());
 }
 
+TEST_F(Host, DoesNotKeepADayOfChoicesThatNobodyTakes) {
+    for (std::size_t i = 0; i < 3 * PanelHost::kMostChanges + 5; ++i)
+        one->willChangePPDOptionKeyValue(kMirror, i % 2 == 0 ? kOn : kOff);
+    const std::vector<OptionChoice> kept = host->takeChanges();
+    EXPECT_EQ(kept.size(), 5U);
+    EXPECT_EQ(kept.back(), (OptionChoice{kMirror, kOn}));
+}
+
 TEST_F(Host, TellsItsListenerAfterThePanels) {
     std::vector<OptionChoice> changes;
     bool panelsKnew = false;
