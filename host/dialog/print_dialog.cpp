@@ -10,7 +10,6 @@
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -40,6 +39,7 @@
 #include "host/presets/saved_defaults.h"
 #include "host/printers/printer_state.h"
 #include "host/texts/host_text.h"
+#include "platform/toolkit/picture.h"
 
 namespace labelcut {
 
@@ -107,7 +107,8 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     , mCounting(this)
     , mWheel(new WheelGuard(this)) {
     setWindowTitle(hostText("WindowTitle"));
-    setWindowIcon(QIcon(QStringLiteral(":/labelcut/host/labelcut.svg")));
+    setWindowIcon(
+        iconFromPicture(Picture::fromFile(QStringLiteral(":/labelcut/host/labelcut.svg"))));
     makeAccessibleTogglesClicks();
     buildWindow();
     connectModel();
