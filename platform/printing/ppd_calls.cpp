@@ -161,6 +161,10 @@ void markDefaults(ppd_file_t* file) {
 }
 
 bool markOption(ppd_file_t* file, const char* keyword, const char* choice) {
+    // Found among the marked ones, where a look through thousands of choices can be spared.
+    const ppd_choice_t* marked = findMarkedChoice(file, keyword);
+    if (marked && std::strcmp(marked->choice, choice) == 0)
+        return true;
     ppd_option_t* option = findOption(file, keyword);
     if (!option || !findChoice(option, choice))
         return false;
