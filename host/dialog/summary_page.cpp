@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
@@ -26,6 +28,11 @@ QLabel* selectableLabel(const QString& text) {
     QLabel* label = plainLabel(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
+}
+
+void setText(QPlainTextEdit& field, const QString& text) {
+    if (field.toPlainText() != text)
+        field.setPlainText(text);
 }
 
 QLabel* headingLabel(const QString& text) {
@@ -92,17 +99,41 @@ SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString&
     return {row, text};
 }
 
-void SummaryPage::refresh() {
+/// Where the same lines are to be shown, only their values change.
+void SummaryPage::showGroups(const std::vector<JobModel::SummaryGroup>& groups) {
+    QStringList titles;
+    QStringList values;
+    for (const JobModel::SummaryGroup& group : groups) {
+        titles << group.heading << QString();
+        for (const auto& [title, value] : group.lines) {
+            titles << title;
+            values << value;
+        }
+    }
+    if (std::exchange(mTitles, titles) != titles)
+        buildLines(groups);
+    for (qsizetype i = 0; i < values.size(); ++i)
+        mValues[static_cast<std::size_t>(i)]->setText(values[i]);
+}
+
+void SummaryPage::buildLines(const std::vector<JobModel::SummaryGroup>& groups) {
+    mValues.clear();
     while (mEntries->rowCount() > 0)
         mEntries->removeRow(0);
-    for (const JobModel::SummaryGroup& group : mModel.wholeSummary()) {
+    for (const JobModel::SummaryGroup& group : groups) {
         mEntries->addRow(headingLabel(group.heading));
-        for (const auto& [title, value] : group.lines)
-            mEntries->addRow(selectableLabel(title), selectableLabel(value));
+        for (const auto& [title, value] : group.lines) {
+            mValues.push_back(selectableLabel(value));
+            mEntries->addRow(selectableLabel(title), mValues.back());
+        }
     }
-    mLabelcut.text->setPlainText(mModel.labelcutCommand());
+}
+
+void SummaryPage::refresh() {
+    showGroups(mModel.wholeSummary());
+    setText(*mLabelcut.text, mModel.labelcutCommand());
     const QString lp = mModel.lpCommand();
-    mLp.text->setPlainText(lp);
+    setText(*mLp.text, lp);
     mLp.row->setVisible(!lp.isEmpty());
 }
 

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <QScrollArea>
+#include <QStringList>
+
+#include <vector>
 
 #include "host/dialog/job_model.h"
 
 class QFormLayout;
-class QGroupBox;
+class QLabel;
 class QPlainTextEdit;
 class QVBoxLayout;
 
@@ -26,8 +29,14 @@ private:
     };
     Command addCommand(QVBoxLayout& column, const QString& program, const QString& name);
 
+    void showGroups(const std::vector<JobModel::SummaryGroup>& groups);
+    void buildLines(const std::vector<JobModel::SummaryGroup>& groups);
+
     JobModel& mModel;
     QFormLayout* mEntries;
+    /// The headings and titles that stand there, and the labels beside the titles.
+    QStringList mTitles;
+    std::vector<QLabel*> mValues;
     Command mLabelcut;
     Command mLp;
 };
