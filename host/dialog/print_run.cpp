@@ -1,8 +1,8 @@
 // The dialog: one print run, from the document to the printer or into a file, beside the window.
 #include "host/dialog/print_run.h"
 
+#include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <utility>
@@ -62,9 +62,10 @@ Result<Done> writeFile(const PrintOrder& order, const JobDocument& document,
     job.document = &document;
     job.title = order.title;
     job.copies = order.copies;
+    job.user = CupsConnection::userName();
     job.pages = order.pages;
-    const QTemporaryDir folder;
-    const QString made = folder.filePath(QStringLiteral("job.ps"));
+    job.cancel = &link.cancelFlag();
+    const QString made = QDir(document.folder()).filePath(QStringLiteral("job.ps"));
     Result<qint64> written = writePostScript(job, made);
     if (written && !link.isCancelled())
         written = copyWhole(made, order.outputPath);
@@ -149,7 +150,8 @@ void PrintRun::start(const PrintOrder& order) {
     mOrder = order;
     Q_EMIT progressed(hostText("PreparingDocument"), -1);
     mWork.start([this, order](const BackgroundCall::Link& link) {
-        Result<JobDocument> prepared = JobDocument::prepare(order.files, order.paper);
+        Result<JobDocument> prepared =
+            JobDocument::prepare(order.files, order.paper, &link.cancelFlag());
         if (!prepared) {
             const QString sentence = prepared.error().sentence;
             link.tell([this, sentence] { fail(sentence); });

@@ -14,6 +14,8 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
 
 #include <algorithm>
 
@@ -99,11 +101,37 @@ Result<QString> picture(const QString& path, const char* format, const JobPaper&
     return canvas.end() ? Result<QString>(target) : cannotWrite(target);
 }
 
+bool isForeignPicture(const QXmlStreamReader& reader) {
+    if (!reader.isStartElement() || reader.name() != u"image")
+        return false;
+    const QXmlStreamAttributes attributes = reader.attributes();
+    return std::ranges::any_of(attributes, [](const QXmlStreamAttribute& attribute) {
+        return attribute.name() == u"href" && !attribute.value().startsWith(u"data:");
+    });
+}
+
+/// The drawing without what it would fetch from other files.
+QByteArray selfContained(const QByteArray& svg) {
+    QByteArray kept;
+    QXmlStreamReader reader(svg);
+    QXmlStreamWriter writer(&kept);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.hasError())
+            return svg; // damaged drawings are refused by whoever draws them
+        if (isForeignPicture(reader))
+            reader.skipCurrentElement();
+        else
+            writer.writeCurrentToken(reader);
+    }
+    return kept;
+}
+
 Result<QString> drawing(const QString& path, const JobPaper& paper, const QString& target) {
     const Result<QByteArray> bytes = readDocument(path);
     if (!bytes)
         return bytes.error();
-    QSvgRenderer renderer(*bytes);
+    QSvgRenderer renderer(selfContained(*bytes));
     if (!renderer.isValid() || renderer.viewBoxF().isEmpty())
         return failure(hostText("DrawingDamaged").arg(path));
     PdfCanvas canvas(target, paper);
@@ -190,7 +218,8 @@ Result<QString> plainText(const QString& path, const JobPaper& paper, const QStr
     return canvas.end() ? Result<QString>(target) : cannotWrite(target);
 }
 
-Result<QString> postScript(const QString& path, const QString& folder, const QString& name) {
+Result<QString> postScript(const QString& path, const QString& folder, const QString& name,
+                           const CancelFlag* cancel) {
     GhostscriptRun run;
     run.about = hostText("Quoted").arg(path);
     run.switches = {QStringLiteral("-sDEVICE=pdfwrite"), QStringLiteral("-dEPSCrop"),
@@ -198,6 +227,7 @@ Result<QString> postScript(const QString& path, const QString& folder, const QSt
     run.inputs = {QFileInfo(path).absoluteFilePath()};
     run.folder = folder;
     run.output = name + QStringLiteral(".pdf");
+    run.cancel = cancel;
     return runGhostscript(run);
 }
 
@@ -205,14 +235,14 @@ Result<QString> postScript(const QString& path, const QString& folder, const QSt
 
 Result<QString> convertToPdf(const QString& path, DocumentKind kind,
                              const std::optional<JobPaper>& paper, const QString& folder,
-                             const QString& name) {
+                             const QString& name, const CancelFlag* cancel) {
     const JobPaper target = paper ? *paper : a4();
     const QString file = QDir(folder).filePath(name + QStringLiteral(".pdf"));
     switch (kind) {
     case DocumentKind::PDF:
         return path;
     case DocumentKind::PostScript:
-        return postScript(path, folder, name);
+        return postScript(path, folder, name, cancel);
     case DocumentKind::PNG:
         return picture(path, "png", target, file);
     case DocumentKind::JPEG:

@@ -7,6 +7,7 @@
 
 #include "host/job/documents.h"
 #include "host/job/paper.h"
+#include "platform/printing/call_limits.h"
 
 namespace labelcut {
 
@@ -19,9 +20,10 @@ namespace labelcut {
 ///
 /// @param paper   nothing: A4.
 /// @param folder  private to the job. @param name  bare name for the new file, without extension.
-/// @return path of the PDF; the failure is a sentence that names the file.
+/// @param cancel  borrowed for the call; may be null. Ends an interpretation that takes its time.
+/// @return path of the PDF; the failure is a sentence that names the file, or Cancelled.
 Result<QString> convertToPdf(const QString& path, DocumentKind kind,
                              const std::optional<JobPaper>& paper, const QString& folder,
-                             const QString& name);
+                             const QString& name, const CancelFlag* cancel = nullptr);
 
 } // namespace labelcut

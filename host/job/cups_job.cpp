@@ -7,6 +7,7 @@
 
 #include "host/job/failure.h"
 #include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -37,7 +38,10 @@ Result<int> sendToQueue(const CupsConnection& service, const CupsJob& job, const
     if (!document.open(QIODevice::ReadOnly))
         return failure(hostText("CannotRead").arg(document.fileName(), document.errorString()));
     const JobRequest request = requestFor(job);
-    Result<int> id = service.createJob(request, limits);
+    if (limits.cancel && limits.cancel->isCancelled())
+        return printerrors::cancelled();
+    // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
+    Result<int> id = service.createJob(request, {limits.timeout, nullptr});
     if (!id)
         return id;
     const Result<Done> sent = service.sendDocument(*id, request, document, progress, limits);

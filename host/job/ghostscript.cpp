@@ -4,12 +4,19 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <sys/prctl.h>
+
+#include <algorithm>
+#include <csignal>
+
 #include "host/job/failure.h"
 #include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -17,6 +24,8 @@ namespace {
 
 /// Ghostscript's messages are read this far. Bytes.
 constexpr qint64 kMessages = 64 << 10;
+/// How often a run looks whether it is still wanted. Milliseconds.
+constexpr int kLook = 50;
 
 QString reasonIn(const QString& logPath) {
     QFile log(logPath);
@@ -33,6 +42,25 @@ QString reasonIn(const QString& logPath) {
     return hostText("NoReasonGiven");
 }
 
+/// The inputs under plain names of their own in the run's folder: Ghostscript has a meaning for
+/// many a character in a file's name. Empty when a link cannot be made.
+QStringList plainInputs(const GhostscriptRun& run) {
+    QStringList names;
+    QHash<QString, QString> known;
+    for (const QString& input : run.inputs) {
+        QString& name = known[input];
+        if (name.isEmpty()) {
+            name = QStringLiteral("%1.input%2").arg(run.output, QString::number(known.size()));
+            const QString link = QDir(run.folder).filePath(name);
+            QFile::remove(link); // of an earlier run
+            if (!QFile::link(input, link))
+                return {};
+        }
+        names << name;
+    }
+    return names;
+}
+
 QStringList allArguments(const GhostscriptRun& run) {
     QStringList arguments{QStringLiteral("-q"), QStringLiteral("-dSAFER"),
                           QStringLiteral("-dBATCH"), QStringLiteral("-dNOPAUSE")};
@@ -41,27 +69,50 @@ QStringList allArguments(const GhostscriptRun& run) {
     return arguments;
 }
 
+QProcessEnvironment environmentFor(const GhostscriptRun& run) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // Each could add a switch such as -dNOSAFER, or a folder that documents may then read.
+    for (const char* name : {"GS_OPTIONS", "GS_LIB", "GS_FONTPATH", "GS_DEVICE"})
+        environment.remove(QLatin1String(name));
+    environment.insert(QStringLiteral("TMPDIR"), run.folder);
+    return environment;
+}
+
+/// @return whether it ended by itself.
+bool waitForEnd(QProcess& process, const GhostscriptRun& run) {
+    const Deadline deadline({static_cast<int>(run.limit.count()), run.cancel});
+    while (!deadline.isOver()) {
+        if (process.waitForFinished(std::min(kLook, deadline.remaining())))
+            return true;
+    }
+    process.kill();
+    process.waitForFinished();
+    return false;
+}
+
 } // namespace
 
 Result<QString> runGhostscript(const GhostscriptRun& run) {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("gs"));
     if (program.isEmpty())
         return failure(hostText("GhostscriptMissing"));
+    const QStringList inputs = plainInputs(run);
+    if (inputs.isEmpty())
+        return failure(hostText("CannotWriteTemporary").arg(QDir(run.folder).filePath(run.output)));
     const QString log = QDir(run.folder).filePath(run.output + QStringLiteral(".log"));
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TMPDIR"), run.folder);
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(environmentFor(run));
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process.setWorkingDirectory(run.folder);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setStandardOutputFile(log);
     process.setStandardInputFile(QProcess::nullDevice());
-    process.start(program, allArguments(run) + run.inputs);
+    process.start(program, allArguments(run) + inputs);
     if (!process.waitForStarted())
         return failure(hostText("GhostscriptNotStarted").arg(process.errorString()));
-    if (!process.waitForFinished(static_cast<int>(run.limit.count()))) {
-        process.kill();
-        process.waitForFinished();
+    if (!waitForEnd(process, run)) {
+        if (run.cancel && run.cancel->isCancelled())
+            return printerrors::cancelled();
         return failure(hostText("GhostscriptTooSlow")
                            .arg(run.about, QString::number(run.limit.count() / 1000)));
     }

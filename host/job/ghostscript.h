@@ -6,6 +6,7 @@
 
 #include <chrono>
 
+#include "platform/printing/call_limits.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -24,10 +25,14 @@ struct GhostscriptRun {
     QString output;
     /// Documents are programs, and a program need not end.
     std::chrono::milliseconds limit = std::chrono::minutes(2);
+    /// Borrowed for the run, which ends soon after it is set; may be null.
+    const CancelFlag* cancel = nullptr;
 };
 
-/// Runs Ghostscript to its end. @return the absolute path of what it wrote. The failure is a
-/// sentence with Ghostscript's own reason, also when it is not installed or passes the limit.
+/// Runs Ghostscript to its end; it does not outlive this process. Of the environment it gets
+/// nothing that names further switches or places to read from.
+/// @return the absolute path of what it wrote. The failure is a sentence with Ghostscript's own
+/// reason, also when it is not installed or passes the limit; Cancelled when it was stopped.
 Result<QString> runGhostscript(const GhostscriptRun& run);
 
 } // namespace labelcut

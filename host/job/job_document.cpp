@@ -12,12 +12,17 @@
 #include "host/job/failure.h"
 #include "host/job/pdf_file.h"
 #include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
 Result<JobDocument> JobDocument::prepare(const QStringList& files,
-                                         const std::optional<JobPaper>& paper) {
+                                         const std::optional<JobPaper>& paper,
+                                         const CancelFlag* cancel) {
     JobDocument document;
+    // Without a place for it the folder would be made in the root.
+    if (QDir::tempPath().isEmpty())
+        return failure(hostText("NoTemporaryFolder").arg(qEnvironmentVariable("TMPDIR")));
     document.mFolder = std::make_unique<QTemporaryDir>();
     if (!document.mFolder->isValid())
         return failure(hostText("NoTemporaryFolder").arg(document.mFolder->errorString()));
@@ -27,11 +32,14 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
 
     std::vector<PdfFile> pdfs;
     for (const QString& file : files) {
+        if (cancel && cancel->isCancelled())
+            return printerrors::cancelled();
         const Result<DocumentKind> kind = documentKind(file);
         if (!kind)
             return kind.error();
         const QString name = QStringLiteral("file%1").arg(pdfs.size());
-        const Result<QString> path = convertToPdf(file, *kind, paper, document.folder(), name);
+        const Result<QString> path =
+            convertToPdf(file, *kind, paper, document.folder(), name, cancel);
         if (!path)
             return path.error();
         Result<PdfFile> pdf = PdfFile::open(*path, file);
@@ -52,6 +60,10 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     if (!joined)
         return joined.error();
     return document;
+}
+
+QString JobDocument::folder() const {
+    return QFileInfo(mFolder->path()).absoluteFilePath();
 }
 
 int JobDocument::pagesIn(const PageRange& range) const {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "host/job/paper.h"
+#include "platform/printing/call_limits.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -20,10 +21,12 @@ public:
     /// @param files  one or more paths.
     /// @param paper  what pages are fitted to, see PdfFile::join(); nothing: they keep their
     /// measure.
+    /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
     /// @return the failure is a sentence that names the file: what documentKind() and
-    ///         convertToPdf() and PdfFile::open() say.
+    ///         convertToPdf() and PdfFile::open() say; or Cancelled.
     static Result<JobDocument> prepare(const QStringList& files,
-                                       const std::optional<JobPaper>& paper);
+                                       const std::optional<JobPaper>& paper,
+                                       const CancelFlag* cancel = nullptr);
 
     /// Path of the PDF; one of the files themselves when nothing had to be done to it.
     const QString& pdf() const { return mPdf; }
@@ -31,8 +34,8 @@ public:
     int pages() const { return mPages; }
     /// Those of the files that were damaged and could be repaired: pages may lack something.
     const QStringList& repaired() const { return mRepaired; }
-    /// The private folder, for whatever else the job needs.
-    QString folder() const { return mFolder->path(); }
+    /// Absolute path of the private folder, for whatever else the job needs.
+    QString folder() const;
     /// The bare name of the first file: a job's title when the user gives none.
     const QString& name() const { return mName; }
 

@@ -10,6 +10,7 @@
 #include "host/job/ghostscript.h"
 #include "host/texts/host_text.h"
 #include "platform/printing/ppd_calls.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -42,6 +43,7 @@ Result<QString> pagesAsPostScript(const PostScriptJob& job) {
         run.inputs << *pdf;
     run.folder = job.document->folder();
     run.output = QStringLiteral("pages.ps");
+    run.cancel = job.cancel;
     return runGhostscript(run);
 }
 
@@ -138,6 +140,8 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         return pages.error();
     return writeWhole(path, [&](FileSink& target) -> std::optional<QString> {
         QFile source(*pages);
+        if (job.cancel && job.cancel->isCancelled())
+            return printerrors::cancelled().sentence;
         if (source.open(QIODevice::ReadOnly) && Assembly(job, target).copy(source))
             return std::nullopt;
         return hostText("PagesCutShort");

@@ -7,6 +7,7 @@
 
 #include "host/job/job_document.h"
 #include "host/job/paper.h"
+#include "platform/printing/call_limits.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -22,6 +23,8 @@ struct PostScriptJob {
     /// 1 or more. The printer repeats the pages unless its PPD says that it cannot.
     int copies = 1;
     PageRange pages;
+    /// Borrowed; once it is set the job ends soon, and nothing is written. May be null.
+    const CancelFlag* cancel = nullptr;
 };
 
 /// Writes the job as PostScript to `path`; see writeWhole() for what a failure leaves there.

@@ -108,9 +108,9 @@ bool isTooLongForSocket(const ServiceAddress& address) {
            static_cast<std::size_t>(address.host.toUtf8().size()) >= sizeof(sockaddr_un::sun_path);
 }
 
-/// Empty for 0.
+/// Empty for 0, and for "Host is down", libcups' words for every address that refuses.
 QString systemWords(int error) {
-    return error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(error));
+    return error == 0 || error == EHOSTDOWN ? QString() : QString::fromLocal8Bit(std::strerror(error));
 }
 
 /// libcups has the same words, "Host is down", for each socket that it could not connect to.
