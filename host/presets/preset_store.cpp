@@ -2,7 +2,6 @@
 #include "host/presets/preset_store.h"
 
 #include <QCollator>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -16,6 +15,7 @@
 #include <functional>
 
 #include "host/presets/preset_file.h"
+#include "host/presets/private_folder.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -120,8 +120,7 @@ using Change = std::function<std::optional<Error>(PresetFile&)>;
 
 Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& printer,
                                    const Change& change) {
-    const QString folder = QFileInfo(path).path();
-    if (!QDir().mkpath(folder))
+    if (!makePrivateFolder(QFileInfo(path).path()))
         return cannotWrite(path, hostText("FolderImpossible"));
     QLockFile lock(path + QStringLiteral(".lock"));
     if (!isLocked(lock))

@@ -1,7 +1,6 @@
 // Presets: which printer was used last.
 #include "host/presets/recent_printer.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -9,6 +8,7 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include "host/presets/private_folder.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -29,7 +29,7 @@ Result<Done> write(const RecentPrinter& recent, const QString& path) {
     root.insert(kPpdKey, recent.ppdPath);
     const QByteArray bytes = QJsonDocument(root).toJson();
 
-    QDir().mkpath(QFileInfo(path).path());
+    makePrivateFolder(QFileInfo(path).path());
     QSaveFile file(path);
     const bool isOpen = file.open(QIODevice::WriteOnly) &&
                         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
