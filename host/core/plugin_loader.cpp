@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QPluginLoader>
 
@@ -13,6 +14,21 @@
 namespace labelcut {
 
 namespace {
+
+bool mayAnybodyWrite(const QString& path) {
+    return QFile::permissions(path).testFlag(QFileDevice::WriteOther);
+}
+
+/// Code that anybody could have put there is not run: neither the file nor, links followed, the
+/// folder that it lies in may be open to all.
+QString reasonAgainstPlace(const QString& file) {
+    const QString real = QFileInfo(file).canonicalFilePath();
+    for (const QString& place : {real, QFileInfo(real).path(), QFileInfo(file).path()}) {
+        if (mayAnybodyWrite(place))
+            return hostText("PluginOpenToAll").arg(place);
+    }
+    return {};
+}
 
 /// The root object's factory, or null with a reason. A constructor that throws is a reason too.
 PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
@@ -30,6 +46,10 @@ PDEPluginFactory* loadFactory(QPluginLoader& loader, QString& reason) {
 }
 
 void loadPlugin(const QString& file, PluginSearch& search) {
+    if (const QString reason = reasonAgainstPlace(file); !reason.isEmpty()) {
+        search.refused.push_back({file, reason});
+        return;
+    }
     QPluginLoader loader(file);
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
     const Result<PluginMetadata> metadata = checkedMetadata(loader.metaData());

@@ -33,9 +33,9 @@ struct PluginSearch {
     std::vector<RefusedPlugin> refused;
 };
 
-/// Loads every shared object of `folder` that fits, in the order of their file names. A folder that
-/// does not exist, and an empty name, give an empty search. Never throws; a file that cannot be
-/// used is listed.
+/// Loads every shared object of `folder` that fits and that not just anybody may have put there, in
+/// the order of their file names. A folder that does not exist, and an empty name, give an empty
+/// search. Never throws; a file that cannot be used is listed.
 PluginSearch loadPlugins(const QString& folder);
 
 /// The folder that plug-ins are loaded from: beside the program in a build tree, else the install
