@@ -3,6 +3,7 @@
 
 #include "host/dialog/job_model.h"
 #include "host/dialog/length.h"
+#include "host/job/harmless_text.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -11,14 +12,44 @@ namespace {
 
 constexpr char kPageSize[] = "PageSize";
 
+/// A character that a terminal would act on when a command is pasted, as the shell makes it itself.
+QString printed(QChar character) {
+    QString octal;
+    for (const char byte : QString(character).toUtf8())
+        octal +=
+            QStringLiteral("\\%1").arg(static_cast<unsigned char>(byte), 3, 8, QLatin1Char('0'));
+    return QStringLiteral("\"$(printf '%1')\"").arg(octal);
+}
+
 /// A word as a POSIX shell reads it back unchanged.
 QString shellWord(const QString& word) {
-    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_@%+=:,./-]+$"));
+    // Some shells take a word that begins with "=" for a command's path.
+    static const QRegularExpression plain(
+        QStringLiteral("\\A[A-Za-z0-9_@%+:,./-][A-Za-z0-9_@%+=:,./-]*\\z"));
     if (plain.match(word).hasMatch())
         return word;
-    QString quoted = word;
-    quoted.replace(u'\'', QStringLiteral("'\\''"));
+    QString quoted;
+    for (const QChar c : word) {
+        if (c == u'\'')
+            quoted += QStringLiteral("'\\''");
+        else if (c != u'\n' && isActedOn(c))
+            quoted += u'\'' + printed(c) + u'\'';
+        else
+            quoted += c;
+    }
     return u'\'' + quoted + u'\'';
+}
+
+/// A file's name where it could be taken for a switch or for standard input.
+QString fileWord(const QString& file) {
+    return file.startsWith(u'-') ? QStringLiteral("./") + file : file;
+}
+
+QStringList fileWords(const QStringList& files) {
+    QStringList words;
+    for (const QString& file : files)
+        words << fileWord(file);
+    return words;
 }
 
 QString measureOf(const ppd_size_t& size) {
@@ -170,7 +201,7 @@ QString JobModel::labelcutCommand() const {
     if (!mPrinter.isQueue())
         words += {QStringLiteral("-o"), QStringLiteral("labels.ps")};
     words += QStringLiteral("--");
-    return commandLine(words + mFiles);
+    return commandLine(words + fileWords(mFiles));
 }
 
 QString JobModel::lpCommand() const {
@@ -184,7 +215,7 @@ QString JobModel::lpCommand() const {
     for (const OptionChoice& option : jobChoices())
         words += {QStringLiteral("-o"), option.key + u'=' + option.choice};
     words += QStringLiteral("--");
-    return commandLine(words + mFiles);
+    return commandLine(words + fileWords(mFiles));
 }
 
 } // namespace labelcut

@@ -8,6 +8,7 @@
 #include <span>
 #include <utility>
 
+#include "host/job/harmless_text.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -443,7 +444,7 @@ int JobModel::labelCount() const {
 QString JobModel::title() const {
     if (mFiles.isEmpty())
         return hostText("Untitled");
-    const QString first = QFileInfo(mFiles.front()).fileName();
+    const QString first = harmless(QFileInfo(mFiles.front()).fileName());
     if (mFiles.size() == 1)
         return first;
     return hostText("TitleAndMore").arg(first, QString::number(mFiles.size() - 1));

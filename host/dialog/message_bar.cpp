@@ -97,6 +97,8 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     layout->addWidget(iconFor(*this, kind));
     QLabel* label = plainLabel(shortened(sentences));
     label->setWordWrap(true);
+    // A long word, such as a path, must not widen the window.
+    label->setMinimumWidth(1);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (label->text() != text)
         label->setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));

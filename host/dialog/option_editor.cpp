@@ -148,7 +148,8 @@ void OptionEditor::addCustomFields() {
         }
         edit->setAccessibleName(parameter.text);
         edit->setPlaceholderText(parameter.text);
-        edit->setToolTip(QStringLiteral("%1: %2").arg(parameter.text, boundsText(parameter)));
+        edit->setToolTip(Qt::convertFromPlainText(
+            QStringLiteral("%1: %2").arg(parameter.text, boundsText(parameter))));
         edit->setMaximumWidth(kFieldLetters * edit->fontMetrics().averageCharWidth());
         if (parameter.type == Parameter::Type::Password)
             edit->setEchoMode(QLineEdit::Password);

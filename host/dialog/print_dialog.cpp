@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -35,6 +36,7 @@
 #include "host/dialog/plain_label.h"
 #include "host/dialog/summary_page.h"
 #include "host/dialog/wheel_guard.h"
+#include "host/presets/private_folder.h"
 #include "host/presets/recent_printer.h"
 #include "host/presets/saved_defaults.h"
 #include "host/printers/printer_state.h"
@@ -48,6 +50,8 @@ namespace {
 constexpr char kGeometrySetting[] = "dialog/geometry";
 /// The window at first, in lines of text: room for a panel and, below it, for a message.
 constexpr QSize kLines(39, 29);
+/// The document's title is shortened to so much. Characters of usual width.
+constexpr int kTitle = 48;
 /// How long after a look at the print service's queues the next one follows, and from how many
 /// queues on it waits longer. Milliseconds.
 constexpr int kLookInterval = 5'000;
@@ -116,8 +120,7 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     mModel.setCopies(request.copies);
     mModel.setPages(request.pages);
     mCopies->setValue(request.copies);
-    for (const RefusedPlugin& refused : plugins.refused)
-        tell(hostText("PluginRefused").arg(refused.file, refused.reason));
+    tellRefused(plugins.refused);
     startWith(request);
     restoreGeometry(settings().value(QLatin1String(kGeometrySetting)).toByteArray());
 }
@@ -529,6 +532,7 @@ void PrintDialog::adoptPrinter(const PrinterChoice& printer, ppd::File ppd, cons
         mMessages->remove(QLatin1String(about));
     clearTabs();
     mModel.openPrinter(printer, std::move(ppd), file, wanted);
+    tellRefused(mModel.refused());
     listPrinters();
     showPrinterState();
     refreshPresets();
@@ -599,11 +603,16 @@ void PrintDialog::refresh() {
     mRefreshScheduled = false;
     const QStringList& files = mModel.files();
     const int pages = mModel.pageCount();
-    mDocument->setText(files.isEmpty() ? hostText("NoDocument")
-                       : pages > 0
-                           ? hostText("DocumentWithLabels")
-                                 .arg(mModel.title(), hostText("OneLabel", "ManyLabels", pages))
-                           : mModel.title());
+    // A long name does not widen the window.
+    const QString whole = mModel.title();
+    const QString title =
+        fontMetrics().elidedText(whole, Qt::ElideMiddle, kTitle * fontMetrics().averageCharWidth());
+    mDocument->setToolTip(title == whole ? QString() : Qt::convertFromPlainText(whole));
+    mDocument->setText(
+        files.isEmpty() ? hostText("NoDocument")
+        : pages > 0
+            ? hostText("DocumentWithLabels").arg(title, hostText("OneLabel", "ManyLabels", pages))
+            : title);
     mSentence->setText(mModel.sentence());
     mCopies->setValue(mModel.copies());
     const int labels = mModel.labelCount();
@@ -638,6 +647,13 @@ void PrintDialog::refreshConflicts() {
     mMessages->show(name, MessageBar::Kind::Warning, sentence, actions);
 }
 
+/// It stays whatever the printer, until the user dismisses it.
+void PrintDialog::tellRefused(const std::vector<RefusedPlugin>& plugins) {
+    for (const RefusedPlugin& plugin : plugins)
+        mMessages->add(QStringLiteral("plugins"),
+                       hostText("PluginRefused").arg(plugin.file, plugin.reason));
+}
+
 void PrintDialog::tell(const QString& sentence) {
     mMessages->add(QStringLiteral("told"), sentence);
 }
@@ -658,7 +674,8 @@ void PrintDialog::countPages() {
     if (mModel.files().isEmpty())
         return;
     mCounting.start([this, files = mModel.files()](const BackgroundCall::Link& link) {
-        const Result<JobDocument> document = JobDocument::prepare(files, std::nullopt);
+        const Result<JobDocument> document =
+            JobDocument::prepare(files, std::nullopt, &link.cancelFlag());
         if (document) {
             link.tell([this, pages = document->pages()] { mModel.setPageCount(pages); });
             return;
@@ -680,8 +697,17 @@ void PrintDialog::reject() {
         mRun.cancel();
 }
 
+/// In a file and folder that are the user's alone.
+void PrintDialog::keepGeometry() {
+    QSettings kept = settings();
+    makePrivateFolder(QFileInfo(kept.fileName()).path());
+    kept.setValue(QLatin1String(kGeometrySetting), saveGeometry());
+    kept.sync();
+    QFile::setPermissions(kept.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
 void PrintDialog::done(int result) {
-    settings().setValue(QLatin1String(kGeometrySetting), saveGeometry());
+    keepGeometry();
     mModel.close(result == Accepted);
     QDialog::done(result);
 }

@@ -105,6 +105,8 @@ private:
     void refreshPresets(const QString& chosen = {});
     void choosePreset(const QString& name);
     void tell(const QString& sentence);
+    void keepGeometry();
+    void tellRefused(const std::vector<RefusedPlugin>& plugins);
 
     void askForFiles();
     void countPages();
