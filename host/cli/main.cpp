@@ -1,6 +1,7 @@
 // Labelcut's program.
 #include <csignal>
 
+#include "host/cli/interruption.h"
 #include "host/cli/options_command.h"
 #include "host/cli/presets_command.h"
 #include "host/cli/print_command.h"
@@ -13,8 +14,10 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     labelcut::Runner runner(argc, argv);
-    return runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand,
-                       labelcut::addPresetsCommand, labelcut::addDialogCommand,
-                       labelcut::addPanelScriptCommand, labelcut::addSnapshotCommand},
-                      LABELCUT_VERSION);
+    const int status = runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand,
+                                   labelcut::addPresetsCommand, labelcut::addDialogCommand,
+                                   labelcut::addPanelScriptCommand, labelcut::addSnapshotCommand},
+                                  LABELCUT_VERSION);
+    labelcut::interruption::passOn();
+    return labelcut::Runner::finish(status);
 }

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
+#include "host/cli/interruption.h"
 #include "host/job/failure.h"
 
 namespace labelcut {
@@ -76,7 +77,7 @@ Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArgument
         return printer;
     }
     const QString name = QString::fromStdString(arguments.queue);
-    const CallLimits limits{arguments.timeoutInMilliseconds(), nullptr};
+    const CallLimits limits{arguments.timeoutInMilliseconds(), &interruption::flag()};
     const Result<QueueDetails> details = printer->mService.queueAttributes(name, limits);
     if (!details)
         return details.error();

@@ -13,6 +13,7 @@
 #include "host/cli/opened_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
+#include "host/job/harmless_text.h"
 
 namespace labelcut {
 
@@ -48,6 +49,18 @@ OfferedOption offered(OpenedPrinter& printer, const QString& keyword) {
             row.defaultChoice = row.choices.back().first;
     }
     return row;
+}
+
+/// JSON that says the same without any character that a terminal would act on.
+QString escaped(const QByteArray& json) {
+    QString text;
+    for (const QChar c : QString::fromUtf8(json)) {
+        if (c == u'\n' || !isActedOn(c))
+            text += c;
+        else
+            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return text;
 }
 
 QJsonValue textOrNull(const QString& text) {
@@ -107,7 +120,7 @@ int list(const Arguments& arguments, Runner& runner) {
     if (arguments.json) {
         const QJsonObject all{{QStringLiteral("printer"), (*printer)->title()},
                               {QStringLiteral("options"), rows}};
-        Runner::say(QString::fromUtf8(QJsonDocument(all).toJson()).trimmed());
+        Runner::say(escaped(QJsonDocument(all).toJson()).trimmed());
     } else if (lines.isEmpty()) {
         Runner::say(
             QStringLiteral("\"%1\" offers none of the panels' options.").arg((*printer)->title()));

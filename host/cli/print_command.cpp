@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/interruption.h"
 #include "host/cli/opened_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
@@ -21,6 +22,7 @@
 #include "host/job/cups_job.h"
 #include "host/job/documents.h"
 #include "host/job/failure.h"
+#include "host/job/harmless_text.h"
 #include "host/job/postscript_job.h"
 #include "host/job/settings.h"
 
@@ -69,8 +71,8 @@ Order understood(const Arguments& arguments) {
                                 .arg(QString::fromStdString(arguments.pages)));
         order.pages = *range;
     }
-    order.title = arguments.title.empty() ? QFileInfo(order.files.front()).fileName()
-                                          : QString::fromStdString(arguments.title);
+    order.title = harmless(arguments.title.empty() ? QFileInfo(order.files.front()).fileName()
+                                                   : QString::fromStdString(arguments.title));
     return order;
 }
 
@@ -134,25 +136,22 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const std::vector<ppd
     return std::nullopt;
 }
 
-QString userName() {
-    return QString::fromLocal8Bit(qgetenv("USER").isEmpty() ? qgetenv("LOGNAME") : qgetenv("USER"));
-}
-
 /// Writes the job or sends it. @return where it went, for people.
 Result<QString> deliver(const Arguments& arguments, const Order& order, OpenedPrinter& printer,
                         const JobDocument& document, const std::vector<ppd::Setting>& settings) {
+    const QString user = CupsConnection::userName();
     if (!printer.queue()) {
-        const PostScriptJob job{printer.ppd(), &document,        order.title,
-                                userName(),    arguments.copies, order.pages};
+        const PostScriptJob job{printer.ppd(),    &document,   order.title,          user,
+                                arguments.copies, order.pages, &interruption::flag()};
         const QString path = QFile::decodeName(arguments.output.c_str());
         const Result<qint64> size = writePostScript(job, path);
         if (!size)
             return size.error();
         return QStringLiteral("the file \"%1\"").arg(path);
     }
-    const CupsJob job{printer.queue()->name, &document,  settings, order.title, userName(),
+    const CupsJob job{printer.queue()->name, &document,  settings, order.title, user,
                       arguments.copies,      order.pages};
-    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
+    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), &interruption::flag()};
     const Result<int> id = sendToQueue(printer.service(), job, limits);
     if (!id)
         return id.error();
@@ -181,6 +180,7 @@ void noteRest(const OpenedPrinter& printer, const JobDocument& document) {
 }
 
 int print(Arguments arguments, const Order& order, Runner& runner) {
+    interruption::install();
     makeApplication(order, runner);
     const auto opened = OpenedPrinter::open(arguments.printer);
     if (!opened)
@@ -205,10 +205,11 @@ int print(Arguments arguments, const Order& order, Runner& runner) {
                                            false);
     if (const auto reason = reasonAgainst(printer, asked))
         return Runner::fail(reason->sentence);
-    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
+    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), &interruption::flag()};
     if (const auto reason = reasonOfQueue(printer, limits))
         return Runner::fail(reason->sentence);
-    const auto document = JobDocument::prepare(order.files, markedPaper(printer.ppd()));
+    const auto document =
+        JobDocument::prepare(order.files, markedPaper(printer.ppd()), &interruption::flag());
     if (!document)
         return Runner::fail(document.error().sentence);
     const auto settings = jobSettings(printer.ppd(), printer.panels().keywords(), asked);

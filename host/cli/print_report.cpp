@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include "host/job/constraints.h"
+#include "host/job/harmless_text.h"
 
 namespace labelcut {
 
@@ -34,6 +35,8 @@ QString toText(const PrintReport& report) {
             .arg(amount(report), files.join(QStringLiteral(", ")), report.printer, report.target)};
     for (const ppd::Setting& setting : report.settings)
         lines << QStringLiteral("  ") + describe(report.ppd, setting);
+    for (QString& line : lines)
+        line = harmless(line);
     return lines.join(u'\n');
 }
 

@@ -5,7 +5,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+
+#include "host/job/harmless_text.h"
 
 namespace labelcut {
 
@@ -73,11 +77,24 @@ QCoreApplication& Runner::drawingApplication() {
 }
 
 void Runner::say(const QString& text) {
-    std::fputs((text + u'\n').toUtf8().constData(), stdout);
+    std::fputs((harmless(text, u"\n\t") + u'\n').toUtf8().constData(), stdout);
 }
 
 void Runner::complain(const QString& sentence) {
-    std::fputs((QStringLiteral("labelcut: ") + sentence + u'\n').toUtf8().constData(), stderr);
+    const QString line = QStringLiteral("labelcut: ") + harmless(sentence) + u'\n';
+    std::fputs(line.toUtf8().constData(), stderr);
+}
+
+int Runner::finish(int status) {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return status;
+    const int reason = errno == 0 ? EIO : errno;
+    if (reason != EPIPE)
+        complain(QStringLiteral("The command was carried out, but its report cannot be written to "
+                                "standard output (%1); make room there.")
+                     .arg(QString::fromLocal8Bit(std::strerror(reason))));
+    return status == kDone ? kFailed : status;
 }
 
 int Runner::fail(const QString& sentence, ExitStatus status) {

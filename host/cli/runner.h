@@ -57,12 +57,16 @@ public:
     char** argv() { return mArgv; }
     /// @}
 
-    /// Writes text and a line end to standard output.
+    /// Writes text and a line end to standard output; what a terminal would act on becomes
+    /// harmless.
     static void say(const QString& text);
-    /// Writes "labelcut: " and a sentence to standard error.
+    /// Writes "labelcut: " and a sentence to standard error, as one line.
     static void complain(const QString& sentence);
     /// complain(), for a command that ends so. @return the status.
     static int fail(const QString& sentence, ExitStatus status = kFailed);
+    /// For the end of the program. @return `status`, or a failure when standard output has not
+    /// taken all that was said; a reader that went away is not complained of.
+    static int finish(int status);
 
 private:
     int& mArgc;

@@ -3,18 +3,22 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QSocketNotifier>
 
 #include <CLI/CLI.hpp>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "host/cli/application.h"
+#include "host/cli/interruption.h"
 #include "host/cli/opened_printer.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
 #include "host/dialog/print_dialog.h"
+#include "host/printers/background_call.h"
 #include "host/script/panel_script.h"
 #include "host/snapshot/snapshot.h"
 
@@ -27,6 +31,17 @@ struct DialogArguments {
     std::string queue;
     std::string ppd;
 };
+
+std::unique_ptr<PrintDialog> openDialog;
+
+/// The toolkit leaves by exit() when its display goes away. Temporary files and an unfinished job
+/// are the dialog's, and go with it.
+void closeDialog() {
+    if (!openDialog)
+        return;
+    openDialog.reset();
+    BackgroundCall::farewell();
+}
 
 int runDialog(const DialogArguments& arguments, Runner& runner) {
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
@@ -43,9 +58,17 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
         request.files.append(QFile::decodeName(file.c_str()));
     request.queue = QString::fromStdString(arguments.queue);
     request.ppdPath = QFile::decodeName(arguments.ppd.c_str());
-    PrintDialog dialog(request, plugins, system);
-    dialog.show();
+    openDialog = std::make_unique<PrintDialog>(request, plugins, system);
+    std::atexit(closeDialog);
+    interruption::install();
+    QSocketNotifier interrupted(interruption::descriptor(), QSocketNotifier::Read);
+    QObject::connect(&interrupted, &QSocketNotifier::activated, &application, [] {
+        openDialog->done(QDialog::Rejected);
+        QApplication::exit();
+    });
+    openDialog->show();
     QApplication::exec();
+    openDialog.reset();
     return kDone;
 }
 

@@ -23,7 +23,7 @@ public:
     void begin() {
         const std::lock_guard lock(mMutex);
         if (!mWaitsAtExit)
-            qAddPostRoutine([] { all().wait(); });
+            qAddPostRoutine(&BackgroundCall::farewell);
         mWaitsAtExit = true;
         ++mCount;
     }
@@ -32,8 +32,6 @@ public:
         --mCount;
         mEnded.notify_all();
     }
-
-private:
     void wait() {
         std::unique_lock lock(mMutex);
         mEnded.wait_for(lock, std::chrono::milliseconds(BackgroundCall::kFarewell),
@@ -41,6 +39,7 @@ private:
         mWaitsAtExit = false;
     }
 
+private:
     std::mutex mMutex;
     std::condition_variable mEnded;
     int mCount = 0;
@@ -110,6 +109,10 @@ void BackgroundCall::drop() {
     cancel();
     const std::lock_guard lock(mLink.mState->mutex);
     mLink.mState->owner = nullptr;
+}
+
+void BackgroundCall::farewell() {
+    Running::all().wait();
 }
 
 } // namespace labelcut

@@ -54,6 +54,10 @@ public:
     /// delivered.
     void drop();
 
+    /// Waits for the calls that are still running, up to kFarewell; for a process that ends without
+    /// its application object being destroyed.
+    static void farewell();
+
 private:
     QObject* mOwner;
     Link mLink;
