@@ -23,6 +23,12 @@ target_include_directories(labelcut_compiler INTERFACE "${PROJECT_SOURCE_DIR}")
 # Hardening for what users run; sanitizers and _FORTIFY_SOURCE exclude each other.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(labelcut_compiler INTERFACE -fstack-protector-strong -fstack-clash-protection)
+  # Jumps and returns go where they may only; each kind of processor has its own word for it.
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
+    target_compile_options(labelcut_compiler INTERFACE -fcf-protection=full)
+  elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+    target_compile_options(labelcut_compiler INTERFACE -mbranch-protection=standard)
+  endif()
   target_compile_definitions(labelcut_compiler INTERFACE _FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
   target_link_options(labelcut_compiler INTERFACE -Wl,-z,relro,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
 endif()
