@@ -22,7 +22,8 @@ Outcome run(const Start& start) {
     process.setWorkingDirectory(start.folder);
     if (start.prepare)
         process.setChildProcessModifier(start.prepare);
-    process.start(QStringLiteral(LABELCUT_PROGRAM), start.arguments);
+    process.start(start.program.isEmpty() ? QStringLiteral(LABELCUT_PROGRAM) : start.program,
+                  start.arguments);
     EXPECT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),

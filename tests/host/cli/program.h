@@ -11,6 +11,8 @@ namespace labelcut::test {
 
 /// How the program is run: nothing of the test's own environment but what is needed.
 struct Start {
+    /// Empty: the one of the build tree.
+    QString program;
     QStringList arguments;
     /// Added to the environment.
     std::map<QString, QString> environment;

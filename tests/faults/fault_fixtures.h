@@ -1,0 +1,106 @@
+// Faults: the program and the dialog in surroundings of the test's own, and what they leave there.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+#include "tests/faults/holding_proxy.h"
+#include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/host/dialog/one_truth.h"
+#include "tests/support/private_cupsd.h"
+#include "tests/support/stand_in_server.h"
+
+namespace labelcut::test {
+
+/// While one lives, temporary files go to a folder of the test's own.
+class PrivateTemporaries {
+public:
+    PrivateTemporaries();
+    ~PrivateTemporaries();
+    PrivateTemporaries(const PrivateTemporaries&) = delete;
+    PrivateTemporaries& operator=(const PrivateTemporaries&) = delete;
+    QString path() const { return mFolder.path(); }
+    /// What lies there, but for the toolkit's folder of run-time files. Sub-folders end in "/".
+    QStringList entries() const;
+
+private:
+    QTemporaryDir mFolder;
+    QByteArray mBefore;
+};
+
+/// While one lives, an environment variable has another value.
+class Environment {
+public:
+    Environment(const char* name, const QByteArray& value);
+    ~Environment();
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+private:
+    const char* mName;
+    QByteArray mBefore;
+};
+
+/// While one lives, no file of this process grows beyond so many bytes, as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes);
+    ~FullDisk();
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit mBefore{};
+};
+
+/// The program while it runs.
+class RunningProgram {
+public:
+    /// @param environment  added to the test's own.
+    explicit RunningProgram(const QStringList& arguments,
+                            const std::map<QString, QString>& environment = {},
+                            const QString& folder = {});
+    ~RunningProgram();
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    void signal(int number) const;
+    bool isRunning() const { return mProcess.state() == QProcess::Running; }
+    qint64 id() const { return mProcess.processId(); }
+    /// Waits until it has ended. @return the signal that ended it, or 0 when it ended by itself.
+    int endedBy(int timeout = 20'000);
+    int status() const { return mProcess.exitCode(); }
+    std::string out() { return mOut += mProcess.readAllStandardOutput().toStdString(); }
+    std::string err() { return mErr += mProcess.readAllStandardError().toStdString(); }
+
+private:
+    QProcess mProcess;
+    std::string mOut;
+    std::string mErr;
+};
+
+/// A PDF of one page and at least so many bytes. @return its path.
+QString largePdf(const QString& path, int bytes);
+/// PostScript that never ends. @return its path.
+QString endlessPostScript(const QString& path);
+/// A file of these contents. @return its path.
+QString fileWith(const QString& path, const QByteArray& contents);
+QByteArray contentOf(const QString& path);
+/// The sample printer for tape with one text for another, in a file of its own. @return its path.
+QString changedPpd(const QString& path, const QByteArray& before, const QByteArray& after);
+
+/// What all messages of the dialog say.
+std::string messagesOf(const PrintDialog& dialog);
+/// Turns the event loop until the window says something that contains these words.
+bool turnUntilTold(const PrintDialog& dialog, const char* words);
+/// Half cut and chain printing by clicks, dark print by its pop-up.
+void makeChoices(PrintDialog& dialog);
+/// Presses Print; on a printer that is a PPD only, chooses `path`.
+void pressPrint(PrintDialog& dialog, const QString& path = {});
+
+} // namespace labelcut::test

@@ -1,0 +1,48 @@
+// Faults: a way to a print service that can be held and cut in the middle of a document.
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace labelcut::test {
+
+/// Passes connections on to a print service. A connection that sends more than kHeldAfter bytes is
+/// no longer read from there on, so that a document larger than the buffers on its way stays
+/// unfinished.
+class HoldingProxy {
+public:
+    static constexpr qint64 kHeldAfter = 100'000;
+
+    /// @param socket  where the print service listens.
+    explicit HoldingProxy(QString socket);
+    ~HoldingProxy();
+    HoldingProxy(const HoldingProxy&) = delete;
+    HoldingProxy& operator=(const HoldingProxy&) = delete;
+
+    /// On 127.0.0.1; 0 when it could not be started.
+    int port() const { return mPort; }
+    QString address() const { return QStringLiteral("127.0.0.1:%1").arg(mPort); }
+    /// Whether a document is held in its middle.
+    bool isHolding() const { return mHolding; }
+    /// Ends the connections that are held, as a service does that dies; later ones are passed on.
+    void cut() { mCut = true; }
+
+private:
+    void serve();
+    void pass(int client) const;
+    bool isOver(bool held) const { return mStopping || (held && mCut); }
+
+    QString mSocket;
+    int mListener = -1;
+    int mPort = 0;
+    std::atomic<bool> mStopping = false;
+    std::atomic<bool> mCut = false;
+    mutable std::atomic<bool> mHolding = false;
+    std::vector<std::thread> mClients;
+    std::thread mThread;
+};
+
+} // namespace labelcut::test
