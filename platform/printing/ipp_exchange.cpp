@@ -110,7 +110,8 @@ bool isTooLongForSocket(const ServiceAddress& address) {
 
 /// Empty for 0, and for "Host is down", libcups' words for every address that refuses.
 QString systemWords(int error) {
-    return error == 0 || error == EHOSTDOWN ? QString() : QString::fromLocal8Bit(std::strerror(error));
+    return error == 0 || error == EHOSTDOWN ? QString()
+                                            : QString::fromLocal8Bit(std::strerror(error));
 }
 
 /// libcups has the same words, "Host is down", for each socket that it could not connect to.

@@ -144,7 +144,7 @@ TEST_F(PlaceFaultTest, WithoutAPlaceForTemporaryFilesTheWayOutIsNamed) {
 
 TEST_F(PlaceFaultTest, AFullDiskAtAnySizeLeavesNothingBehind) {
     const QString output = mHome.path(QStringLiteral("out.ps"));
-    for (const rlim_t size : {0, 1'000, 20'000, 60'000}) {
+    for (const rlim_t size : {rlim_t{0}, rlim_t{1'000}, rlim_t{20'000}, rlim_t{60'000}}) {
         Start start;
         start.arguments = printInto(output);
         start.environment[QStringLiteral("TMPDIR")] = mTemporaries.path();

@@ -70,7 +70,7 @@ TEST(PluginSecurityTest, WhatAnybodyMayWriteIsNotLoaded) {
                 testing::ElementsAre(testing::AllOf(HasSubstr("anybody may write to"),
                                                     HasSubstr("good.so"), HasSubstr("chmod o-w"))));
     setMode(file, 0644);
-    for (const mode_t open : {0777, 01777}) {
+    for (const mode_t open : {mode_t{0777}, mode_t{01777}}) {
         setMode(tree.plugins(), open);
         const PluginSearch search = loadPlugins(tree.plugins());
         EXPECT_TRUE(search.loaded.empty());
