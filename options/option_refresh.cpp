@@ -1,7 +1,7 @@
 // Cut-options panel: controls that follow the selections, and the combination pop-up.
 #include "options/option_pde.h"
 
-#include <algorithm>
+#include <functional>
 
 #include "platform/toolkit/int_value.h"
 #include "platform/toolkit/text_encoding.h"
@@ -12,11 +12,11 @@ namespace {
 
 /// Position of that very choice in the array; nothing when it is not an element of it.
 std::optional<int> positionOf(const PDEChoice* selection, const PDEChoiceArray& choices) {
-    const auto found = std::ranges::find_if(
-        choices, [selection](const PDEChoice& choice) { return &choice == selection; });
-    if (found == choices.end())
+    const PDEChoice* const begin = choices.data();
+    const std::less<const PDEChoice*> isBefore;
+    if (isBefore(selection, begin) || !isBefore(selection, begin + choices.size()))
         return std::nullopt;
-    return static_cast<int>(found - choices.begin());
+    return static_cast<int>(selection - begin);
 }
 
 constexpr std::int64_t kFirstTag = 1;

@@ -163,6 +163,11 @@ std::int32_t BasePDE13_v400_::indexOfMarkedOption(const PDEChoices& choices,
     const std::optional<QString> keyword = decodeCString(marked->choice, TextEncoding::Ascii);
     if (!keyword)
         return 0;
+    // An array of the option's choices has the marked one at its own place: of several of one name
+    // libcups marks the first, and there may be thousands of others.
+    const auto place = static_cast<std::size_t>(marked - marked->option->choices);
+    if (choices && place < choices->size() && (*choices)[place].choice() == marked)
+        return static_cast<std::int32_t>(place);
     const PDEChoice* found = PDEUtilsMethod13::findChoiceForString(keyword, choices);
     return found ? static_cast<std::int32_t>(found - choices->data()) : 0;
 }

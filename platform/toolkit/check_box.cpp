@@ -23,7 +23,9 @@ int checkBoxState(const QCheckBox& box) {
 
 void setCheckBoxState(QCheckBox& box, int state) {
     const bool mixed = state != 0 && state != 1;
-    box.setProperty(kBareState, mixed ? QVariant(state) : QVariant());
+    // Only a mixed box has a bare number to forget.
+    if (mixed || box.checkState() == Qt::PartiallyChecked)
+        box.setProperty(kBareState, mixed ? QVariant(state) : QVariant());
     if (mixed) {
         box.setCheckState(Qt::PartiallyChecked);
         return;

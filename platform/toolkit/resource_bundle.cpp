@@ -8,20 +8,25 @@
 namespace labelcut {
 
 namespace {
-constexpr char kDefaultTable[] = "Localizable";
+const QString& defaultTable() {
+    static const QString name = QStringLiteral("Localizable");
+    return name;
 }
+} // namespace
 
 ResourceBundle::ResourceBundle(QString root, const QLocale& locale)
     : mRoot(std::move(root))
     , mLocale(locale) {}
 
 const TextTable& ResourceBundle::table(const QString& name) const {
+    if (const auto known = mTables.find(name); known != mTables.end())
+        return known->second;
     return mTables.try_emplace(name, mRoot, name, mLocale).first->second;
 }
 
 QString ResourceBundle::localizedStringForKey(const QString& key, const QString& value,
                                               const QString& tableName) const {
-    const QString name = tableName.isEmpty() ? QString::fromLatin1(kDefaultTable) : tableName;
+    const QString& name = tableName.isEmpty() ? defaultTable() : tableName;
     const QString text = table(name).find(key.toUtf8().constData());
     if (!text.isNull())
         return text;

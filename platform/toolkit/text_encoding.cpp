@@ -76,11 +76,18 @@ bool isAscii(const QString& text) {
     return std::ranges::all_of(text, [](QChar c) { return c.unicode() < 0x80; });
 }
 
+/// ASCII is the same in all of them; only a locale may have an encoding in which it is not.
+bool beginsWithAscii(TextEncoding encoding) {
+    return encoding != TextEncoding::SystemDefault;
+}
+
 } // namespace
 
 std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding) {
+    if (beginsWithAscii(encoding) && isAscii(text))
+        return text.toLatin1();
     if (encoding == TextEncoding::Ascii)
-        return isAscii(text) ? std::optional(text.toLatin1()) : std::nullopt;
+        return std::nullopt;
     const Converter converter = openConverter(encoding);
     const std::optional<qsizetype> length = lengthIn(converter, text);
     if (!length)
@@ -108,8 +115,10 @@ QByteArray encodeLossyUtf8(const QString& text) {
 }
 
 std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding) {
+    if (beginsWithAscii(encoding) && isAscii(text))
+        return text.size();
     if (encoding == TextEncoding::Ascii)
-        return isAscii(text) ? std::optional(text.size()) : std::nullopt;
+        return std::nullopt;
     return lengthIn(openConverter(encoding), text);
 }
 
@@ -120,8 +129,10 @@ bool canEncode(const QString& text, TextEncoding encoding) {
 std::optional<QString> decodeText(QByteArrayView bytes, TextEncoding encoding) {
     if (bytes.isEmpty())
         return QStringLiteral("");
+    if (beginsWithAscii(encoding) && isAscii(bytes))
+        return QString::fromLatin1(bytes);
     if (encoding == TextEncoding::Ascii)
-        return isAscii(bytes) ? std::optional(QString::fromLatin1(bytes)) : std::nullopt;
+        return std::nullopt;
     const Converter converter = openConverter(encoding);
     if (!converter || !isConvertibleSize(bytes.size()))
         return std::nullopt;
