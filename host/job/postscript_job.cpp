@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <string_view>
 
 #include "host/job/atomic_file.h"
 #include "host/job/failure.h"
@@ -81,7 +82,7 @@ QByteArray header(const PostScriptJob& job) {
     return "%!PS-Adobe-3.0\n%%Title: " + plain(job.title) + "\n%%For: " + plain(job.user) + "\n";
 }
 
-/// Copies Ghostscript's PostScript line by line and adds the sections where they belong.
+/// Copies Ghostscript's PostScript and adds the sections where they belong.
 class Assembly {
 public:
     Assembly(const PostScriptJob& job, FileSink& target)
@@ -90,35 +91,55 @@ public:
         , mTarget(target) {}
 
     /// @return whether `pages` was whole; a target that refuses bytes shows that by itself.
-    bool copy(QIODevice& pages) {
+    bool copy(std::string_view pages) {
         mTarget.write(mSections.opening);
-        while (!pages.atEnd())
-            copyLine(pages.readLine());
+        // What stands between two comments goes over in one piece.
+        std::size_t piece = 0;
+        for (std::size_t line = 0; line < pages.size();) {
+            const std::size_t end = std::min(pages.find('\n', line), pages.size() - 1) + 1;
+            const std::string_view text = pages.substr(line, end - line);
+            if (isComment(text)) {
+                write(pages.substr(piece, line - piece));
+                copyComment(text);
+                piece = end;
+            }
+            const std::size_t next = pages.find("\n%", end - 1);
+            line = next == std::string_view::npos ? pages.size() : next + 1;
+        }
+        write(pages.substr(piece));
         mTarget.write(mSections.closing);
         return mHasSetup && mEnded && mPages > 0;
     }
 
 private:
-    void copyLine(const QByteArray& line) {
+    static bool isComment(std::string_view line) {
+        return line.starts_with("%%") || line.starts_with("%!PS");
+    }
+
+    void write(std::string_view bytes) {
+        mTarget.write(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    }
+
+    void copyComment(std::string_view line) {
         // The first line becomes ours; the invocation names files of this machine.
-        if (line.startsWith("%!PS")) {
+        if (line.starts_with("%!PS")) {
             mTarget.write(mHeader);
             return;
         }
-        if (line.startsWith("%%Invocation:"))
+        if (line.starts_with("%%Invocation:"))
             return;
-        mTarget.write(line);
-        if (line.startsWith("%%BeginProlog"))
+        write(line);
+        if (line.starts_with("%%BeginProlog"))
             mTarget.write(mSections.prolog);
-        if (line.startsWith("%%EndProlog")) {
+        if (line.starts_with("%%EndProlog")) {
             mTarget.write(mSections.setup);
             mHasSetup = true;
         }
-        if (line.startsWith("%%BeginPageSetup")) {
+        if (line.starts_with("%%BeginPageSetup")) {
             mTarget.write(mSections.page);
             ++mPages;
         }
-        if (line.startsWith("%%EOF"))
+        if (line.starts_with("%%EOF"))
             mEnded = true;
     }
 
@@ -142,7 +163,10 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         QFile source(*pages);
         if (job.cancel && job.cancel->isCancelled())
             return printerrors::cancelled().sentence;
-        if (source.open(QIODevice::ReadOnly) && Assembly(job, target).copy(source))
+        const auto* bytes = source.open(QIODevice::ReadOnly)
+                                ? reinterpret_cast<const char*>(source.map(0, source.size()))
+                                : nullptr;
+        if (bytes && Assembly(job, target).copy({bytes, static_cast<std::size_t>(source.size())}))
             return std::nullopt;
         return hostText("PagesCutShort");
     });
