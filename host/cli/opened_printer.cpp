@@ -7,6 +7,8 @@
 
 #include "host/cli/interruption.h"
 #include "host/job/failure.h"
+#include "host/presets/preset_match.h"
+#include "host/presets/saved_defaults.h"
 
 namespace labelcut {
 
@@ -91,8 +93,20 @@ Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArgument
     setup.deviceURI = details->queue.deviceUri;
     printer->mTitle = name;
     printer->mQueue = details->queue;
+    printer->markSavedChoices(setup.ppd.get());
     printer->createPanels(std::move(setup));
     return printer;
+}
+
+void OpenedPrinter::markSavedChoices(ppd_file_t* ppd) {
+    const SavedOptions saved = readSavedOptions();
+    mNotes << saved.problems;
+    const PresetMatch match = startingPoint(ppd, saved.optionsOf({mQueue->name, QString()})).match;
+    mSavedChoices = match.applicable;
+    mNotes << describe(ppd, match.missing);
+    for (const ppd::Setting& setting : mSavedChoices)
+        ppd::markOption(ppd, setting.keyword.toUtf8().constData(),
+                        setting.choice.toUtf8().constData());
 }
 
 void OpenedPrinter::createPanels(PanelHostSetup setup) {

@@ -16,8 +16,9 @@ namespace labelcut {
 /// A queue or PPD with the panels that all plug-ins offer for it; no panel has a view.
 class OpenedPrinter {
 public:
-    /// Fetches the queue's PPD or reads the file, marks its defaults, and creates the panels. An
-    /// application object must exist. @return the failure is a sentence for the user.
+    /// Fetches the queue's PPD or reads the file, marks its defaults and, over them, the options
+    /// that the user has saved for the queue (lpoptions), and creates the panels. An application
+    /// object must exist. @return the failure is a sentence for the user.
     static Result<std::unique_ptr<OpenedPrinter>> open(const PrinterArguments& arguments);
 
     ppd_file_t* ppd() const { return mHost->ppd(); }
@@ -28,7 +29,9 @@ public:
     /// Nothing for a PPD without a queue.
     const std::optional<Queue>& queue() const { return mQueue; }
     const CupsConnection& service() const { return mService; }
-    /// What was left out while opening, in sentences: plug-ins that cannot be used.
+    /// What the user has saved for the queue, as far as the printer has it.
+    const std::vector<ppd::Setting>& savedChoices() const { return mSavedChoices; }
+    /// What was left out while opening, in sentences: saved options, plug-ins that cannot be used.
     const QStringList& notes() const { return mNotes; }
 
     /// Marks what the user asked for and tells the panels, then has them take it over and write
@@ -38,12 +41,14 @@ public:
 
 private:
     OpenedPrinter() = default;
+    void markSavedChoices(ppd_file_t* ppd);
     void createPanels(PanelHostSetup setup);
     void follow(const ppd::Setting& setting);
 
     CupsConnection mService;
     std::optional<Queue> mQueue;
     QString mTitle;
+    std::vector<ppd::Setting> mSavedChoices;
     QStringList mNotes;
     PluginSearch mPlugins;
     HostSystem mSystem;

@@ -30,17 +30,13 @@ Result<std::optional<PresetMatch>> PresetArgument::matched(const OpenedPrinter& 
     return std::optional(std::move(match));
 }
 
-std::vector<ppd::Setting> withPreset(const std::optional<PresetMatch>& preset,
+std::vector<ppd::Setting> overridden(std::vector<ppd::Setting> kept,
                                      const std::vector<ppd::Setting>& asked) {
-    std::vector<ppd::Setting> all;
-    if (preset)
-        all = preset->applicable;
-    std::erase_if(all, [&](const ppd::Setting& kept) {
-        return std::ranges::any_of(
-            asked, [&](const ppd::Setting& setting) { return setting.keyword == kept.keyword; });
+    std::erase_if(kept, [&](const ppd::Setting& setting) {
+        return std::ranges::find(asked, setting.keyword, &ppd::Setting::keyword) != asked.end();
     });
-    all.insert(all.end(), asked.begin(), asked.end());
-    return all;
+    kept.insert(kept.end(), asked.begin(), asked.end());
+    return kept;
 }
 
 } // namespace labelcut

@@ -25,8 +25,8 @@ struct PresetArgument {
     Result<std::optional<PresetMatch>> matched(const OpenedPrinter& printer) const;
 };
 
-/// The preset's settings followed by those that were asked for outright, which win.
-std::vector<ppd::Setting> withPreset(const std::optional<PresetMatch>& preset,
+/// Settings that were kept (saved for a queue, a preset) followed by `asked`, which win.
+std::vector<ppd::Setting> overridden(std::vector<ppd::Setting> kept,
                                      const std::vector<ppd::Setting>& asked);
 
 } // namespace labelcut

@@ -196,7 +196,10 @@ int print(Arguments arguments, const Order& order, Runner& runner) {
     const auto checked = checkedSettings(printer.ppd(), order.asked);
     if (!checked)
         return Runner::fail(checked.error().sentence);
-    const std::vector<ppd::Setting> asked = withPreset(*preset, *checked);
+    std::vector<ppd::Setting> asked = printer.savedChoices();
+    if (*preset)
+        asked = overridden(std::move(asked), (*preset)->applicable);
+    asked = overridden(std::move(asked), *checked);
     printer.apply(asked);
     const std::uint32_t last = order.pages.last == PageRange::kToTheEnd
                                    ? kLastPageOfAll

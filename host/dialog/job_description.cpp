@@ -173,10 +173,9 @@ std::vector<OptionChoice> JobModel::jobChoices() const {
     std::vector<OptionChoice> choices;
     QStringList keys{QLatin1String(kPageSize)};
     keys += panelKeywords();
-    for (const QString& key : changedMarks().keys()) {
-        if (!keys.contains(key))
-            keys.append(key);
-    }
+    keys += mWantedKeys;
+    keys += changedMarks().keys();
+    keys.removeDuplicates();
     for (const QString& key : keys) {
         if (const std::optional<QString> marked = choice(key))
             choices.push_back({key, *marked});

@@ -77,6 +77,7 @@ void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QS
     mHost = std::make_unique<PanelHost>(std::move(setup));
     ppd::markDefaults(mHost->ppd());
     mDefaults = marksOf(*mHost);
+    mWantedKeys = wanted.keys();
     QStringList lacking;
     applyMarks(wanted, lacking);
     followPaper();

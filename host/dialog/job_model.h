@@ -136,7 +136,7 @@ public:
     /// What will happen, in one sentence.
     QString sentence() const;
     /// The choices that a job carries: page size, every keyword of the panels, and whatever else
-    /// differs from the PPD's default.
+    /// differs from the PPD's default, or would from where commands begin.
     std::vector<OptionChoice> jobChoices() const;
     /// The same job as commands for a shell.
     QString labelcutCommand() const;
@@ -198,6 +198,9 @@ private:
     std::unique_ptr<PanelSet> mPanels;
     std::vector<RefusedPlugin> mRefused;
     Marks mDefaults;
+    /// What was wanted beyond the defaults at the beginning, by options saved for the queue perhaps,
+    /// which commands start from as well: said aloud even where the default was chosen since.
+    QStringList mWantedKeys;
     std::vector<Chosen> mUndo;
     Chosen mSettled;
     Step mLatestStep = Step::Choices;

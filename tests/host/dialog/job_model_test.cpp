@@ -396,6 +396,14 @@ TEST_F(JobModelTest, TheCommandsSayTheSameAsTheJob) {
     EXPECT_TRUE(mModel.lpCommand().isEmpty()) << "no queue";
 }
 
+TEST_F(JobModelTest, ADefaultThatTakesBackWhatWasSavedIsSaidToCommands) {
+    // Commands start from what is saved for the queue, as the window did.
+    open(kTapePpd, {{kQuality, QStringLiteral("Best")}});
+    showPanel();
+    mModel.choose(kQuality, QStringLiteral("Normal"));
+    EXPECT_THAT(mModel.labelcutCommand().toStdString(), HasSubstr("--set Quality=Normal"));
+}
+
 TEST_F(JobModelTest, APrintersChangeForgetsTheStepsOfTheOneBefore) {
     open(kTapePpd);
     showPanel();

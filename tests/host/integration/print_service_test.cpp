@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -71,6 +72,37 @@ TEST_F(PrintServiceTest, TheQueuesOwnDefaultsAreTheStart) {
     EXPECT_THAT(outcome.out, HasSubstr("(KvChainPrint=ON)"));
     const Outcome other = printOn("chain", words("--set KvChainPrint=OFF"));
     EXPECT_THAT(other.out, HasSubstr("(KvChainPrint=OFF)"));
+}
+
+TEST_F(PrintServiceTest, WhatTheUserSavedForTheQueueIsTheStart) {
+    const QTemporaryDir home;
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral(".cups")));
+    QFile saved(home.filePath(QStringLiteral(".cups/lpoptions")));
+    ASSERT_TRUE(saved.open(QIODevice::WriteOnly));
+    saved.write("Dest tape KvHalfCut=ON Quality=Best NoSuchThing=1 KvMirror=SIDEWAYS\n");
+    saved.close();
+    const auto runAtHome = [&](const QStringList& arguments) {
+        Start start;
+        start.arguments = arguments + words("--printer tape");
+        start.environment[QStringLiteral("CUPS_SERVER")] = sService->socketPath();
+        start.environment[QStringLiteral("HOME")] = home.path();
+        return run(start);
+    };
+    const QStringList print{QStringLiteral("print"), kLabels};
+
+    const Outcome plain = runAtHome(print);
+    EXPECT_EQ(plain.status, 0) << plain.err;
+    EXPECT_THAT(plain.out, HasSubstr("(KvHalfCut=ON)"));
+    EXPECT_THAT(plain.out, HasSubstr("(Quality=Best)"));
+    EXPECT_THAT(plain.err, HasSubstr("SIDEWAYS")) << "nothing is dropped without a word";
+
+    const Outcome asked = runAtHome(print + words("--set KvHalfCut=OFF --set Quality=Draft"));
+    EXPECT_EQ(asked.status, 0) << asked.err;
+    EXPECT_THAT(asked.out, HasSubstr("(KvHalfCut=OFF)"));
+    EXPECT_THAT(asked.out, HasSubstr("(Quality=Draft)"));
+
+    EXPECT_THAT(runAtHome({QStringLiteral("options")}).out,
+                HasSubstr("KvHalfCut (Half cut), default OFF\n    OFF (Off), *ON"));
 }
 
 TEST_F(PrintServiceTest, AQueueThatDoesNotExistIsNamed) {
