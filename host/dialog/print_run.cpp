@@ -4,10 +4,10 @@
 #include <QDir>
 #include <QFile>
 
-#include <algorithm>
 #include <utility>
 
 #include "host/job/atomic_file.h"
+#include "host/job/cups_job.h"
 #include "host/job/postscript_job.h"
 #include "host/texts/host_text.h"
 
@@ -75,22 +75,15 @@ Result<Done> writeFile(const PrintOrder& order, const JobDocument& document,
 }
 
 JobToSend jobFor(const PrintOrder& order, const JobDocument& document) {
-    JobToSend job;
-    job.documentPath = document.pdf();
-    job.request.queue = order.printer.queue;
-    job.request.title = order.title;
-    job.request.documentFormat = QStringLiteral("application/pdf");
-    job.request.copies = order.copies;
-    if (!order.pages.isEverything())
-        job.request.pageRanges = {
-            {order.pages.first, std::min(order.pages.last, document.pages())}};
-    std::vector<ppd::Setting> settings;
-    for (const OptionChoice& choice : order.choices) {
-        job.request.options.emplace_back(choice.key, choice.choice);
-        settings.push_back({choice.key, choice.choice});
-    }
-    job.checkPpd = choicesStillThere(order.printer.queue, settings);
-    return job;
+    CupsJob job;
+    job.queue = order.printer.queue;
+    job.document = &document;
+    job.title = order.title;
+    job.copies = order.copies;
+    job.pages = order.pages;
+    for (const OptionChoice& choice : order.choices)
+        job.settings.push_back({choice.key, choice.choice});
+    return {requestFor(job), document.pdf(), choicesStillThere(job.queue, job.settings)};
 }
 
 int percentOf(qint64 part, qint64 whole) {

@@ -11,8 +11,6 @@
 
 namespace labelcut {
 
-namespace {
-
 JobRequest requestFor(const CupsJob& job) {
     JobRequest request;
     request.queue = job.queue;
@@ -27,8 +25,6 @@ JobRequest requestFor(const CupsJob& job) {
         request.options.emplace_back(setting.keyword, setting.choice);
     return request;
 }
-
-} // namespace
 
 Result<int> sendToQueue(const CupsConnection& service, const CupsJob& job, const CallLimits& limits,
                         const SendProgress& progress) {

@@ -26,6 +26,9 @@ struct CupsJob {
     PageRange pages;
 };
 
+/// The job as the print service is asked for it.
+JobRequest requestFor(const CupsJob& job);
+
 /// Makes the job and sends its document; call it on a thread that may wait.
 /// @return the job's id. The failure is a sentence for the user; the job is then gone again, or
 /// the sentence says that it may still be there.
