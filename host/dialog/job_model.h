@@ -198,8 +198,9 @@ private:
     std::unique_ptr<PanelSet> mPanels;
     std::vector<RefusedPlugin> mRefused;
     Marks mDefaults;
-    /// What was wanted beyond the defaults at the beginning, by options saved for the queue perhaps,
-    /// which commands start from as well: said aloud even where the default was chosen since.
+    /// What was wanted beyond the defaults at the beginning, by options saved for the queue
+    /// perhaps, which commands start from as well: said aloud even where the default was chosen
+    /// since.
     QStringList mWantedKeys;
     std::vector<Chosen> mUndo;
     Chosen mSettled;
