@@ -1,12 +1,11 @@
 // The job: what a user asks for, checked against what the printer offers.
 #include "host/job/settings.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <span>
 
 #include "host/job/failure.h"
+#include "host/presets/custom_value.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -94,87 +93,22 @@ Error noChoice(const ppd_option_t& option, const QString& choice) {
     return failure(hostText("ChoiceUnknown").arg(QString::fromUtf8(option.keyword), choice, list));
 }
 
-/// Points in one of the units that custom values are written in; 0 for none of them.
-double unitInPoints(const QString& unit) {
-    if (unit.isEmpty() || unit == u"pt")
-        return 1;
-    if (unit == u"in")
-        return 72;
-    if (unit == u"ft")
-        return 72 * 12;
-    if (unit == u"mm")
-        return 72 / 25.4;
-    if (unit == u"cm")
-        return 72 / 2.54;
-    return unit == u"m" ? 72 / 0.0254 : 0;
-}
-
-Error badCustom(const QString& keyword, const QString& choice, const QString& range) {
-    return failure(hostText("CustomUnusable").arg(choice, keyword, range));
-}
-
-/// Rounding of written measures. Points.
-constexpr double kSlack = 0.5;
-
-bool isWithin(double value, double low, double high) {
-    return value >= low - kSlack && value <= high + kSlack;
-}
-
-std::optional<Error> reasonAgainstPaper(const ppd_file_t& ppd, const ppd::Setting& asked) {
-    static const QRegularExpression form(
-        QStringLiteral("^Custom\\.(\\d+(?:\\.\\d+)?)x(\\d+(?:\\.\\d+)?)([a-z]*)$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const auto match = form.match(asked.choice);
-    const double unit = match.hasMatch() ? unitInPoints(match.captured(3).toLower()) : 0;
-    if (unit > 0 &&
-        isWithin(match.captured(1).toDouble() * unit, ppd.custom_min[0], ppd.custom_max[0]) &&
-        isWithin(match.captured(2).toDouble() * unit, ppd.custom_min[1], ppd.custom_max[1]))
-        return std::nullopt;
-    return badCustom(asked.keyword, asked.choice,
-                     hostText("CustomPaper")
-                         .arg(numbered(ppd.custom_min[0]), numbered(ppd.custom_max[0]),
-                              numbered(ppd.custom_min[1]), numbered(ppd.custom_max[1])));
-}
-
-std::optional<Error> reasonAgainstNumber(const ppd::CustomParameter& parameter,
-                                         const ppd::Setting& asked) {
-    static const QRegularExpression form(
-        QStringLiteral("^Custom\\.([-+]?\\d+(?:\\.\\d+)?)([a-z]*)$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const bool isMeasure = parameter.type == ppd::CustomParameter::Type::Points;
-    const auto match = form.match(asked.choice);
-    const double unit =
-        isMeasure || match.captured(2).isEmpty() ? unitInPoints(match.captured(2).toLower()) : 0;
-    const double value = match.captured(1).toDouble() * unit;
-    if (match.hasMatch() && unit > 0 && value >= parameter.minimum && value <= parameter.maximum)
-        return std::nullopt;
-    return badCustom(asked.keyword, asked.choice,
-                     hostText(isMeasure ? "CustomPoints" : "CustomNumber")
-                         .arg(numbered(parameter.minimum), numbered(parameter.maximum)));
-}
-
-std::optional<Error> reasonAgainstText(const ppd::CustomParameter& parameter,
-                                       const ppd::Setting& asked) {
-    const auto length = static_cast<double>(asked.choice.size() - qsizetype(sizeof("Custom.") - 1));
-    if (length >= parameter.minimum && length <= parameter.maximum)
-        return std::nullopt;
-    return badCustom(
-        asked.keyword, asked.choice,
-        hostText("CustomText").arg(numbered(parameter.minimum), numbered(parameter.maximum)));
-}
-
-std::optional<Error> reasonAgainstCustom(ppd_file_t* ppd, const ppd::Setting& asked) {
-    if (asked.keyword == u"PageSize" || asked.keyword == u"PageRegion")
-        return reasonAgainstPaper(*ppd, asked);
-    const auto parameters = ppd::customParameters(ppd, asked.keyword.toUtf8().constData());
+/// What the option takes as a custom value, for people.
+QString customValuesOf(ppd_file_t* ppd, const ppd_option_t& option) {
+    const QLatin1String keyword(option.keyword);
+    if (keyword == QLatin1String("PageSize") || keyword == QLatin1String("PageRegion"))
+        return hostText("CustomPaper")
+            .arg(numbered(ppd->custom_min[0]), numbered(ppd->custom_max[0]),
+                 numbered(ppd->custom_min[1]), numbered(ppd->custom_max[1]));
+    const auto parameters = ppd::customParameters(ppd, option.keyword);
     if (parameters.size() != 1)
-        return badCustom(asked.keyword, asked.choice,
-                         hostText("CustomParts").arg(parameters.size()));
+        return hostText("CustomParts").arg(parameters.size());
     using Type = ppd::CustomParameter::Type;
     const ppd::CustomParameter& only = parameters.front();
-    return only.type == Type::Text || only.type == Type::Password
-               ? reasonAgainstText(only, asked)
-               : reasonAgainstNumber(only, asked);
+    const char* key = only.type == Type::Points                                ? "CustomPoints"
+                      : only.type == Type::Text || only.type == Type::Password ? "CustomText"
+                                                                               : "CustomNumber";
+    return hostText(key).arg(numbered(only.minimum), numbered(only.maximum));
 }
 
 } // namespace
@@ -184,16 +118,15 @@ Result<ppd::Setting> checkedSetting(ppd_file_t* ppd, const ppd::Setting& asked) 
     if (!option)
         return noOption(ppd, asked.keyword);
     ppd::Setting setting{QString::fromUtf8(option->keyword), asked.choice};
-    const QString custom = QStringLiteral("Custom.");
-    if (asked.choice.startsWith(custom, Qt::CaseInsensitive) && ppd::findChoice(option, "Custom")) {
-        setting.choice.replace(0, custom.size(), custom);
-        if (const auto reason = reasonAgainstCustom(ppd, setting))
-            return *reason;
-        return setting;
+    if (isCustomValue(asked.choice) && ppd::findChoice(option, "Custom")) {
+        const QString custom = QStringLiteral("Custom.");
+        if (setting.choice.startsWith(custom, Qt::CaseInsensitive))
+            setting.choice.replace(0, custom.size(), custom);
+        if (takesCustomValue(ppd, *option, setting.choice))
+            return setting;
+        return failure(hostText("CustomUnusable")
+                           .arg(setting.choice, setting.keyword, customValuesOf(ppd, *option)));
     }
-    const bool isParts = asked.choice.startsWith(u'{') && asked.choice.endsWith(u'}');
-    if (isParts && !ppd::customParameters(ppd, option->keyword).empty())
-        return setting;
     for (const ppd_choice_t& choice : choicesOf(*option)) {
         const QString known = QString::fromUtf8(choice.choice);
         if (known != u"Custom" && known.compare(asked.choice, Qt::CaseInsensitive) == 0) {
