@@ -121,6 +121,8 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     mModel.setPages(request.pages);
     mCopies->setValue(request.copies);
     tellRefused(plugins.refused);
+    if (plugins.loaded.empty() && plugins.refused.empty())
+        mMessages->add(QStringLiteral("plugins"), hostText("NoPlugins"));
     startWith(request);
     restoreGeometry(settings().value(QLatin1String(kGeometrySetting)).toByteArray());
 }

@@ -262,6 +262,20 @@ TEST_F(PrintDialogTest, PagesAreMadeWhenTheyAreFirstLookedAt) {
     EXPECT_FALSE(dialog.findChild<QGroupBox*>(QStringLiteral("summary")));
 }
 
+TEST_F(PrintDialogTest, WithoutAnyPlugInItSaysSoAndStillHasItsOwnPages) {
+    const PluginSearch none;
+    DialogRequest request;
+    request.files = {kLabels};
+    request.ppdPath = kTapePpd;
+    PrintDialog dialog(request, none, hostSystem(), noService());
+    dialog.show();
+    settle();
+    EXPECT_THAT(dialog.messages().texts().join(u'\n').toStdString(),
+                HasSubstr("no plug-in was found"));
+    EXPECT_EQ(dialog.tabs().count(), 3);
+    EXPECT_TRUE(dialog.model().hasPrinter());
+}
+
 TEST_F(PrintDialogTest, UndoShowsTheCopiesAndTheRangeThatWere) {
     open();
     openTab(*mDialog, 1);

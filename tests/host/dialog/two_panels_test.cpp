@@ -34,6 +34,7 @@ protected:
         mDialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(mDialog.get()));
         settle();
+        lookAtEveryPage(*mDialog);
     }
     /// The sample printer for tape with the option that the example's panel claims.
     QString printerWithQuality() const {
