@@ -70,6 +70,7 @@ Result<Done> PdfFile::join(const std::vector<PdfFile>& files, const PageRange& r
     if (!engine())
         return engine().error();
     std::vector<PdfContent*> contents;
+    contents.reserve(files.size());
     for (const PdfFile& file : files)
         contents.push_back(file.mContent.get());
     const std::optional<PdfProblem> problem = (*engine())->join(contents, range, paper, target);
