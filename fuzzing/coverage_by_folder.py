@@ -6,6 +6,7 @@ Folders of which nothing was reached, and those of the tests and targets themsel
 """
 import collections
 import json
+import os
 import pathlib
 import sys
 
@@ -21,7 +22,7 @@ def main(root):
     folders = collections.defaultdict(lambda: {"lines": collections.Counter(),
                                                "branches": collections.Counter()})
     for entry in json.load(sys.stdin)["data"][0]["files"]:
-        path = pathlib.Path(entry["filename"])
+        path = pathlib.Path(os.path.normpath(entry["filename"]))
         if not path.is_relative_to(root):
             continue
         folder = path.relative_to(root).parent
