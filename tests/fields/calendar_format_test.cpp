@@ -24,7 +24,7 @@ TEST(CalendarFormat, HasADefault) {
 }
 
 TEST(CalendarFormat, AgreesWithTheCLibraryInTheCLocale) {
-    const char* const directives = "aAbBcCdDeFgGhHIjklmMnprRStTuUVwWxXyYz%";
+    const char* const directives = "aAbBcCdDeFgGhHIjklmMnpPrRStTuUVwWxXyYz%";
     const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
     std::mt19937 random(7);
     for (int round = 0; round < 500; ++round) {

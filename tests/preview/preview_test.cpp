@@ -190,6 +190,8 @@ TEST(NewView, KnowsItsFamilyAndNoBoxYet) {
         EXPECT_EQ(view->targetSlot(), 0);
         EXPECT_EQ(View(view.get()).frame().size, (Size{300, 84}));
         EXPECT_EQ(View(view.get()).frame().origin.x, 7);
+        // Its panel places it, by a height that is known later.
+        EXPECT_EQ(points::rect(*view).top(), 0);
         EXPECT_FALSE(OptionView13_v400_::isFlipped());
     }
 }

@@ -228,6 +228,11 @@ TEST(StringFormat, IgnoresArgumentsLeftOverAndQuotes) {
 TEST(StringFormat, ReadsVariants) {
     EXPECT_EQ(stringWithFormat("%d", QVariant(7)), QStringLiteral("7"));
     EXPECT_EQ(stringWithFormat("%u", QVariant(-1)), QStringLiteral("4294967295"));
+    EXPECT_EQ(stringWithFormat("%u", QVariant(4294967295U)), QStringLiteral("4294967295"));
+    EXPECT_EQ(stringWithFormat("%lld", QVariant(qlonglong{-9007199254740993})),
+              QStringLiteral("-9007199254740993"));
+    EXPECT_EQ(stringWithFormat("%llu", QVariant(qulonglong{18446744073709551615U})),
+              QStringLiteral("18446744073709551615"));
     EXPECT_EQ(stringWithFormat("%.1f", QVariant(0.5)), QStringLiteral("0.5"));
     EXPECT_EQ(stringWithFormat("%@", QVariant(QStringLiteral("t"))), QStringLiteral("t"));
 }
