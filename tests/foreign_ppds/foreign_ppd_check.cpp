@@ -37,6 +37,7 @@ public:
         ppd::File ours = ppd::openFile(path, &error);
         if (!theirs) {
             ++mTally.refusedByLibcups;
+            std::printf("%s: refused by libcups itself\n", qPrintable(path));
             if (ours)
                 fail(path, QStringLiteral("opened although libcups refuses it"));
             return;
@@ -115,6 +116,8 @@ int main(int argc, char** argv) {
         return 2;
     while (!list.atEnd()) {
         const QByteArray path = list.readLine().trimmed();
+        if (path.isEmpty())
+            continue;
         std::fprintf(stderr, "%s\n", path.constData());
         check.check(QFile::decodeName(path));
     }
