@@ -91,7 +91,7 @@ private:
     }
 
     const PluginSearch mPlugins = loadPlugins(QStringLiteral(LABELCUT_PLUGIN_DIR));
-    const HostSystem mSystem;
+    const HostSystem mSystem{};
     Tally mTally;
 };
 
