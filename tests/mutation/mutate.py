@@ -243,6 +243,9 @@ def run(command, limit=None, **more):
         os.killpg(process.pid, signal.SIGKILL)
         run.said, _ = process.communicate()
         return None
+    except BaseException:  # the user has had enough: nothing goes on alone
+        os.killpg(process.pid, signal.SIGKILL)
+        raise
     return process.returncode == 0
 
 
@@ -314,6 +317,7 @@ def shares(found, count):
 
 def main():
     os.environ["CCACHE_DISABLE"] = "1"  # no mutant is worth keeping
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("stopped"))
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--mutants", type=int, default=180)
     parser.add_argument("--seed", type=int, default=1)
