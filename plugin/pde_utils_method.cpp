@@ -44,9 +44,8 @@ Point PDEUtilsMethod13::originItem(ppd_file_t* ppd, const char* cStrKey) {
 
 Point pointFromString(const QString& text) {
     static const QRegularExpression notation(QStringLiteral(R"(^\s*+\{([^,{}]*+),([^,{}]*+)\})"));
+    // Without a match both are empty, which is 0.
     const QRegularExpressionMatch match = notation.match(text);
-    if (!match.hasMatch())
-        return {};
     return {coordinate(match.capturedView(1)), coordinate(match.capturedView(2))};
 }
 

@@ -471,6 +471,35 @@ TEST(TitleOfAutomaticCut, DoesNotWidenAPanelThatNeverShowsIt) {
     EXPECT_EQ(setting.show().panelView()->width(), 516);
 }
 
+TEST(LongTitles, WidenWithAndWithoutARowForAutomaticCut) {
+    PpdBuilder without;
+    without.onOff("KvHalfCut", "OFF", QByteArray(79, 'W'));
+    PanelOnHost hidden(without.open());
+    EXPECT_GT(hidden.show().panelView()->width(), 516);
+    PpdBuilder with;
+    with.attribute("KvAutoCutObjHidden", "False");
+    with.onOff("KvAutoTapeCut", "ON", QByteArray(79, 'W'));
+    PanelOnHost shown(with.open());
+    EXPECT_GT(shown.show().panelView()->width(), 516);
+}
+
+TEST(Inspection, TellsSelectionsStatesAndThePicture) {
+    PanelOnHost setting(PpdBuilder::tapePrinter().open());
+    PanelUnderTest& panel = setting.load();
+    panel.usb_dec = 1;
+    panel.mTapeState = 7;
+    const QVariantMap state = panel.inspect();
+    EXPECT_EQ(state.keys(), (QStringList{"image", "isRVPrinter", "mAutoCutHideKey_dec",
+                                         "mTapeState", "selections", "slot", "usb_dec"}));
+    EXPECT_EQ(state.value(QStringLiteral("mTapeState")), 7);
+    EXPECT_EQ(state.value(QStringLiteral("usb_dec")), 1);
+    EXPECT_EQ(state.value(QStringLiteral("mAutoCutHideKey_dec")), 1);
+    EXPECT_EQ(state.value(QStringLiteral("isRVPrinter")), false);
+    EXPECT_EQ(state.value(QStringLiteral("slot")), panel.mOptionView->targetSlot());
+    EXPECT_EQ(state.value(QStringLiteral("image")), panel.mOptionView->targetImageName());
+    EXPECT_EQ(state.value(QStringLiteral("selections")).toMap().size(), 9);
+}
+
 TEST(TitlesOfEveryLanguage, AreNotClipped) {
     for (const char* language : {"en", "de", "fr", "es", "ja", "zh_CN"}) {
         for (const char* family : {"RV", "SG"}) {
