@@ -323,6 +323,14 @@ TEST(PropertyList, writesWhatReadsBackEqual) {
     EXPECT_TRUE(std::isnan(nan.toDouble()));
 }
 
+TEST(PropertyList, writesAWholeSecondWithoutAFraction) {
+    const QDateTime whole(QDate(1999, 12, 31), QTime(1, 2, 3), Qt::UTC);
+    EXPECT_TRUE(propertyListToXml({{QStringLiteral("value"), whole}})
+                    .contains("<date>1999-12-31T01:02:03Z</date>"));
+    EXPECT_TRUE(propertyListToXml({{QStringLiteral("value"), whole.addMSecs(4)}})
+                    .contains("<date>1999-12-31T01:02:03.004Z</date>"));
+}
+
 TEST(PropertyList, bringsOtherTypesIntoItsOwn) {
     struct Row {
         QVariant value, back;
