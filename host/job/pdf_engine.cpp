@@ -84,8 +84,10 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const JobP
 }
 
 std::optional<PdfProblem> write(QPDF& pdf, const QString& path) {
+    // The writer keeps the pointer and reads the name again when something fails.
+    const QByteArray name = QFile::encodeName(path);
     try {
-        QPDFWriter writer(pdf, QFile::encodeName(path).constData());
+        QPDFWriter writer(pdf, name.constData());
         writer.setPreserveEncryption(false);
         writer.write();
     } catch (const std::exception& error) {
