@@ -245,7 +245,7 @@ void JobModel::settleStep(Step step) {
             mUndo.erase(mUndo.begin());
         mUndo.push_back(mSettled);
     }
-    settle();
+    mSettled = now;
     mLatestStep = step;
     // Counted up and down again: nothing is left to undo.
     if (mUndo.back() == now) {
@@ -255,13 +255,13 @@ void JobModel::settleStep(Step step) {
 }
 
 void JobModel::settleChoices(std::vector<ppd::Setting> asked) {
-    const QStringList changed = keysChangedSinceSettled();
-    if (!changed.isEmpty() && asked.empty()) {
+    const Marks now = marks();
+    if (now != mSettled.marks) {
+        const QStringList changed = asked.empty() ? keysChangedSinceSettled() : QStringList();
         for (const QString& key : changed)
-            asked.push_back({key, choice(key).value_or(QString())});
-    }
-    if (marks() != mSettled.marks)
+            asked.push_back({key, now.value(key)});
         mLatest = std::move(asked);
+    }
     settleStep();
 }
 
