@@ -49,7 +49,8 @@ std::uint64_t Bytes::word() {
 }
 
 QByteArray Bytes::text() {
-    const std::size_t size = std::min<std::size_t>(byte(), mRest.size());
+    const std::size_t wanted = byte();
+    const std::size_t size = std::min(wanted, mRest.size());
     const QByteArray all = arrayOf(mRest.first(size));
     mRest = mRest.subspan(size);
     return all;
