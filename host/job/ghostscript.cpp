@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -61,6 +62,13 @@ QStringList plainInputs(const GhostscriptRun& run) {
     return names;
 }
 
+/// In the child: the kernel ends it with us, and we may be gone before it was asked to.
+void dieWith(pid_t parent) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        _exit(1);
+}
+
 QStringList allArguments(const GhostscriptRun& run) {
     QStringList arguments{QStringLiteral("-q"), QStringLiteral("-dSAFER"),
                           QStringLiteral("-dBATCH"), QStringLiteral("-dNOPAUSE")};
@@ -102,7 +110,7 @@ Result<QString> runGhostscript(const GhostscriptRun& run) {
     const QString log = QDir(run.folder).filePath(run.output + QStringLiteral(".log"));
     QProcess process;
     process.setProcessEnvironment(environmentFor(run));
-    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process.setChildProcessModifier([parent = getpid()] { dieWith(parent); });
     process.setWorkingDirectory(run.folder);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setStandardOutputFile(log);

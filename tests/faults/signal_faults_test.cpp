@@ -20,14 +20,9 @@ protected:
         return {QStringLiteral("dialog"), QStringLiteral("--ppd"), kTapePpd,
                 endlessPostScript(mHome.path(QStringLiteral("endless.ps")))};
     }
-    /// Whether it has begun: its temporary folder holds what Ghostscript writes.
+    /// Whether it has begun: Ghostscript is in the folder that it works in.
     bool waitUntilBusy() const {
-        return turnUntil([&] {
-            const QStringList entries = mTemporaries.entries();
-            return !entries.isEmpty() && !QDir(mTemporaries.path() + u'/' + entries.front())
-                                              .entryList({QStringLiteral("*.log")})
-                                              .isEmpty();
-        });
+        return turnUntil([&] { return !workersLeft().isEmpty(); });
     }
     /// Programs whose folder of work is one of the temporary ones.
     QStringList workersLeft() const {

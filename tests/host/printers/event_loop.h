@@ -18,12 +18,14 @@ inline constexpr int kLong = 30'000;
 inline bool turnUntil(const std::function<bool()>& isDone, int timeout = kLong) {
     QElapsedTimer timer;
     timer.start();
-    while (!isDone() && timer.elapsed() < timeout) {
+    while (!isDone()) {
+        if (timer.elapsed() >= timeout)
+            return false;
         QEventLoop loop;
         QTimer::singleShot(5, &loop, &QEventLoop::quit);
         loop.exec();
     }
-    return isDone();
+    return true;
 }
 
 /// Turns the event loop for so long.
