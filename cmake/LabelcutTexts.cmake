@@ -1,5 +1,6 @@
 # Texts by key: JSON tables of all languages become Qt message files, or are packed into a library.
 include_guard(GLOBAL)
+include(LabelcutResources)
 
 # labelcut_message_files(VARIABLE NAME FOLDER folder TABLES json…): NAME_<language>.qm in FOLDER for
 # each language of the tables, which are joined into one. VARIABLE becomes the list of the files.
@@ -39,22 +40,6 @@ function(labelcut_text_table target name)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "PREFIX;RESOURCES" "TABLES;FILES")
   labelcut_message_files(files ${name}
     FOLDER "${CMAKE_CURRENT_BINARY_DIR}" TABLES ${arg_TABLES})
-  list(APPEND files ${arg_FILES})
-  set(entries "")
-  foreach(file IN LISTS files)
-    cmake_path(GET file FILENAME alias)
-    string(APPEND entries "<file alias=\"${alias}\">${file}</file>\n")
-  endforeach()
-  set(index "${CMAKE_CURRENT_BINARY_DIR}/${arg_RESOURCES}.qrc")
-  set(packed "${CMAKE_CURRENT_BINARY_DIR}/${arg_RESOURCES}.cpp")
-  file(CONFIGURE OUTPUT "${index}" CONTENT
-"<RCC><qresource prefix=\"${arg_PREFIX}\">
-${entries}</qresource></RCC>
-" @ONLY)
-  add_custom_command(OUTPUT "${packed}"
-    COMMAND Qt6::rcc --name "${arg_RESOURCES}" --no-compress -o "${packed}" "${index}"
-    DEPENDS "${index}" ${files}
-    COMMENT "Packing the texts of ${name}" VERBATIM)
-  set_source_files_properties("${packed}" PROPERTIES SKIP_AUTOMOC ON)
-  target_sources(${target} PRIVATE "${packed}")
+  labelcut_packed_resources(${target} "${arg_RESOURCES}"
+    PREFIX "${arg_PREFIX}" FILES ${files} ${arg_FILES})
 endfunction()

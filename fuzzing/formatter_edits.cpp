@@ -19,54 +19,19 @@
 #include "fuzzing/support/property.h"
 #include "platform/toolkit/int_value.h"
 #include "platform/toolkit/text_encoding.h"
+#include "tests/fields/recorder.h"
 #include "tests/fields/refusals.h"
 
 using namespace labelcut;
 using fuzz::Bytes;
 using fuzz::require;
+using test::Question;
+using test::Recorder;
 using test::Refusals;
 
 namespace {
 
 constexpr int kMostEdits = 60;
-
-struct Question {
-    QString proposed;
-    TextRange proposedRange;
-    QString original;
-    TextRange originalRange;
-    bool isAccepted = false;
-};
-
-/// Keeps what the field asks, and the answers.
-class Recorder : public Formatter {
-public:
-    Recorder(PDEFormatter& inner, std::vector<Question>& log)
-        : mInner(inner)
-        , mLog(log) {}
-
-    std::optional<QString> stringForObjectValue(const QVariant& object) const override {
-        return mInner.stringForObjectValue(object);
-    }
-    bool getObjectValue(QVariant* object, const std::optional<QString>& string,
-                        QString* error) const override {
-        return mInner.getObjectValue(object, string, error);
-    }
-    bool isPartialStringValid(QString* proposed, TextRange* proposedRange, const QString& original,
-                              TextRange originalRange, QString* error) override {
-        Question question{*proposed, *proposedRange, original, originalRange};
-        question.isAccepted =
-            mInner.isPartialStringValid(proposed, proposedRange, original, originalRange, error);
-        require(*proposed == question.proposed && *proposedRange == question.proposedRange,
-                "a formatter changes no proposal");
-        mLog.push_back(question);
-        return question.isAccepted;
-    }
-
-private:
-    PDEFormatter& mInner;
-    std::vector<Question>& mLog;
-};
 
 /// What a user sees of a field.
 struct Sight {
@@ -202,6 +167,7 @@ private:
             return;
         }
         const Question& asked = mLog.front();
+        require(!asked.isAltered, "a formatter changes no proposal");
         require(asked.original == before.text, "the text before is the one that was seen");
         require(mSelectsFirst || mCommitsElsewhere || asked.originalRange == before.selection,
                 "the selection before is the one that was seen");

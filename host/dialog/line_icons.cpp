@@ -2,12 +2,13 @@
 #include "host/dialog/line_icons.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
 
 #include <algorithm>
+
+#include "platform/toolkit/painted_icon.h"
 
 namespace labelcut {
 
@@ -65,7 +66,7 @@ QString nameInThemes(LineIcon icon) {
     return QStringLiteral("window-close");
 }
 
-class LineIconEngine : public QIconEngine {
+class LineIconEngine : public PaintedIconEngine {
 public:
     explicit LineIconEngine(LineIcon icon)
         : mIcon(icon) {}
@@ -81,14 +82,6 @@ public:
         painter->setPen(QPen(colour, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter->drawPath(pathOf(mIcon));
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return result;
     }
 
     QIconEngine* clone() const override { return new LineIconEngine(mIcon); }

@@ -4,12 +4,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QSvgRenderer>
 
 #include <utility>
+
+#include "platform/toolkit/painted_icon.h"
 
 namespace labelcut {
 
@@ -123,7 +124,7 @@ bool isDark(const QPalette& palette) {
 
 namespace {
 
-class PictureIconEngine : public QIconEngine {
+class PictureIconEngine : public PaintedIconEngine {
 public:
     explicit PictureIconEngine(std::shared_ptr<const Picture> picture)
         : mPicture(std::move(picture)) {}
@@ -136,21 +137,6 @@ public:
             painter->setOpacity(kDisabledOpacity);
         mPicture->draw(*painter, rect, isDark(QGuiApplication::palette()));
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return result;
-    }
-
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
-                         qreal ratio) override {
-        QPixmap result = pixmap(size, mode, state);
-        result.setDevicePixelRatio(ratio);
-        return result;
     }
 
     QIconEngine* clone() const override { return new PictureIconEngine(mPicture); }

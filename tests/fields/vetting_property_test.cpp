@@ -1,6 +1,7 @@
 // Random edits on a real line edit, checked against the vetting function called directly.
 #include "fields/pde_formatter.h"
 #include "fields/vetted_edit.h"
+#include "tests/fields/recorder.h"
 #include "tests/fields/refusals.h"
 
 #include <gtest/gtest.h>
@@ -15,45 +16,11 @@
 #include <vector>
 
 using namespace labelcut;
+using labelcut::test::Question;
+using labelcut::test::Recorder;
 using labelcut::test::Refusals;
 
 namespace {
-
-struct Question {
-    QString proposed;
-    TextRange proposedRange;
-    QString original;
-    TextRange originalRange;
-    bool isAccepted = false;
-};
-
-/// Keeps what the line edit asks a formatter, and the answers.
-class Recorder : public Formatter {
-public:
-    Recorder(Formatter* inner, std::vector<Question>* log)
-        : mInner(inner)
-        , mLog(log) {}
-
-    std::optional<QString> stringForObjectValue(const QVariant& object) const override {
-        return mInner->stringForObjectValue(object);
-    }
-    bool getObjectValue(QVariant* object, const std::optional<QString>& string,
-                        QString* error) const override {
-        return mInner->getObjectValue(object, string, error);
-    }
-    bool isPartialStringValid(QString* proposed, TextRange* proposedRange, const QString& original,
-                              TextRange originalRange, QString* error) override {
-        Question question{*proposed, *proposedRange, original, originalRange};
-        question.isAccepted =
-            mInner->isPartialStringValid(proposed, proposedRange, original, originalRange, error);
-        mLog->push_back(question);
-        return question.isAccepted;
-    }
-
-private:
-    Formatter* mInner;
-    std::vector<Question>* mLog;
-};
 
 /// A field under random edits.
 class RandomField {
@@ -68,7 +35,7 @@ public:
             mFormatter->setMaxValue(below(300));
         if (below(2))
             mFormatter->setMaxLength(1 + below(6));
-        attachFormatter(&mEdit, std::make_unique<Recorder>(mFormatter.get(), &mLog));
+        attachFormatter(&mEdit, std::make_unique<Recorder>(*mFormatter, mLog));
     }
 
     std::string description() const {
@@ -91,6 +58,7 @@ public:
             return;
         }
         const Question& asked = mLog.front();
+        ASSERT_FALSE(asked.isAltered);
         ++(asked.isAccepted ? accepted : refused);
         ASSERT_EQ(asked.original, before);
         ASSERT_EQ(asked.originalRange, selection);
