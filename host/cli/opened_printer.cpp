@@ -6,6 +6,7 @@
 #include <QTemporaryFile>
 
 #include "host/cli/interruption.h"
+#include "host/cli/runner.h"
 #include "host/job/failure.h"
 #include "host/presets/preset_match.h"
 #include "host/presets/saved_defaults.h"
@@ -112,6 +113,7 @@ void OpenedPrinter::markSavedChoices(ppd_file_t* ppd) {
 void OpenedPrinter::createPanels(PanelHostSetup setup) {
     setup.paper = HostPaper::fromMarkedPageSize(setup.ppd.get());
     mHost = std::make_unique<PanelHost>(std::move(setup));
+    mHost->onTrouble(Runner::complain);
     if (mQueue) {
         mHost->printer().setState(mQueue->state);
         mHost->printer().setAccepting(mQueue->isAccepting);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/texts/host_text.h"
+
 namespace labelcut {
 
 /// What one plug-in's panels talk to; it forwards to the host, which outlives it.
@@ -88,6 +90,24 @@ void PanelHost::onResize(std::function<void()> listener) {
     mOnResize = std::move(listener);
 }
 
+void PanelHost::onTrouble(std::function<void(const QString&)> listener) {
+    mOnTrouble = std::move(listener);
+}
+
+void PanelHost::tellTrouble(const QString& sentence) {
+    if (mOnTrouble)
+        mOnTrouble(sentence);
+    else
+        qWarning("%s", qUtf8Printable(sentence));
+}
+
+void PanelHost::tellTroubleOnce(const QString& sentence) {
+    if (mToldOnce.contains(sentence))
+        return;
+    mToldOnce.append(sentence);
+    tellTrouble(sentence);
+}
+
 void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
                            const QString& choice) {
     // Kept for somebody who takes them soon, not for a day of choices.
@@ -102,11 +122,22 @@ void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
 }
 
 void PanelHost::notify(const PDEPluginCallback* except, const QString& key, const QString& choice) {
+    if (mNotices == kMostNotices) {
+        mDisputed = key;
+        return;
+    }
+    const bool isAnswer = mNotices > 0;
+    ++mNotices;
     // A panel may write in turn, but none is added or removed while it is told.
     for (const Listener& listener : std::vector(mListeners)) {
         if (listener.callback != except)
             listener.panel->PPDOptionKeyValueDidChange(key, choice);
     }
+    if (isAnswer)
+        return;
+    mNotices = 0;
+    if (const QString disputed = std::exchange(mDisputed, QString()); !disputed.isEmpty())
+        tellTrouble(hostText("PanelsDisagree").arg(disputed, marked(disputed).value_or(QString())));
 }
 
 } // namespace labelcut

@@ -69,6 +69,15 @@ public:
     void onChange(std::function<void(const OptionChoice&)> listener);
     /// Called when a panel's view has a new size.
     void onResize(std::function<void()> listener);
+    /// Called with a sentence for the user when a panel does not keep the rules. Until there is a
+    /// listener, sentences go to the log.
+    void onTrouble(std::function<void(const QString& sentence)> listener);
+    void tellTrouble(const QString& sentence);
+    /// The same, unless it has been told so before: for what may fail at every click.
+    void tellTroubleOnce(const QString& sentence);
+    /// A panel may answer a change with another. After so many notices that came of one change,
+    /// panels are told no more of its answers: two that never agree would not end otherwise.
+    static constexpr int kMostNotices = 64;
 
     ppd_file_t* ppd() const { return mPpd.get(); }
     HostPrinter& printer() { return mPrinter; }
@@ -94,8 +103,14 @@ private:
     std::vector<Listener> mListeners;
     std::vector<OptionChoice> mChanges;
     int mResizes = 0;
+    /// Of the change that panels are being told of, and its answers.
+    int mNotices = 0;
+    /// What an answer was about that nobody was told of any more.
+    QString mDisputed;
     std::function<void(const OptionChoice&)> mOnChange;
     std::function<void()> mOnResize;
+    std::function<void(const QString&)> mOnTrouble;
+    QStringList mToldOnce;
 };
 
 /// The panels that all loaded plug-ins offer for one host, driven through their common life.
@@ -105,8 +120,10 @@ public:
         std::shared_ptr<PDEPluginCallback> callback;
         std::shared_ptr<const PDEBundle> bundle;
         std::shared_ptr<PDEPlugin> plugin;
+        /// What it throws goes no further; see GuardedPanel.
         PDEPanel* panel = nullptr;
         QStringList keys;
+        std::shared_ptr<PDEPanel> guard;
     };
 
     /// Creates every plug-in's panels of the printer-module type and asks their keywords (which

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "host/core/guarded_panel.h"
 #include "host/texts/host_text.h"
 #include "platform/toolkit/resource_bundle.h"
 
@@ -43,8 +44,12 @@ void PanelSet::addPlugin(const LoadedPlugin& plugin, const PDESystem& system) {
         for (const std::unique_ptr<PDEPanel>& panel : *panels) {
             if (!panel)
                 continue;
-            entries.push_back({callback, bundle, principal, panel.get(), {}});
-            mHost.addPanel(callback, panel.get());
+            auto guarded = std::make_shared<GuardedPanel>(
+                *panel, plugin.file,
+                [&host = mHost](const QString& s) { host.tellTroubleOnce(s); });
+            mHost.addPanel(callback, guarded.get());
+            entries.push_back({callback, bundle, principal, guarded.get(), {}, guarded});
+            // One that fails at this first question is not taken at all.
             entries.back().keys = panel->supportedPPDOptionKeys().value_or(QStringList());
         }
     } catch (...) {

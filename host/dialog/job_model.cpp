@@ -75,6 +75,7 @@ void JobModel::openPrinter(const PrinterChoice& printer, ppd::File ppd, const QS
     setup.ppd = std::move(ppd);
     setup.deviceURI = printer.deviceUri;
     mHost = std::make_unique<PanelHost>(std::move(setup));
+    mHost->onTrouble([this](const QString& sentence) { Q_EMIT told(sentence); });
     ppd::markDefaults(mHost->ppd());
     mDefaults = marksOf(*mHost);
     mWantedKeys = wanted.keys();

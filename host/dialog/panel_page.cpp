@@ -31,6 +31,7 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
     QWidget* view = model.showPanel(panel);
     if (view) {
         setWidget(view);
+        mHasPanelView = true;
         view->setAutoFillBackground(false);
         followUser(*view, panel.panel);
         return;
@@ -39,8 +40,8 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
 }
 
 PanelPage::~PanelPage() {
-    if (QWidget* view = takeWidget())
-        view->setParent(nullptr);
+    if (mHasPanelView)
+        takeWidget();
 }
 
 QSize PanelPage::sizeHint() const {

@@ -22,6 +22,8 @@ private:
     void followUser(QWidget& view, PDEPanel* panel);
 
     JobModel& mModel;
+    /// Whether what is shown is the panel's, and not a line in its place.
+    bool mHasPanelView = false;
 };
 
 } // namespace labelcut

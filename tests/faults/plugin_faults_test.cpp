@@ -89,6 +89,69 @@ TEST_P(PluginFaultTest, IsNamedByTheDialogWhichPrints) {
 INSTANTIATE_TEST_SUITE_P(Faults, PluginFaultTest, testing::ValuesIn(kFaults),
                          [](const auto& fault) { return std::string(fault.param.name); });
 
+TEST(PluginInUseTest, AFailingPanelIsNamedByTheCommandWhichPrintsWhatWasAskedFor) {
+    const PrivateHome home;
+    const PluginTree tree;
+    tree.write(QStringLiteral("test.so"), testPlugin("throws_in_use"));
+    const QString output = home.path(QStringLiteral("out.ps"));
+    const Outcome outcome = tree.run(
+        {QStringLiteral("print"), kLabels, QStringLiteral("--ppd"), kTapePpd,
+         QStringLiteral("--set"), QStringLiteral("KvHalfCut=ON"), QStringLiteral("-o"), output});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.err, AllOf(HasSubstr("The panel of the plug-in"), HasSubstr("test.so"),
+                                   HasSubstr("broken in use")));
+    EXPECT_TRUE(contentOf(output).contains("%%BeginFeature: *KvHalfCut ON"));
+}
+
+/// The window with the cut options' plug-in and others behind it.
+class PluginsInUseTest : public testing::Test {
+protected:
+    void open(std::initializer_list<const char*> others) {
+        for (const char* other : others)
+            mTree.write(QLatin1String(other) + QStringLiteral(".so"), testPlugin(other));
+        mSearch = plugins();
+        const PluginSearch more = loadPlugins(mTree.plugins());
+        mSearch.loaded.insert(mSearch.loaded.end(), more.loaded.begin(), more.loaded.end());
+        DialogRequest request;
+        request.files = {kLabels};
+        request.ppdPath = kTapePpd;
+        mDialog = std::make_unique<PrintDialog>(request, mSearch, hostSystem(), noService());
+        mDialog->show();
+        ASSERT_TRUE(turnUntil([&] { return mDialog->model().pageCount() > 0; }));
+        settle();
+    }
+    QByteArray printed() {
+        const QString output = mHome.path(QStringLiteral("out.ps"));
+        pressPrint(*mDialog, output);
+        EXPECT_TRUE(turnUntil([&] { return !mDialog->isVisible(); })) << messagesOf(*mDialog);
+        return contentOf(output);
+    }
+
+    Offscreen mOffscreen;
+    PrivateHome mHome;
+    PluginTree mTree;
+    PluginSearch mSearch;
+    std::unique_ptr<PrintDialog> mDialog;
+};
+
+TEST_F(PluginsInUseTest, AFailingPanelCostsNoChoiceOfTheOthers) {
+    open({"throws_in_use"});
+    EXPECT_THAT(messagesOf(*mDialog), HasSubstr("broken in use"));
+    click(*part<QCheckBox>(*mDialog, "mMirrorPrintChkBx"));
+    settle();
+    EXPECT_EQ(mDialog->model().choice(QStringLiteral("KvMirror")), QStringLiteral("ON"));
+    EXPECT_TRUE(printed().contains("%%BeginFeature: *KvMirror ON"));
+}
+
+TEST_F(PluginsInUseTest, PanelsThatNeverAgreeAreToldAndWhatIsShownIsPrinted) {
+    open({"wants_off", "wants_on"});
+    click(*part<QCheckBox>(*mDialog, "mMirrorPrintChkBx"));
+    settle();
+    EXPECT_THAT(messagesOf(*mDialog), AllOf(HasSubstr("“KvMirror”"), HasSubstr("without end")));
+    const QString shown = mDialog->model().choice(QStringLiteral("KvMirror")).value_or(QString());
+    EXPECT_TRUE(printed().contains("%%BeginFeature: *KvMirror " + shown.toLatin1()));
+}
+
 TEST(NoPluginTest, ACommandSaysSoAndPrints) {
     const PrivateHome home;
     const PluginTree tree;

@@ -2,6 +2,7 @@
 #include "host/core/panel_host.h"
 
 #include "tests/host/core/core_fixtures.h"
+#include "tests/support/expected_warnings.h"
 
 namespace labelcut::test {
 namespace {
@@ -206,6 +207,63 @@ TEST_F(Host, LetsAPanelAnswerAChangeWithAnother) {
     EXPECT_EQ(host->marked(kHalfCut), kOn);
     EXPECT_EQ(first.take(), (std::vector<OptionChoice>{{kHalfCut, kOn}}));
     EXPECT_EQ(third.take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+}
+
+/// A panel that never lets `key` be anything but `wanted`.
+void insist(Listener& panel, const std::shared_ptr<PDEPluginCallback>& callback, const QString& key,
+            const QString& wanted) {
+    panel.onHeard = [callback, key, wanted](const OptionChoice& change) {
+        if (change.key == key && change.choice != wanted)
+            callback->willChangePPDOptionKeyValue(key, wanted);
+    };
+}
+
+TEST_F(Host, EndsAQuarrelOfTwoPanelsAndTellsIt) {
+    std::vector<std::string> told;
+    host->onTrouble([&](const QString& sentence) { told.push_back(sentence.toStdString()); });
+    insist(first, one, kHalfCut, kOff);
+    insist(third, other, kHalfCut, kOn);
+    host->changeFromOutside(kHalfCut, kOn);
+    EXPECT_EQ(told, (std::vector<std::string>{
+                        "Panels of different plug-ins change “KvHalfCut” against each other "
+                        "without end. It is now “" +
+                        host->marked(kHalfCut)->toStdString() +
+                        "”; check it before you print, and remove one of the plug-ins."}));
+    EXPECT_EQ(first.take().size() + third.take().size(),
+              static_cast<std::size_t>(PanelHost::kMostNotices) + 1)
+        << "both hear of the change, and one panel of each notice after it";
+    // The next change is told as ever, and its quarrel too.
+    host->changeFromOutside(kMirror, kOn);
+    EXPECT_EQ(third.take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+    EXPECT_EQ(told.size(), 1U);
+    host->changeFromOutside(kHalfCut, kOff);
+    EXPECT_EQ(told.size(), 2U);
+}
+
+TEST_F(Host, TellsOfTheKeywordThatIsDisputedRatherThanOfTheFirst) {
+    QString told;
+    host->onTrouble([&](const QString& sentence) { told += sentence; });
+    insist(first, one, kHalfCut, kOff);
+    third.onHeard = [&](const OptionChoice& change) {
+        if (change.choice != kOn || change.key == kMirror)
+            other->willChangePPDOptionKeyValue(kHalfCut, kOn);
+    };
+    one->willChangePPDOptionKeyValue(kMirror, kOn);
+    EXPECT_TRUE(told.contains(QStringLiteral("“KvHalfCut”"))) << told.toStdString();
+}
+
+TEST_F(Host, TellsEveryOneOfManyChangesThatOnePanelMakes) {
+    QStringList told;
+    host->onTrouble([&](const QString& sentence) { told += sentence; });
+    for (int i = 0; i < 3 * PanelHost::kMostNotices; ++i)
+        one->willChangePPDOptionKeyValue(kMirror, i % 2 ? kOn : kOff);
+    EXPECT_EQ(third.take().size(), std::size_t{3} * PanelHost::kMostNotices);
+    EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(Host, LogsTroubleWhileNobodyListens) {
+    const ExpectedWarning warning(QStringLiteral("^100 % of the tape is stuck$"));
+    host->tellTrouble(QStringLiteral("100 % of the tape is stuck"));
 }
 
 TEST_F(Host, ForgetsAPanelThatWasRemoved) {

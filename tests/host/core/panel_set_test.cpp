@@ -113,6 +113,60 @@ TEST(PanelSetTest, PrintsOnlyWhenEveryPanelLetsItAndAsksThemAll) {
     EXPECT_TRUE(PanelSet(host, {}, two.system).shouldPrint());
 }
 
+struct InUse {
+    const char* plugin;
+    const char* reason;
+};
+
+TEST(PanelSetTest, GoesOnWithHarmlessAnswersWhereAPanelThrowsInUse) {
+    const InUse all[] = {{"throws_in_use", "broken in use"},
+                         {"throws_numbers_in_use", "it gave no reason"}};
+    for (const InUse& c : all) {
+        TwoPlugins two(c.plugin);
+        QStringList told;
+        two.host->onTrouble([&](const QString& sentence) { told += sentence; });
+        ASSERT_TRUE(two.set->refused().empty()) << c.plugin;
+        PDEPanel& panel = *two.set->entries()[2].panel;
+        EXPECT_EQ(panel.panelName(), QLatin1String(c.plugin));
+
+        EXPECT_EQ(panel.panelView(), nullptr);
+        EXPECT_FALSE(panel.shouldHide());
+        EXPECT_TRUE(panel.shouldPrint());
+        EXPECT_FALSE(panel.shouldShowHelp());
+        EXPECT_FALSE(panel.saveValuesAndReturnError(nullptr));
+        EXPECT_FALSE(panel.restoreValuesAndReturnError(nullptr));
+        EXPECT_FALSE(panel.summaryInfo());
+        EXPECT_TRUE(panel.inspect().isEmpty());
+        panel.willShow();
+        panel.printWindowWillClose(true);
+        two.host->changeFromOutside(kMirror, kOn);
+        EXPECT_EQ(two.host->marked(kMirror), kOn);
+        EXPECT_EQ(told,
+                  QStringList(
+                      QStringLiteral("The panel of the plug-in “%1” failed: %2. What was "
+                                     "chosen before stays chosen; check the summary before "
+                                     "you print, and install the plug-in anew.")
+                          .arg(two.folder.filePath(QLatin1String(c.plugin) + QLatin1String(".so")),
+                               QLatin1String(c.reason))))
+            << "once, however often it fails";
+        EXPECT_TRUE(two.set->shouldPrint());
+    }
+}
+
+TEST(PanelSetTest, PassesOnWhyAPanelCannotSave) {
+    TwoPlugins two("cannot_save");
+    QStringList told;
+    two.host->onTrouble([&](const QString& sentence) { told += sentence; });
+    two.set->save();
+    two.set->restore();
+    const QString reason = QStringLiteral("The tape is stuck in the panel.");
+    EXPECT_EQ(told, QStringList(reason)) << "once, however often and by how many panels";
+    QString own;
+    EXPECT_FALSE(two.set->entries()[0].panel->saveValuesAndReturnError(&own));
+    EXPECT_EQ(own, reason) << "to a caller who wants to know himself";
+    EXPECT_EQ(told.size(), 1);
+}
+
 TEST(PanelSetTest, TakesItsPanelsWithIt) {
     TwoPlugins two("forbids_printing");
     two.set.reset();

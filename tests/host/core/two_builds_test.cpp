@@ -4,6 +4,7 @@
 
 #include <typeinfo>
 
+#include "host/core/guarded_panel.h"
 #include "tests/host/core/two_builds.h"
 
 namespace labelcut::test {
@@ -39,8 +40,10 @@ protected:
 };
 
 TEST_F(SideBySide, TheirClassesHaveDifferentNames) {
-    EXPECT_TRUE(QByteArray(typeid(*first).name()).contains("OptionPDE13_v400_"));
-    EXPECT_TRUE(QByteArray(typeid(*second).name()).contains("OptionPDE13_v401_"));
+    const PDEPanel& firstPanel = dynamic_cast<const GuardedPanel&>(*first).unguarded();
+    const PDEPanel& secondPanel = dynamic_cast<const GuardedPanel&>(*second).unguarded();
+    EXPECT_TRUE(QByteArray(typeid(firstPanel).name()).contains("OptionPDE13_v400_"));
+    EXPECT_TRUE(QByteArray(typeid(secondPanel).name()).contains("OptionPDE13_v401_"));
     const auto preview = [](PDEPanel& panel) {
         return panel.panelView()->findChild<QWidget*>(QStringLiteral("mOptionView"));
     };

@@ -37,7 +37,7 @@ public:
         , mKey(std::move(key)) {}
     ~Panel() override { count("panelsGone"); }
 
-    QWidget* panelView() override { return nullptr; }
+    QWidget* panelView() override { return orThrow<QWidget*>(nullptr); }
     QString panelName() override { return QLatin1String(BEHAVIOUR); }
     QString panelKind() override { return QStringLiteral("org.labelcut.test"); }
     std::optional<QStringList> supportedPPDOptionKeys() override {
@@ -47,26 +47,52 @@ public:
             return std::nullopt;
         return QStringList{mKey, QStringLiteral("KvNobodyHas")};
     }
-    void willShow() override {}
-    bool shouldHide() override { return true; }
+    void willShow() override { orThrow(true); }
+    bool shouldHide() override { return orThrow(true); }
     bool shouldPrint() override {
         count("askedToPrint");
-        return kBehaviour != "forbids_printing";
+        return orThrow(kBehaviour != "forbids_printing");
     }
-    bool shouldShowHelp() override { return false; }
-    void printWindowWillClose(bool) override {}
-    void PPDOptionKeyValueDidChange(const QString&, const QString&) override { count("heard"); }
-    bool saveValuesAndReturnError(QString*) override {
+    bool shouldShowHelp() override { return orThrow(true); }
+    void printWindowWillClose(bool) override { orThrow(true); }
+    void PPDOptionKeyValueDidChange(const QString& key, const QString& choice) override {
+        count("heard");
+        orThrow(true);
+        const QString wanted = QLatin1String(kBehaviour == "wants_on" ? "ON" : "OFF");
+        const bool insists = kBehaviour == "wants_on" || kBehaviour == "wants_off";
+        if (insists && key == mKey && choice != wanted)
+            mHost->willChangePPDOptionKeyValue(key, wanted);
+    }
+    bool saveValuesAndReturnError(QString* error) override {
         count("saved");
-        return true;
+        return orThrow(isDone(error));
     }
-    bool restoreValuesAndReturnError(QString*) override {
+    bool restoreValuesAndReturnError(QString* error) override {
         count("restored");
-        return true;
+        return orThrow(isDone(error));
     }
-    std::optional<QVariantMap> summaryInfo() override { return std::nullopt; }
+    std::optional<QVariantMap> summaryInfo() override {
+        return orThrow(std::optional<QVariantMap>());
+    }
+    QVariantMap inspect() const override { return orThrow(QVariantMap()); }
 
 private:
+    template<typename Answer>
+    static Answer orThrow(Answer answer) {
+        if (kBehaviour == "throws_in_use")
+            throw std::runtime_error("broken in use");
+        if (kBehaviour == "throws_numbers_in_use")
+            throw 7;
+        return answer;
+    }
+    static bool isDone(QString* error) {
+        if (kBehaviour != "cannot_save")
+            return true;
+        if (error)
+            *error = QStringLiteral("The tape is stuck in the panel.");
+        return false;
+    }
+
     std::shared_ptr<PDEPluginCallback> mHost;
     QString mKey;
 };
