@@ -148,6 +148,9 @@ TEST_F(PlaceFaultTest, AFullDiskAtAnySizeLeavesNothingBehind) {
         Start start;
         start.arguments = printInto(output);
         start.environment[QStringLiteral("TMPDIR")] = mTemporaries.path();
+        // Where a profile is taken, it would be cut short, too.
+        start.environment[QStringLiteral("GCOV_PREFIX")] = mHome.path(QStringLiteral("profile"));
+        start.environment[QStringLiteral("GCOV_ERROR_FILE")] = QStringLiteral("/dev/null");
         start.prepare = [size] {
             const rlimit limit{size, size};
             setrlimit(RLIMIT_FSIZE, &limit);

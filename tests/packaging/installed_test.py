@@ -192,9 +192,9 @@ class Moved(unittest.TestCase):
 
 class ForAuthorsOfPanels(unittest.TestCase):
     def test_the_installed_example_builds_and_its_panel_is_loaded(self):
-        # Sanitizers want the whole process built with them, which a third party's panel is not.
-        sanitize = os.environ["LABELCUT_SANITIZE"]
-        flags = f"-fsanitize={sanitize}" if sanitize else ""
+        # Sanitizers and profiles want the whole process built with them, which a third party's
+        # panel is not.
+        flags = os.environ["LABELCUT_INSTRUMENTED"]
         build = ROOT / "example"
         tree = ROOT / "for authors"
         shutil.copytree(STAGED, tree)
