@@ -242,6 +242,13 @@ Error noQueue(const ServiceAddress& address, const QString& name) {
     return printerrors::about(ErrorKind::NoSuchQueue, subject);
 }
 
+/// The service may answer everything else: what did not arrive is named.
+Error ppdNotFetched(const Error& error, const QString& queue) {
+    if (error.kind != ErrorKind::SilentServer && error.kind != ErrorKind::ServerGone)
+        return error;
+    return {error.kind, printingText("PpdNotSent").arg(queue, error.sentence)};
+}
+
 Result<Done> done(const Result<IppMessage>& answer) {
     return answer ? Result<Done>(Done()) : answer.error();
 }
@@ -324,7 +331,7 @@ Result<QByteArray> CupsConnection::fetchPpd(const QString& name, const CallLimit
     const Deadline deadline(limits);
     const auto fetched = httpFetch(mAddress, deadline, *path + ".ppd", aboutQueue(name));
     if (!fetched)
-        return fetched.error();
+        return ppdNotFetched(fetched.error(), name);
     if (*fetched)
         return **fetched;
     // The answer is the same for a queue without PPD and for none: ask which it is.
