@@ -36,6 +36,12 @@ constexpr double kColumns = 24;
 constexpr double kSmallestText = 5;
 constexpr double kLargestText = 10;
 
+/// A file, and what the user calls it.
+struct Source {
+    QString path;
+    QString about;
+};
+
 JobPaper a4() {
     const QSizeF size(595, 842);
     return {QStringLiteral("A4"), size, QRectF(QPointF(0, 0), size).adjusted(36, 36, -36, -36)};
@@ -86,13 +92,13 @@ QRectF fitted(QPainter& painter, const QSizeF& size, const QRectF& area) {
     return {QPointF(-drawn.width() / 2, -drawn.height() / 2), drawn};
 }
 
-Result<QString> picture(const QString& path, const char* format, const JobPaper& paper,
+Result<QString> picture(const Source& source, const char* format, const JobPaper& paper,
                         const QString& target) {
-    QImageReader reader(path, format);
+    QImageReader reader(source.path, format);
     reader.setAutoTransform(true);
     const QImage image = reader.read();
     if (image.isNull())
-        return failure(hostText("PictureDamaged").arg(path, reader.errorString()));
+        return failure(hostText("PictureDamaged").arg(source.about, reader.errorString()));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -127,13 +133,13 @@ QByteArray selfContained(const QByteArray& svg) {
     return kept;
 }
 
-Result<QString> drawing(const QString& path, const JobPaper& paper, const QString& target) {
-    const Result<QByteArray> bytes = readDocument(path);
+Result<QString> drawing(const Source& source, const JobPaper& paper, const QString& target) {
+    const Result<QByteArray> bytes = readDocument(source.path);
     if (!bytes)
         return bytes.error();
     QSvgRenderer renderer(selfContained(*bytes));
     if (!renderer.isValid() || renderer.viewBoxF().isEmpty())
-        return failure(hostText("DrawingDamaged").arg(path));
+        return failure(hostText("DrawingDamaged").arg(source.about));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -195,13 +201,13 @@ void drawPages(PdfCanvas& canvas, const QTextDocument& document, const QRectF& a
     }
 }
 
-Result<QString> plainText(const QString& path, const JobPaper& paper, const QString& target) {
-    const Result<QByteArray> bytes = readDocument(path);
+Result<QString> plainText(const Source& source, const JobPaper& paper, const QString& target) {
+    const Result<QByteArray> bytes = readDocument(source.path);
     if (!bytes)
         return bytes.error();
     const std::optional<QString> text = decodedText(*bytes);
     if (!text)
-        return failure(hostText("TextChanged").arg(path));
+        return failure(hostText("TextChanged").arg(source.about));
     PdfCanvas canvas(target, paper);
     if (!canvas.begin())
         return cannotWrite(target);
@@ -218,13 +224,13 @@ Result<QString> plainText(const QString& path, const JobPaper& paper, const QStr
     return canvas.end() ? Result<QString>(target) : cannotWrite(target);
 }
 
-Result<QString> postScript(const QString& path, const QString& folder, const QString& name,
+Result<QString> postScript(const Source& source, const QString& folder, const QString& name,
                            const CancelFlag* cancel) {
     GhostscriptRun run;
-    run.about = hostText("Quoted").arg(path);
+    run.about = hostText("Quoted").arg(source.about);
     run.switches = {QStringLiteral("-sDEVICE=pdfwrite"), QStringLiteral("-dEPSCrop"),
                     QStringLiteral("-dAutoRotatePages=/None")};
-    run.inputs = {QFileInfo(path).absoluteFilePath()};
+    run.inputs = {QFileInfo(source.path).absoluteFilePath()};
     run.folder = folder;
     run.output = name + QStringLiteral(".pdf");
     run.cancel = cancel;
@@ -233,26 +239,27 @@ Result<QString> postScript(const QString& path, const QString& folder, const QSt
 
 } // namespace
 
-Result<QString> convertToPdf(const QString& path, DocumentKind kind,
+Result<QString> convertToPdf(const QString& path, const QString& about, DocumentKind kind,
                              const std::optional<JobPaper>& paper, const QString& folder,
                              const QString& name, const CancelFlag* cancel) {
     const JobPaper target = paper ? *paper : a4();
     const QString file = QDir(folder).filePath(name + QStringLiteral(".pdf"));
+    const Source source{path, about};
     switch (kind) {
     case DocumentKind::PDF:
         return path;
     case DocumentKind::PostScript:
-        return postScript(path, folder, name, cancel);
+        return postScript(source, folder, name, cancel);
     case DocumentKind::PNG:
-        return picture(path, "png", target, file);
+        return picture(source, "png", target, file);
     case DocumentKind::JPEG:
-        return picture(path, "jpeg", target, file);
+        return picture(source, "jpeg", target, file);
     case DocumentKind::SVG:
-        return drawing(path, target, file);
+        return drawing(source, target, file);
     case DocumentKind::PlainText:
-        return plainText(path, target, file);
+        return plainText(source, target, file);
     }
-    return failure(hostText("KindNotPrinted").arg(path));
+    return failure(hostText("KindNotPrinted").arg(about));
 }
 
 } // namespace labelcut

@@ -1,15 +1,20 @@
-// The job: what kind of file a document is, told by its content and never by its name.
+// The job: what kind of file a document is, told by its content and never by its name, and its
+// bytes.
 #include "host/job/documents.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
 #include <QXmlStreamReader>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "host/job/failure.h"
 #include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -19,6 +24,8 @@ namespace {
 constexpr qint64 kLargestText = 16 << 20;
 /// How far into a file the marks of its kind are looked for. Bytes.
 constexpr qint64 kHead = 4096;
+/// Copied at a time. Bytes.
+constexpr qint64 kPiece = 1 << 18;
 
 bool isSvg(const QByteArray& head) {
     if (!head.contains("<svg") && !head.contains(":svg"))
@@ -62,6 +69,12 @@ Error unreadable(const QFile& file) {
     return failure(hostText("CannotRead").arg(file.fileName(), file.errorString()));
 }
 
+/// Whether two looks at an open file found it with the same content, as far as that shows.
+bool isUntouched(const struct stat& before, const struct stat& after) {
+    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec &&
+           before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
+}
+
 } // namespace
 
 Result<DocumentKind> documentKind(const QString& path) {
@@ -84,6 +97,38 @@ Result<DocumentKind> documentKind(const QString& path) {
 
 bool isDrawn(DocumentKind kind) {
     return kind != DocumentKind::PDF && kind != DocumentKind::PostScript;
+}
+
+Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
+                                  const CancelFlag* cancel) {
+    QFile source(path);
+    if (!source.open(QIODevice::ReadOnly))
+        return unreadable(source);
+    QFile copy(target);
+    const auto cannotWrite = [&copy] {
+        return failure(
+            hostText("CannotWriteTemporaryBecause").arg(copy.fileName(), copy.errorString()));
+    };
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::Unbuffered,
+                   QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+        return cannotWrite();
+    struct stat before {};
+    struct stat after {};
+    fstat(source.handle(), &before);
+    QCryptographicHash digest(QCryptographicHash::Sha256);
+    for (QByteArray piece = source.read(kPiece); !piece.isEmpty(); piece = source.read(kPiece)) {
+        if (cancel && cancel->isCancelled())
+            return printerrors::cancelled();
+        digest.addData(piece);
+        if (copy.write(piece) != piece.size())
+            return cannotWrite();
+    }
+    if (source.error() != QFileDevice::NoError)
+        return unreadable(source);
+    fstat(source.handle(), &after);
+    if (!isUntouched(before, after))
+        return failure(hostText("DocumentChanging").arg(path));
+    return DocumentCopy{target, digest.result()};
 }
 
 Result<QByteArray> readDocument(const QString& path) {

@@ -1,4 +1,5 @@
-// The job: what kind of file a document is, told by its content and never by its name.
+// The job: what kind of file a document is, told by its content and never by its name, and its
+// bytes.
 #pragma once
 
 #include <QByteArray>
@@ -6,6 +7,7 @@
 
 #include <optional>
 
+#include "platform/printing/call_limits.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -19,6 +21,21 @@ Result<DocumentKind> documentKind(const QString& path);
 
 /// Whether a file of that kind is drawn by Qt on its way to PDF; a QGuiApplication must then exist.
 bool isDrawn(DocumentKind kind);
+
+/// A document where nobody else writes.
+struct DocumentCopy {
+    QString path;
+    /// Tells the content from any other.
+    QByteArray digest;
+};
+
+/// Copies the file at `path` to the new file `target`: what is looked at and what is printed are
+/// then the same, whatever becomes of the file meanwhile.
+/// @param cancel  borrowed for the call; may be null.
+/// @return the failure is a sentence that names the file: it cannot be read, or is being written
+/// right now; or that names the target; or Cancelled.
+Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
+                                  const CancelFlag* cancel = nullptr);
 
 /// The whole file. The failure is a sentence that names it.
 Result<QByteArray> readDocument(const QString& path);

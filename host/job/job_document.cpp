@@ -19,6 +19,8 @@ namespace labelcut {
 Result<JobDocument> JobDocument::prepare(const QStringList& files,
                                          const std::optional<JobPaper>& paper,
                                          const CancelFlag* cancel) {
+    // Before the document, whose folder is then gone before what was read is taken apart.
+    std::vector<PdfFile> pdfs;
     JobDocument document;
     // Without a place for it the folder would be made in the root.
     if (QDir::tempPath().isEmpty())
@@ -30,19 +32,23 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
         return failure(hostText("NoFileNamed"));
     document.mName = QFileInfo(files.front()).fileName();
 
-    std::vector<PdfFile> pdfs;
     for (const QString& file : files) {
         if (cancel && cancel->isCancelled())
             return printerrors::cancelled();
         const Result<DocumentKind> kind = documentKind(file);
         if (!kind)
             return kind.error();
-        const QString name = QStringLiteral("file%1").arg(pdfs.size());
-        const Result<QString> path =
-            convertToPdf(file, *kind, paper, document.folder(), name, cancel);
+        const QString number = QString::number(pdfs.size());
+        const auto copy = copyDocument(
+            file, QDir(document.folder()).filePath(QStringLiteral("copy") + number), cancel);
+        if (!copy)
+            return copy.error();
+        document.mDigests << copy->digest;
+        const Result<QString> path = convertToPdf(copy->path, file, *kind, paper, document.folder(),
+                                                  QStringLiteral("file") + number, cancel);
         if (!path)
             return path.error();
-        Result<PdfFile> pdf = PdfFile::open(*path, file);
+        Result<PdfFile> pdf = PdfFile::open(*path, file, cancel);
         if (!pdf)
             return pdf.error();
         document.mPdf = QFileInfo(*path).absoluteFilePath();
@@ -56,7 +62,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     if (canStay)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
-    const Result<Done> joined = PdfFile::join(pdfs, {}, paper, document.mPdf);
+    const Result<Done> joined = PdfFile::join(pdfs, {}, paper, document.mPdf, cancel);
     if (!joined)
         return joined.error();
     return document;
@@ -70,16 +76,16 @@ int JobDocument::pagesIn(const PageRange& range) const {
     return std::max(0, std::min(range.last, mPages) - std::max(range.first, 1) + 1);
 }
 
-Result<QString> JobDocument::excerpt(const PageRange& range) const {
+Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* cancel) const {
     if (pagesIn(range) == mPages)
         return mPdf;
-    Result<PdfFile> whole = PdfFile::open(mPdf, mName);
+    Result<PdfFile> whole = PdfFile::open(mPdf, mName, cancel);
     if (!whole)
         return whole.error();
     std::vector<PdfFile> files;
     files.push_back(std::move(*whole));
     QString path = QDir(folder()).filePath(QStringLiteral("excerpt.pdf"));
-    const Result<Done> joined = PdfFile::join(files, range, std::nullopt, path);
+    const Result<Done> joined = PdfFile::join(files, range, std::nullopt, path, cancel);
     if (!joined)
         return joined.error();
     return path;

@@ -3,6 +3,7 @@
 
 #include <QFile>
 
+#include <qpdf/FileInputSource.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace labelcut {
 
@@ -19,6 +21,39 @@ using Kind = PdfProblem::Kind;
 
 /// Measures that differ by less are the same paper: half a millimetre and a rounded point. Points.
 constexpr double kSameMeasure = 2;
+
+/// Thrown through libqpdf when work is no longer wanted. Not a std::exception: libqpdf takes those
+/// for damage of the file, which it lives with where it can.
+struct Interruption {};
+
+void stopIf(const StopWish& stop) {
+    if (stop())
+        throw Interruption();
+}
+
+/// A file that is read for as long as that is wanted. libqpdf reads objects when it comes to them,
+/// so that this ends its walks through a file as well.
+class InterruptibleFile : public FileInputSource {
+public:
+    InterruptibleFile(const char* name, StopWish stop)
+        : FileInputSource(name)
+        , mStop(std::move(stop)) {}
+    size_t read(char* bytes, size_t size) override {
+        stopIf(mStop);
+        return FileInputSource::read(bytes, size);
+    }
+    qpdf_offset_t findAndSkipNextEOL() override {
+        stopIf(mStop);
+        return FileInputSource::findAndSkipNextEOL();
+    }
+
+private:
+    StopWish mStop;
+};
+
+PdfProblem interrupted(const QString& file) {
+    return {Kind::Interrupted, file, QString()};
+}
 
 PdfProblem broken(const QString& file, const std::exception& error) {
     const auto* damage = dynamic_cast<const QPDFExc*>(&error);
@@ -83,13 +118,17 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const JobP
     return fresh;
 }
 
-std::optional<PdfProblem> write(QPDF& pdf, const QString& path) {
+std::optional<PdfProblem> write(QPDF& pdf, const QString& path, const StopWish& stop) {
     // The writer keeps the pointer and reads the name again when something fails.
     const QByteArray name = QFile::encodeName(path);
     try {
         QPDFWriter writer(pdf, name.constData());
         writer.setPreserveEncryption(false);
+        writer.registerProgressReporter(
+            std::make_shared<QPDFWriter::FunctionProgressReporter>([&stop](int) { stopIf(stop); }));
         writer.write();
+    } catch (const Interruption&) {
+        return interrupted(path);
     } catch (const std::exception& error) {
         return PdfProblem{Kind::NotWritten, path, QString::fromUtf8(error.what())};
     }
@@ -98,16 +137,20 @@ std::optional<PdfProblem> write(QPDF& pdf, const QString& path) {
 
 class Content : public PdfContent {
 public:
-    explicit Content(const QString& name)
-        : mName(name) {
+    Content(const QString& name, StopWish stop)
+        : mName(name)
+        , mStop(std::move(stop)) {
         mPdf.setSuppressWarnings(true);
     }
 
     std::optional<PdfProblem> read(const QString& path) {
         try {
-            mPdf.processFile(QFile::encodeName(path).constData());
+            mPdf.processInputSource(
+                std::make_shared<InterruptibleFile>(QFile::encodeName(path).constData(), mStop));
             QPDFPageDocumentHelper(mPdf).flattenAnnotations();
             mPages = QPDFPageDocumentHelper(mPdf).getAllPages();
+        } catch (const Interruption&) {
+            return interrupted(mName);
         } catch (const std::exception& error) {
             return broken(mName, error);
         }
@@ -126,18 +169,23 @@ public:
 
     const QString& name() const { return mName; }
     std::vector<QPDFPageObjectHelper>& allPages() { return mPages; }
+    /// Taking many objects apart lasts longer than whoever stopped the work should wait: what was
+    /// made of this file goes with it.
+    void keep(std::unique_ptr<QPDF> unfinished) { mUnfinished = std::move(unfinished); }
 
 private:
     QString mName;
+    StopWish mStop;
     QPDF mPdf;
     std::vector<QPDFPageObjectHelper> mPages;
+    std::unique_ptr<QPDF> mUnfinished;
 };
 
 class Engine : public PdfEngine {
 public:
-    std::unique_ptr<PdfContent> open(const QString& path, const QString& name,
+    std::unique_ptr<PdfContent> open(const QString& path, const QString& name, const StopWish& stop,
                                      PdfProblem& problem) const override {
-        auto content = std::make_unique<Content>(name);
+        auto content = std::make_unique<Content>(name, stop);
         const std::optional<PdfProblem> found = content->read(path);
         if (!found)
             return content;
@@ -146,28 +194,44 @@ public:
     }
 
     std::optional<PdfProblem> join(const std::vector<PdfContent*>& files, const PageRange& range,
-                                   const std::optional<JobPaper>& paper,
-                                   const QString& target) const override {
-        QPDF joined;
-        joined.emptyPDF();
-        joined.setSuppressWarnings(true);
+                                   const std::optional<JobPaper>& paper, const QString& target,
+                                   const StopWish& stop) const override {
+        auto joined = std::make_unique<QPDF>();
+        joined->emptyPDF();
+        joined->setSuppressWarnings(true);
+        std::optional<PdfProblem> problem = addPages(*joined, files, range, paper, stop);
+        if (!problem)
+            problem = write(*joined, target, stop);
+        if (problem && problem->kind == Kind::Interrupted)
+            static_cast<Content*>(files.front())->keep(std::move(joined));
+        return problem;
+    }
+
+private:
+    static std::optional<PdfProblem> addPages(QPDF& joined, const std::vector<PdfContent*>& files,
+                                              const PageRange& range,
+                                              const std::optional<JobPaper>& paper,
+                                              const StopWish& stop) {
         QPDFPageDocumentHelper pages(joined);
         int number = 0;
         for (PdfContent* file : files) {
             auto* content = static_cast<Content*>(file);
             try {
                 for (QPDFPageObjectHelper& page : content->allPages()) {
+                    stopIf(stop);
                     ++number;
                     if (number < range.first || number > range.last)
                         continue;
                     pages.addPage(fitsPaper(paper, page) ? page : laidOut(joined, page, *paper),
                                   false);
                 }
+            } catch (const Interruption&) {
+                return interrupted(content->name());
             } catch (const std::exception& error) {
                 return broken(content->name(), error);
             }
         }
-        return write(joined, target);
+        return std::nullopt;
     }
 };
 

@@ -8,6 +8,7 @@
 #include <QSizeF>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,13 +19,16 @@ namespace labelcut {
 
 /// Why a file cannot be used; the caller makes the sentence.
 struct PdfProblem {
-    enum class Kind { Encrypted, Broken, WithoutPages, NotWritten };
+    enum class Kind { Encrypted, Broken, WithoutPages, NotWritten, Interrupted };
     Kind kind = Kind::Broken;
     /// What the user calls the file; for NotWritten the target's path.
     QString file;
     /// libqpdf's own words; may be empty.
     QString detail;
 };
+
+/// Whether work is no longer wanted; asked often, from the thread that does the work. Never empty.
+using StopWish = std::function<bool()>;
 
 /// An opened file. Made by an engine, given back to the same engine only.
 class PdfContent {
@@ -49,14 +53,14 @@ public:
     PdfEngine& operator=(const PdfEngine&) = delete;
     virtual ~PdfEngine() = default;
 
-    /// @return null, and `problem` says why.
+    /// @param stop  kept as long as the content. @return null, and `problem` says why.
     virtual std::unique_ptr<PdfContent> open(const QString& path, const QString& name,
-                                             PdfProblem& problem) const = 0;
+                                             const StopWish& stop, PdfProblem& problem) const = 0;
     /// See PdfFile::join().
     virtual std::optional<PdfProblem> join(const std::vector<PdfContent*>& files,
                                            const PageRange& range,
                                            const std::optional<JobPaper>& paper,
-                                           const QString& target) const = 0;
+                                           const QString& target, const StopWish& stop) const = 0;
 };
 
 /// The name and type of the library's only function. The engine is the library's and is never null.

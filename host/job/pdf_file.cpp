@@ -7,6 +7,7 @@
 
 #include "host/job/failure.h"
 #include "host/texts/host_text.h"
+#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -47,33 +48,41 @@ Error sentenceFor(const PdfProblem& problem) {
         return failure(hostText("WithoutPages").arg(problem.file));
     case PdfProblem::Kind::NotWritten:
         return failure(hostText("CannotWriteTemporaryBecause").arg(problem.file, problem.detail));
+    case PdfProblem::Kind::Interrupted:
+        return printerrors::cancelled();
     case PdfProblem::Kind::Broken:
         break;
     }
     return failure(hostText("PdfBroken").arg(problem.file, problem.detail));
 }
 
+StopWish stopWish(const CancelFlag* cancel) {
+    return [cancel] { return cancel && cancel->isCancelled(); };
+}
+
 } // namespace
 
-Result<PdfFile> PdfFile::open(const QString& path, const QString& name) {
+Result<PdfFile> PdfFile::open(const QString& path, const QString& name, const CancelFlag* cancel) {
     if (!engine())
         return engine().error();
     PdfProblem problem;
-    std::unique_ptr<PdfContent> content = (*engine())->open(path, name, problem);
+    std::unique_ptr<PdfContent> content = (*engine())->open(path, name, stopWish(cancel), problem);
     if (!content)
         return sentenceFor(problem);
     return PdfFile(std::move(content));
 }
 
 Result<Done> PdfFile::join(const std::vector<PdfFile>& files, const PageRange& range,
-                           const std::optional<JobPaper>& paper, const QString& target) {
+                           const std::optional<JobPaper>& paper, const QString& target,
+                           const CancelFlag* cancel) {
     if (!engine())
         return engine().error();
     std::vector<PdfContent*> contents;
     contents.reserve(files.size());
     for (const PdfFile& file : files)
         contents.push_back(file.mContent.get());
-    const std::optional<PdfProblem> problem = (*engine())->join(contents, range, paper, target);
+    const std::optional<PdfProblem> problem =
+        (*engine())->join(contents, range, paper, target, stopWish(cancel));
     if (problem)
         return sentenceFor(*problem);
     return Done();

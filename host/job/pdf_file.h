@@ -10,6 +10,7 @@
 
 #include "host/job/paper.h"
 #include "host/job/pdf_engine.h"
+#include "platform/printing/call_limits.h"
 #include "platform/printing/result.h"
 
 namespace labelcut {
@@ -18,9 +19,12 @@ namespace labelcut {
 class PdfFile {
 public:
     /// @param path  the file. @param name  what the user calls it, for sentences.
+    /// @param cancel  borrowed as long as the file is open; may be null. Whatever is being done
+    /// with the file ends soon after it is set.
     /// @return the failure says that it is encrypted, broken or without pages, or that the library
-    /// for PDF is not installed. May be called on any thread.
-    static Result<PdfFile> open(const QString& path, const QString& name);
+    /// for PDF is not installed; or Cancelled. May be called on any thread.
+    static Result<PdfFile> open(const QString& path, const QString& name,
+                                const CancelFlag* cancel = nullptr);
     /// How many pages it has; at least 1.
     int pages() const { return mContent->pages(); }
     /// It was damaged, and what could be found of it was put together again.
@@ -35,9 +39,11 @@ public:
     /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,
     /// never enlarged, to fit what the printer can print on.
     /// @param paper  nothing: every page keeps its measure.
-    /// @return the failure is a sentence that names the broken file, or the target.
+    /// @param cancel  borrowed for the call; may be null.
+    /// @return the failure is a sentence that names the broken file, or the target; or Cancelled.
     static Result<Done> join(const std::vector<PdfFile>& files, const PageRange& range,
-                             const std::optional<JobPaper>& paper, const QString& target);
+                             const std::optional<JobPaper>& paper, const QString& target,
+                             const CancelFlag* cancel = nullptr);
 
 private:
     explicit PdfFile(std::unique_ptr<PdfContent> content)

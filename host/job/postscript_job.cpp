@@ -31,7 +31,7 @@ bool repeatsPages(const PostScriptJob& job) {
 
 /// The pages as device-independent PostScript that leaves paper and features alone.
 Result<QString> pagesAsPostScript(const PostScriptJob& job) {
-    const Result<QString> pdf = job.document->excerpt(job.pages);
+    const Result<QString> pdf = job.document->excerpt(job.pages, job.cancel);
     if (!pdf)
         return pdf.error();
     GhostscriptRun run;

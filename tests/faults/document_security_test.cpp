@@ -122,8 +122,9 @@ TEST_F(DocumentSecurityTest, ADrawingReadsNoOtherFile) {
     };
     const QByteArray file = QFile::encodeName(secret);
     const auto hasPicture = [&](const QByteArray& link) {
-        const Result<QString> made = convertToPdf(drawing(link), DocumentKind::SVG, std::nullopt,
-                                                  mFolder.path(), QStringLiteral("made"));
+        const Result<QString> made =
+            convertToPdf(drawing(link), QStringLiteral("d.svg"), DocumentKind::SVG, std::nullopt,
+                         mFolder.path(), QStringLiteral("made"));
         EXPECT_TRUE(made) << link.constData();
         return made && contentOf(*made).contains("/Subtype /Image");
     };

@@ -6,6 +6,10 @@
 
 #include <QFile>
 
+#include <atomic>
+#include <chrono>
+#include <thread>
+
 #include "tests/host/job/job_fixtures.h"
 
 namespace labelcut {
@@ -37,7 +41,7 @@ TEST(JobDocumentTest, APdfOfTheRightMeasureIsTakenAsItIs) {
     const QString file = folder.pdf(QStringLiteral("a.pdf"), {kTape, kTape, {68.9, 141.2}});
     const Result<JobDocument> document = JobDocument::prepare({file}, tape());
     ASSERT_TRUE(document) << document.error().sentence.toStdString();
-    EXPECT_EQ(document->pdf(), file);
+    EXPECT_EQ(test::contentOf(document->pdf()), test::contentOf(file));
     EXPECT_EQ(document->pages(), 3);
     EXPECT_EQ(document->name(), QStringLiteral("a.pdf"));
     EXPECT_TRUE(document->repaired().isEmpty());
@@ -124,7 +128,7 @@ TEST(JobDocumentTest, WithoutAPaperPagesKeepTheirMeasure) {
     const QString file = folder.pdf(QStringLiteral("a.pdf"), {{595, 842}, {30, 40}});
     const Result<JobDocument> document = JobDocument::prepare({file}, std::nullopt);
     ASSERT_TRUE(document);
-    EXPECT_EQ(document->pdf(), file);
+    EXPECT_EQ(test::contentOf(document->pdf()), test::contentOf(file));
 }
 
 TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
@@ -139,7 +143,7 @@ TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
     const Result<QString> excerpt = document->excerpt({2, 3});
     ASSERT_TRUE(excerpt) << excerpt.error().sentence.toStdString();
     EXPECT_EQ(test::pageSizes(*excerpt), (std::vector<QSizeF>{{20, 100}, {30, 100}}));
-    EXPECT_EQ(*document->excerpt({1, PageRange::kToTheEnd}), file);
+    EXPECT_EQ(*document->excerpt({1, PageRange::kToTheEnd}), document->pdf());
 }
 
 TEST(JobDocumentTest, AnEncryptedPdfIsRefusedByName) {
@@ -167,7 +171,7 @@ TEST(JobDocumentTest, ADamagedPdfThatCanBeRepairedIsPrintedAndReported) {
     ASSERT_TRUE(document) << document.error().sentence.toStdString();
     EXPECT_EQ(document->pages(), 2);
     EXPECT_EQ(document->repaired(), QStringList{file});
-    EXPECT_NE(document->pdf(), file);
+    EXPECT_NE(test::contentOf(document->pdf()), bytes);
     EXPECT_EQ(test::inkBoxes(document->pdf()).size(), 2U);
 }
 
@@ -195,6 +199,53 @@ TEST(JobDocumentTest, ADocumentCannotReadOtherFiles) {
                     "%!PS\n(" + QFile::encodeName(secret) + ") (r) file pop showpage\n");
     EXPECT_THAT(refusal(file), HasSubstr("spy.ps” cannot be interpreted by Ghostscript: "
                                          "/invalidfileaccess in --file--"));
+}
+
+TEST(JobDocumentTest, WhatBecomesOfTheFileAfterwardsChangesNothing) {
+    const test::Folder folder;
+    const QString file = folder.pdf(QStringLiteral("a.pdf"), {kTape, kTape});
+    const QByteArray before = test::contentOf(file);
+    const Result<JobDocument> document = JobDocument::prepare({file}, tape());
+    ASSERT_TRUE(document);
+    folder.file(QStringLiteral("a.pdf"), before.left(100));
+    EXPECT_EQ(test::contentOf(document->pdf()), before);
+}
+
+TEST(JobDocumentTest, TheDigestsTellAChangedFileFromTheOthers) {
+    const test::Folder folder;
+    const auto digests = [&](const QByteArray& second) {
+        const QStringList files{folder.file(QStringLiteral("a.txt"), "same"),
+                                folder.file(QStringLiteral("b.txt"), second)};
+        const Result<JobDocument> document = JobDocument::prepare(files, tape());
+        return document ? document->digests() : QByteArrayList();
+    };
+    const QByteArrayList before = digests("one");
+    ASSERT_EQ(before.size(), 2);
+    EXPECT_EQ(digests("one"), before);
+    const QByteArrayList after = digests("two");
+    ASSERT_EQ(after.size(), 2);
+    EXPECT_EQ(after[0], before[0]);
+    EXPECT_NE(after[1], before[1]);
+}
+
+TEST(JobDocumentTest, AFileThatIsBeingWrittenIsRefusedByName) {
+    const test::Folder folder;
+    const QString path =
+        folder.file(QStringLiteral("growing.ps"), "%!PS\n" + QByteArray(20'000'000, ' '));
+    std::atomic<bool> isOver = false;
+    std::thread writer([&] {
+        QFile file(path);
+        if (!file.open(QIODevice::Append | QIODevice::Unbuffered))
+            return;
+        while (!isOver) {
+            file.write(" ");
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    const std::string said = refusal(path);
+    isOver = true;
+    writer.join();
+    EXPECT_THAT(said, HasSubstr("growing.ps” was being changed while it was read"));
 }
 
 TEST(JobDocumentTest, ThePrivateFolderGoesWithTheDocument) {
