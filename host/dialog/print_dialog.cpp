@@ -333,6 +333,7 @@ void PrintDialog::connectModel() {
     connect(&mDirectory, &PrinterDirectory::ppdFailed, this,
             [this](const QString&, const Error& error) { giveUpQueue(error); });
     connect(&mRun, &PrintRun::progressed, this, &PrintDialog::runProgressed);
+    connect(&mRun, &PrintRun::documentChanged, this, &PrintDialog::documentRead);
     connect(&mRun, &PrintRun::failed, this, [this](const QString& sentence) {
         runEnded();
         mMessages->show(QStringLiteral("run"), MessageBar::Kind::Warning, sentence);
@@ -400,7 +401,8 @@ void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
     const auto wanted = std::ranges::find_if(queues, [this](const Queue& queue) {
         return mWantedQueue.isEmpty() ? queue.isDefault : queue.name == mWantedQueue;
     });
-    if (wanted != queues.end())
+    // What was given up is not tried again behind the user's back.
+    if (wanted != queues.end() && wanted->name != mGivenUp)
         openQueue(wanted->name);
 }
 
@@ -422,8 +424,7 @@ void PrintDialog::listPrinters() {
     const auto current = std::ranges::find_if(mListed, [this](const ListedPrinter& listed) {
         if (mFetching)
             return listed.choice.queue == mWantedQueue;
-        return mModel.hasPrinter() && listed.choice.queue == mModel.printer().queue &&
-               listed.choice.ppdPath == mModel.printer().ppdPath;
+        return isInForce(listed.choice);
     });
     mPrinters->setCurrentIndex(current == mListed.end() ? -1
                                                         : mPrinters->findData(static_cast<int>(
@@ -438,14 +439,22 @@ void PrintDialog::printerActivated() {
         return;
     }
     const PrinterChoice chosen = mListed[static_cast<std::size_t>(index)].choice;
-    if (chosen.isQueue())
+    if (mFetching && isInForce(chosen))
+        stayWithPrinter();
+    else if (chosen.isQueue())
         openQueue(chosen.queue);
     else
         openPpdByHand(chosen.ppdPath, {});
 }
 
+bool PrintDialog::isInForce(const PrinterChoice& printer) const {
+    return mModel.hasPrinter() && printer.queue == mModel.printer().queue &&
+           printer.ppdPath == mModel.printer().ppdPath;
+}
+
 void PrintDialog::openQueue(const QString& name) {
     mWantedQueue = name;
+    mGivenUp.clear();
     mFetching = true;
     mPrinterMessages->remove(QStringLiteral("ppd"));
     listPrinters();
@@ -454,13 +463,20 @@ void PrintDialog::openQueue(const QString& name) {
     mDirectory.fetchPpd(name);
 }
 
-/// The printer that was in force stays so.
-void PrintDialog::giveUpQueue(const Error& error) {
+/// Another one was asked for; the printer that was in force stays so, with its choices.
+void PrintDialog::stayWithPrinter() {
+    mDirectory.cancelFetch();
     mFetching = false;
     listPrinters();
     showPrinterState();
     refresh();
-    mPrinterMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning, error.sentence);
+}
+
+void PrintDialog::giveUpQueue(const Error& error) {
+    mGivenUp = mWantedQueue;
+    stayWithPrinter();
+    mPrinterMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning, error.sentence,
+                           {{hostText("TryAgain"), [this, name = mGivenUp] { openQueue(name); }}});
 }
 
 void PrintDialog::askForPpd() {
@@ -673,19 +689,27 @@ void PrintDialog::askForFiles() {
 
 void PrintDialog::countPages() {
     mMessages->remove(QStringLiteral("document"));
+    mShown.clear();
     if (mModel.files().isEmpty())
         return;
     mCounting.start([this, files = mModel.files()](const BackgroundCall::Link& link) {
         const Result<JobDocument> document =
             JobDocument::prepare(files, std::nullopt, &link.cancelFlag());
         if (document) {
-            link.tell([this, pages = document->pages()] { mModel.setPageCount(pages); });
+            link.tell([this, pages = document->pages(), digests = document->digests()] {
+                documentRead(pages, digests);
+            });
             return;
         }
         link.tell([this, sentence = document.error().sentence] {
             mMessages->show(QStringLiteral("document"), MessageBar::Kind::Warning, sentence);
         });
     });
+}
+
+void PrintDialog::documentRead(int pages, const QByteArrayList& digests) {
+    mShown = digests;
+    mModel.setPageCount(pages);
 }
 
 void PrintDialog::reject() {

@@ -83,7 +83,9 @@ private:
     void queuesChanged(const std::vector<Queue>& queues);
     void listPrinters();
     void printerActivated();
+    bool isInForce(const PrinterChoice& printer) const;
     void openQueue(const QString& name);
+    void stayWithPrinter();
     void giveUpQueue(const Error& error);
     void openPpdByHand(const QString& path, const Marks& wanted);
     void askForPpd();
@@ -110,6 +112,7 @@ private:
 
     void askForFiles();
     void countPages();
+    void documentRead(int pages, const QByteArrayList& digests);
 
     void applyPreset(const QString& name);
     void savePreset();
@@ -128,10 +131,14 @@ private:
 
     Marks mWanted;
     QString mWantedQueue;
+    /// The queue whose PPD could not be had; empty once another is asked for.
+    QString mGivenUp;
     JobModel mModel;
     PrinterDirectory mDirectory;
     PrintRun mRun;
     BackgroundCall mCounting;
+    /// What the files were when their labels were counted; empty before that.
+    QByteArrayList mShown;
     PresetStore mPresets;
     std::vector<ListedPrinter> mListed;
     /// As the pop-up shows them.

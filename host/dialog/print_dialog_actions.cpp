@@ -167,6 +167,7 @@ void PrintDialog::print() {
     if (mRun.isBusy() || !isReadyToPrint())
         return;
     PrintOrder order = PrintOrder::from(mModel);
+    order.shown = mShown;
     if (order.printer.isQueue()) {
         startRun(std::move(order));
         return;

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <utility>
 
 #include "host/job/atomic_file.h"
@@ -152,12 +153,21 @@ void PrintRun::start(const PrintOrder& order) {
         }
         auto document = std::make_shared<JobDocument>(std::move(*prepared));
         link.tell([this, document] {
-            if (mOrder.printer.isQueue())
+            if (!mOrder.shown.isEmpty() && mOrder.shown != document->digests())
+                refuseChanged(*document);
+            else if (mOrder.printer.isQueue())
                 send(document);
             else
                 write(document);
         });
     });
+}
+
+void PrintRun::refuseChanged(const JobDocument& document) {
+    const QByteArrayList& now = document.digests();
+    const auto changed = std::ranges::mismatch(mOrder.shown, now).in2 - now.begin();
+    Q_EMIT documentChanged(document.pages(), now);
+    fail(hostText("DocumentChanged").arg(mOrder.files.value(changed)));
 }
 
 void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
@@ -167,6 +177,8 @@ void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
                  .arg(toString(mOrder.pages), QString::number(document->pages())));
         return;
     }
+    // Whether the printer still has what was chosen is the first thing the sender looks at.
+    Q_EMIT progressed(hostText("FetchingPpd").arg(mOrder.printer.queue), -1);
     mSender.send(jobFor(mOrder, *document));
 }
 

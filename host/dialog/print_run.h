@@ -17,6 +17,9 @@ struct PrintOrder {
     PrinterChoice printer;
     QString ppdFile;
     QStringList files;
+    /// What the files were when the user was shown them, see JobDocument::digests(); empty when
+    /// they have not been looked at.
+    QByteArrayList shown;
     QString title;
     int copies = 1;
     PageRange pages;
@@ -50,8 +53,11 @@ Q_SIGNALS:
     void progressed(const QString& sentence, int percent);
     void failed(const QString& sentence);
     void finished(const QString& sentence);
+    /// A file is no longer what was shown; failed() follows. This is what they are now.
+    void documentChanged(int pages, const QByteArrayList& digests);
 
 private:
+    void refuseChanged(const JobDocument& document);
     void send(const std::shared_ptr<JobDocument>& document);
     void write(const std::shared_ptr<JobDocument>& document);
     void end(JobEnd end);
