@@ -86,6 +86,57 @@ int RunningProgram::endedBy(int timeout) {
     return mProcess.exitStatus() == QProcess::CrashExit ? mProcess.exitCode() : 0;
 }
 
+Helper::Helper(const QString& program, const QStringList& arguments) {
+    mProcess.start(program, arguments);
+    EXPECT_TRUE(mProcess.waitForStarted()) << program.toStdString();
+    while (!mProcess.canReadLine() && mProcess.waitForReadyRead()) {
+    }
+    mAddress = QString::fromUtf8(mProcess.readLine()).trimmed();
+    EXPECT_FALSE(mAddress.isEmpty()) << program.toStdString();
+}
+
+void Helper::kill() {
+    mProcess.kill();
+    mProcess.waitForFinished();
+}
+
+Desktop::Desktop()
+    : mDisplay(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
+                                        QStringLiteral("-nolisten"), QStringLiteral("tcp")})
+    , mBus(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                           QStringLiteral("--print-address=1")}) {}
+
+std::map<QString, QString> Desktop::environment() const {
+    return {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb")},
+            {QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1")},
+            {QStringLiteral("DISPLAY"), u':' + mDisplay.address()},
+            {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), mBus.address()}};
+}
+
+bool Desktop::press(const RunningProgram& program, const char* text) const {
+    return runHand(program, text, "press");
+}
+
+bool Desktop::waitFor(const RunningProgram& program, const char* text) const {
+    return runHand(program, text, "find");
+}
+
+bool Desktop::runHand(const RunningProgram& program, const char* text, const char* deed) const {
+    QProcess hand;
+    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+    for (const auto& [name, value] : environment())
+        all.insert(name, value);
+    hand.setProcessEnvironment(all);
+    hand.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // Debian's own interpreter, which the packages of the bus are for.
+    hand.start(QStringLiteral("/usr/bin/python3"),
+               {QStringLiteral(LABELCUT_PRESS_BUTTON), QString::fromUtf8(deed),
+                QString::number(program.id()), QStringLiteral("Print Labels"),
+                QString::fromUtf8(text)});
+    return hand.waitForFinished(60'000) && hand.exitStatus() == QProcess::NormalExit &&
+           hand.exitCode() == 0;
+}
+
 QString fileWith(const QString& path, const QByteArray& contents) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();

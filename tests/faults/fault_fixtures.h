@@ -84,6 +84,43 @@ private:
     std::string mErr;
 };
 
+/// A helper program of a session, such as a display; ends with this object.
+class Helper {
+public:
+    /// @param arguments  make it write what it is reached by, and a line end, to standard output.
+    Helper(const QString& program, const QStringList& arguments);
+    ~Helper() { kill(); }
+    Helper(const Helper&) = delete;
+    Helper& operator=(const Helper&) = delete;
+    QString address() const { return mAddress; }
+    void kill();
+
+private:
+    QProcess mProcess;
+    QString mAddress;
+};
+
+/// A display and a bus on which programs show their windows to screen readers as well.
+class Desktop {
+public:
+    Desktop();
+    Helper& display() { return mDisplay; }
+    Helper& bus() { return mBus; }
+    std::map<QString, QString> environment() const;
+    /// Presses a button of the program's dialog by way of the bus, once that can be pressed.
+    /// @param text  how the button's text begins.
+    /// @return whether it was pressed.
+    bool press(const RunningProgram& program, const char* text) const;
+    /// The same without pressing it.
+    bool waitFor(const RunningProgram& program, const char* text) const;
+
+private:
+    bool runHand(const RunningProgram& program, const char* text, const char* deed) const;
+
+    Helper mDisplay;
+    Helper mBus;
+};
+
 /// A PDF of one page and at least so many bytes. @return its path.
 QString largePdf(const QString& path, int bytes);
 /// PostScript that never ends. @return its path.

@@ -1,9 +1,11 @@
 // Faults: a way to a print service that can be held and cut in the middle of a document.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <atomic>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -27,12 +29,21 @@ public:
     QString address() const { return QStringLiteral("127.0.0.1:%1").arg(mPort); }
     /// Whether a document is held in its middle.
     bool isHolding() const { return mHolding; }
+    /// From now on the answers to GET requests for `path` stop after so many bytes, while all else
+    /// goes its way; see also silenced(). An empty path ends that for new connections.
+    void silence(const QByteArray& path, qint64 after = 0);
+    /// How many requests have been met by silence.
+    int silenced() const { return mSilenced; }
+    /// Holds nothing any more: documents go on to their end.
+    void release() { mReleased = true; }
     /// Ends the connections that are held, as a service does that dies; later ones are passed on.
     void cut() { mCut = true; }
 
 private:
     void serve();
     void pass(int client) const;
+    /// How many bytes of the answer to this request are passed on.
+    qint64 limitFor(const QByteArray& request) const;
     bool isOver(bool held) const { return mStopping || (held && mCut); }
 
     QString mSocket;
@@ -40,7 +51,12 @@ private:
     int mPort = 0;
     std::atomic<bool> mStopping = false;
     std::atomic<bool> mCut = false;
+    std::atomic<bool> mReleased = false;
     mutable std::atomic<bool> mHolding = false;
+    mutable std::atomic<int> mSilenced = 0;
+    mutable std::mutex mSilence; ///< Guards the two below.
+    QByteArray mSilentPath;
+    qint64 mSilentAfter = 0;
     std::vector<std::thread> mClients;
     std::thread mThread;
 };

@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "tests/faults/fault_fixtures.h"
+#include "tests/support/many_pages.h"
 
 namespace labelcut::test {
 
@@ -45,32 +46,6 @@ protected:
     PrivateTemporaries mTemporaries;
 };
 
-/// A helper program of a session, such as a display; ends with this object.
-class Helper {
-public:
-    /// @param arguments  make it write what it is reached by, and a line end, to standard output.
-    Helper(const QString& program, const QStringList& arguments) {
-        mProcess.start(program, arguments);
-        EXPECT_TRUE(mProcess.waitForStarted()) << program.toStdString();
-        while (!mProcess.canReadLine() && mProcess.waitForReadyRead()) {
-        }
-        mAddress = QString::fromUtf8(mProcess.readLine()).trimmed();
-        EXPECT_FALSE(mAddress.isEmpty()) << program.toStdString();
-    }
-    ~Helper() { kill(); }
-    Helper(const Helper&) = delete;
-    Helper& operator=(const Helper&) = delete;
-    QString address() const { return mAddress; }
-    void kill() {
-        mProcess.kill();
-        mProcess.waitForFinished();
-    }
-
-private:
-    QProcess mProcess;
-    QString mAddress;
-};
-
 class EndingTest : public SignalFaultTest, public testing::WithParamInterface<int> {};
 
 } // namespace
@@ -101,6 +76,33 @@ TEST_P(EndingTest, ACommandAtWorkGoesAndLeavesNothing) {
     expectNothingLeft();
 }
 
+TEST_P(EndingTest, ACommandAtManyPagesGoesSoonAndLeavesNothing) {
+    const QString document =
+        fileWith(mHome.path(QStringLiteral("many.pdf")), pdfOfPages(kManyPages));
+    RunningProgram program({QStringLiteral("print"), document, QStringLiteral("--ppd"), kTapePpd,
+                            QStringLiteral("-o"), mHome.path(QStringLiteral("out.ps"))});
+    ASSERT_TRUE(turnUntil([&] { return !mTemporaries.entries().isEmpty(); }));
+    turnFor(500);
+    program.signal(GetParam());
+    int ended = 0;
+    EXPECT_LT(timeOf([&] { ended = program.endedBy(); }), 2'000);
+    EXPECT_EQ(ended, GetParam());
+    EXPECT_EQ(program.err(), "labelcut: Cancelled; nothing is printed.\n");
+    EXPECT_FALSE(QFile::exists(mHome.path(QStringLiteral("out.ps"))));
+    expectNothingLeft();
+}
+
+TEST_P(EndingTest, ADialogAtManyPagesGoesAndLeavesNothing) {
+    RunningProgram program(
+        {QStringLiteral("dialog"), QStringLiteral("--ppd"), kTapePpd,
+         fileWith(mHome.path(QStringLiteral("many.pdf")), pdfOfPages(kManyPages))});
+    ASSERT_TRUE(turnUntil([&] { return !mTemporaries.entries().isEmpty(); }));
+    turnFor(300);
+    program.signal(GetParam());
+    EXPECT_EQ(program.endedBy(), GetParam());
+    expectNothingLeft();
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, EndingTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST_F(SignalFaultTest, ASignalThatIsToBeIgnoredIs) {
@@ -126,18 +128,10 @@ TEST_F(SignalFaultTest, AKilledProgramTakesGhostscriptWithIt) {
 }
 
 TEST_F(SignalFaultTest, ABusThatGoesAwayIsNoReasonToGo) {
-    Helper display(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
-                                            QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-    Helper bus(QStringLiteral("dbus-daemon"),
-               {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                QStringLiteral("--print-address=1")});
-    RunningProgram program(
-        busyDialog(), {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb")},
-                       {QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1")},
-                       {QStringLiteral("DISPLAY"), u':' + display.address()},
-                       {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address()}});
+    Desktop desktop;
+    RunningProgram program(busyDialog(), desktop.environment());
     ASSERT_TRUE(waitUntilBusy());
-    bus.kill();
+    desktop.bus().kill();
     turnFor(500);
     EXPECT_TRUE(program.isRunning()) << program.err();
     program.signal(SIGTERM);
@@ -146,13 +140,10 @@ TEST_F(SignalFaultTest, ABusThatGoesAwayIsNoReasonToGo) {
 }
 
 TEST_F(SignalFaultTest, ADisplayThatGoesAwayLeavesNothingBehind) {
-    Helper display(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
-                                            QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-    RunningProgram program(busyDialog(),
-                           {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb")},
-                            {QStringLiteral("DISPLAY"), u':' + display.address()}});
+    Desktop desktop;
+    RunningProgram program(busyDialog(), desktop.environment());
     ASSERT_TRUE(waitUntilBusy());
-    display.kill();
+    desktop.display().kill();
     EXPECT_EQ(program.endedBy(), 0) << "it ends by itself";
     EXPECT_EQ(program.status(), 1);
     EXPECT_THAT(program.err(), HasSubstr("X11 connection broke"));

@@ -9,9 +9,7 @@ each thing that is missing.
 import os
 import subprocess
 import sys
-import time
 
-PATIENCE = 30.0  # seconds; the machine may be busy
 DEBIAN_PYTHON = "/usr/bin/python3"  # which its packages are installed for
 
 
@@ -36,56 +34,15 @@ def enter_private_session():
         screen.wait()
 
 
-def until(condition, what):
-    """The first true answer of `condition`; events are heard meanwhile."""
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        answer = condition()
-        if answer:
-            return answer
-        time.sleep(0.05)
-        hear_events()
-    raise SystemExit(f"never: {what}")
-
-
-def hear_events():
-    context = GLib.MainContext.default()
-    while context.iteration(False):
-        pass
-
-
-def everything(node):
-    yield node
-    for index in range(node.childCount):
-        child = node.getChildAtIndex(index)
-        if child is not None:
-            yield from everything(child)
-
-
-def shows(node):
-    return node.getState().contains(pyatspi.STATE_SHOWING)
-
-
 def is_chosen(tab):
     """The page in front; the toolkit says so in either way."""
     state = tab.getState()
     return state.contains(pyatspi.STATE_SELECTED) or state.contains(pyatspi.STATE_FOCUSED)
 
 
-def find(root, role, name):
-    for node in everything(root):
-        if node.getRoleName() == role and node.name.startswith(name):
-            return node
-    return None
-
-
 def labels_of(node):
     return [relation.getTarget(0).name for relation in node.getRelationSet()
             if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY]
-
-
-def press(node):
-    node.queryAction().doAction(0)
 
 
 CONTROLS = {"push button", "check box", "radio button", "combo box", "text", "spin button",
@@ -167,18 +124,7 @@ def main():
         return enter_private_session()
     program = subprocess.Popen(sys.argv[1:4], stdin=subprocess.PIPE)
     try:
-        desktop = pyatspi.Registry.getDesktop(0)
-
-        def window():
-            for application in desktop:
-                if application is None or application.get_process_id() != program.pid:
-                    continue
-                for top in application:
-                    if top is not None and top.name == "Print Labels":
-                        return top
-            return None
-
-        check = Check(until(window, "the dialog appears on the bus"), program)
+        check = Check(window_of(program.pid, "Print Labels"), program)
         for kind in ("object:state-changed:showing", "object:announcement"):
             pyatspi.Registry.registerEventListener(check.hear, kind)
         check.roles()
@@ -196,5 +142,7 @@ def main():
 if __name__ == "__main__":
     if "LABELCUT_SESSION" in os.environ:
         import pyatspi
-        from gi.repository import GLib
+        sys.dont_write_bytecode = True
+        sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
+        from accessible_window import everything, find, press, shows, until, window_of
     sys.exit(main())
