@@ -4,9 +4,11 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QSocketNotifier>
+#include <QThread>
 
 #include <CLI/CLI.hpp>
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -43,6 +45,28 @@ void closeDialog() {
     BackgroundCall::farewell();
 }
 
+QtMessageHandler usualHandler = nullptr;
+
+/// On Wayland the toolkit leaves without exit(), from whichever thread notices first that the
+/// display is gone, and all it does before is to say so.
+void endWithDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    static std::atomic<bool> said = false;
+    const bool isGone = message.startsWith(QLatin1String("The Wayland connection "));
+    if (!isGone || !said.exchange(true))
+        usualHandler(type, context, message);
+    if (!isGone)
+        return;
+    if (QThread::currentThread() != qApp->thread()) {
+        QMetaObject::invokeMethod(
+            qApp, [] { std::exit(kFailed); }, Qt::QueuedConnection);
+        // The main thread ends the program; should it be stuck, the toolkit does.
+        QThread::sleep(interruption::kGrace);
+        return;
+    }
+    closeDialog();
+    BackgroundCall::farewell();
+}
+
 int runDialog(const DialogArguments& arguments, Runner& runner) {
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -60,6 +84,7 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
     request.ppdPath = QFile::decodeName(arguments.ppd.c_str());
     openDialog = std::make_unique<PrintDialog>(request, plugins, system);
     std::atexit(closeDialog);
+    usualHandler = qInstallMessageHandler(endWithDisplay);
     interruption::install();
     QSocketNotifier interrupted(interruption::descriptor(), QSocketNotifier::Read);
     QObject::connect(&interrupted, &QSocketNotifier::activated, &application, [] {

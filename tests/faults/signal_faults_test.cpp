@@ -46,6 +46,13 @@ protected:
     PrivateTemporaries mTemporaries;
 };
 
+/// A display without a screen, which is named once it can be reached.
+constexpr char kWayland[] = R"(
+(until [ -S "$XDG_RUNTIME_DIR/labels" ]; do sleep 0.05; done; echo labels) &
+exec weston --no-config --backend=headless-backend.so --shell=kiosk-shell.so --socket=labels \
+    --idle-time=0 --log=/dev/null
+)";
+
 class EndingTest : public SignalFaultTest, public testing::WithParamInterface<int> {};
 
 } // namespace
@@ -148,6 +155,24 @@ TEST_F(SignalFaultTest, ADisplayThatGoesAwayLeavesNothingBehind) {
     EXPECT_EQ(program.status(), 1);
     EXPECT_THAT(program.err(), HasSubstr("X11 connection broke"));
     expectNothingLeft();
+}
+
+TEST_F(SignalFaultTest, AWaylandDisplayThatGoesAwayLeavesNothingBehind) {
+    const QString folder = mHome.path(QStringLiteral("run"));
+    ASSERT_TRUE(QDir().mkdir(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                         QFileDevice::ExeOwner));
+    const Environment runtime("XDG_RUNTIME_DIR", QFile::encodeName(folder));
+    Helper display(QStringLiteral("sh"), {QStringLiteral("-c"), QLatin1String(kWayland)});
+    RunningProgram program(busyDialog(),
+                           {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland")},
+                            {QStringLiteral("WAYLAND_DISPLAY"), display.address()}});
+    ASSERT_TRUE(waitUntilBusy()) << program.err();
+    display.kill();
+    EXPECT_EQ(program.endedBy(), 0) << "it ends by itself";
+    EXPECT_EQ(program.status(), 1);
+    EXPECT_EQ(program.err(), "The Wayland connection broke. Did the Wayland compositor die?\n");
+    expectNothingLeft();
+    EXPECT_TRUE(QFile::exists(mHome.path(QStringLiteral("config/labelcut/recent-printer.json"))));
 }
 
 } // namespace labelcut::test
