@@ -37,9 +37,7 @@ private:
 class Loader : public QUiLoader {
 public:
     explicit Loader(const WidgetFactories& factories)
-        : mFactories(factories) {
-        setTranslationEnabled(false);
-    }
+        : mFactories(factories) {}
 
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
         QWidget* widget = create(className, parent);

@@ -10,6 +10,7 @@
 //  - The dynamic properties "accessibleNameKey", "accessibleDescriptionKey", and on a Stepper
 //    "upNameKey" and "downNameKey", are string-table keys of the texts for screen readers.
 //  - A Stepper's dynamic property "field" names the text field that sends it arrow keys.
+//  - Texts bear notr="true"; any other is replaced where a translation of the host's has the same.
 #pragma once
 
 #include <QString>
