@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QTranslator>
 
 #include <algorithm>
 #include <set>
@@ -459,6 +461,22 @@ TEST(LongTitles, WidenThePanelSidewaysAndAreNotClipped) {
     }
 }
 
+TEST(LongTitles, WidenThePanelByAsLittleAsOnePoint) {
+    PpdBuilder ppd;
+    ppd.onOff("KvHalfCut", "OFF", QByteArray(79, 'W'));
+    PanelOnHost widened(ppd.open());
+    const double needed = widened.show().mHalfCutChkBx.frame().size.width;
+    for (const int missing : {0, 1}) {
+        CutDownBundle bundle({});
+        bundle.replace("<y>122</y><width>176</width>",
+                       "<y>122</y><width>" + QByteArray::number(needed - missing) + "</width>");
+        PanelOnHost setting(ppd.open(), bundle.root());
+        PanelUnderTest& panel = setting.show();
+        EXPECT_EQ(panel.mHalfCutChkBx.frame().size.width, needed);
+        EXPECT_EQ(panel.panelView()->width(), 516 + missing);
+    }
+}
+
 TEST(ShortTitles, LeaveThePanelAsTheFileHasIt) {
     PanelOnHost setting(longTitles("X").open());
     EXPECT_EQ(setting.show().panelView()->width(), 516);
@@ -520,6 +538,36 @@ TEST(TitlesOfEveryLanguage, AreNotClipped) {
             expectUnclipped(panel);
         }
     }
+}
+
+/// A translation of the host's that replaces every text.
+class Chatterbox : public QTranslator {
+public:
+    Chatterbox() { QCoreApplication::installTranslator(this); }
+    ~Chatterbox() override { QCoreApplication::removeTranslator(this); }
+    Chatterbox(const Chatterbox&) = delete;
+    Chatterbox& operator=(const Chatterbox&) = delete;
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char*, const char*, int) const override {
+        return QStringLiteral("the host's");
+    }
+};
+
+TEST(TranslationsOfTheHost, ReachNoTextOfThePanel) {
+    const auto texts = [] {
+        PanelOnHost setting(PpdBuilder::tapePrinter().open());
+        PanelUnderTest& panel = setting.load();
+        QStringList all{panel.mCutEveryStr.stringValue(), panel.mCutEveryTxBx.stringValue(),
+                        QString::number(panel.mOptionPopUpButton.count())};
+        for (const auto control : kBoxes) {
+            const auto* box = qobject_cast<QCheckBox*>((panel.*control).widget());
+            all += {box->text(), box->shortcut().toString(), box->accessibleDescription()};
+        }
+        return all;
+    };
+    const QStringList alone = texts();
+    const Chatterbox translator;
+    EXPECT_EQ(texts(), alone);
 }
 
 /// The application in another font or direction for a while.
