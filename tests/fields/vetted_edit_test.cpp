@@ -199,6 +199,20 @@ TEST_F(VettedEdit, DoesNotVetAPreeditBeforeItIsCommitted) {
     EXPECT_EQ(text(), "2");
 }
 
+TEST_F(VettedEdit, KeepsAPreeditThatBeginsAfterARefusal) {
+    attach(2);
+    type("1x");
+    ASSERT_EQ(refusals.take(), Refusals::invalidCharacter());
+    const auto caretX = [this] {
+        return edit.inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x();
+    };
+    const int before = caretX();
+    QInputMethodEvent preedit(QStringLiteral("222"),
+                              {{QInputMethodEvent::Cursor, 3, 1, QVariant()}});
+    QApplication::sendEvent(&edit, &preedit);
+    EXPECT_GT(caretX(), before) << "the caret stands behind what is composed";
+}
+
 TEST_F(VettedEdit, VetsACommitThatReplacesTextBeforeTheCaret) {
     attach(2);
     type("12");

@@ -62,6 +62,7 @@ public:
         ++(asked.isAccepted ? accepted : refused);
         ASSERT_EQ(asked.original, before);
         ASSERT_EQ(asked.originalRange, selection);
+        ASSERT_EQ(asked.proposedRange.length, 0u) << "an edit leaves a caret";
         if (inserted)
             checkProposal(asked, *inserted);
         checkVerdict(asked);
@@ -211,6 +212,31 @@ TEST(VettingProperty, HoldsForRandomStylesBoundsLimitsAndEdits) {
     }
     EXPECT_GT(accepted, 3000);
     EXPECT_GT(refused, 3000);
+}
+
+TEST(VettingQuestion, NamesTheStretchThatACommitReplacesAndTheCaretBehindIt) {
+    const auto formatter = PDEFormatter::initWithStyle(kStyleDecimal);
+    struct Case {
+        int replaceLength;
+        const char* proposed;
+        TextRange replaced;
+    };
+    // Of a length below zero nothing is replaced.
+    for (const Case& c : {Case{1, "1775", {1, 1}}, Case{0, "177.5", {1, 0}},
+                          Case{-1, "177.5", {1, 0}}, Case{-9, "177.5", {1, 0}}}) {
+        SCOPED_TRACE(c.replaceLength);
+        std::vector<Question> log;
+        QLineEdit edit(QStringLiteral("1.5"));
+        attachFormatter(&edit, std::make_unique<Recorder>(*formatter, log));
+        QInputMethodEvent event;
+        event.setCommitString(QStringLiteral("77"), -2, c.replaceLength);
+        QApplication::sendEvent(&edit, &event);
+        ASSERT_EQ(log.size(), 1u);
+        EXPECT_EQ(log[0].proposed.toStdString(), c.proposed);
+        EXPECT_EQ(log[0].proposedRange, (TextRange{3, 0}));
+        EXPECT_EQ(log[0].originalRange, c.replaced);
+        EXPECT_EQ(edit.text().toStdString(), c.proposed);
+    }
 }
 
 } // namespace
