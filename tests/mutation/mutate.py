@@ -220,6 +220,7 @@ def copy_tree():
         here = pathlib.Path(folder)
         if here == ROOT:
             folders[:] = [name for name in folders if name not in ("build", ".git", ".cache")]
+            files = [name for name in files if name != ".git"]  # what a worktree has instead
         for name in files:
             source = here / name
             target = TREE / source.relative_to(ROOT)
