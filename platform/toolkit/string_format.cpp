@@ -207,8 +207,7 @@ QString cut(const QString& length, Value value, Print print) {
 }
 
 QString signedInteger(const Directive& d, const FormatArgument& argument) {
-    const auto flags = d.has(u'-') || d.precision ? u"-+ " : u"-+ 0";
-    const std::string spec = fmtDirective(d, flags, 'd');
+    const std::string spec = fmtDirective(d, u"-+ 0", 'd');
     const QString sign = d.has(u'+') ? QStringLiteral("+") : QString(d.has(u' '), u' ');
     const auto print = [&](auto value) {
         return value == 0 && d.precision == 0 ? withoutDigits(d, sign) : printed(spec, value);
@@ -223,8 +222,7 @@ QString signedInteger(const Directive& d, const FormatArgument& argument) {
 }
 
 QString unsignedInteger(const Directive& d, const FormatArgument& argument, char conversion) {
-    const auto flags = d.has(u'-') || d.precision ? u"-#" : u"-#0";
-    const std::string spec = fmtDirective(d, flags, conversion);
+    const std::string spec = fmtDirective(d, u"-#0", conversion);
     const QString prefix(conversion == 'o' && d.has(u'#'), u'0');
     const auto print = [&](auto value) {
         using Unsigned = std::make_unsigned_t<decltype(value)>;

@@ -100,18 +100,7 @@ std::optional<QByteArray> encodeText(const QString& text, TextEncoding encoding)
 }
 
 QByteArray encodeLossyUtf8(const QString& text) {
-    QString pairsOnly = text;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (!text[i].isSurrogate())
-            continue;
-        const bool isPair =
-            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        if (isPair)
-            ++i;
-        else
-            pairsOnly[i] = u'?';
-    }
-    return pairsOnly.toUtf8();
+    return text.toUtf8();
 }
 
 std::optional<qsizetype> encodedLength(const QString& text, TextEncoding encoding) {

@@ -73,7 +73,7 @@ TEST(StringFormat, PrintsIntegersAsTheCLibraryDoes) {
 }
 
 TEST(StringFormat, PrintsUnsignedIntegersAsTheCLibraryDoes) {
-    for (const char* flags : {"", "-", "#", "0", "#0", "-#"}) {
+    for (const char* flags : {"", "-", "#", "0", "#0", "-#", "-0", "-#0"}) {
         for (const char* field : {"", "7", "12", ".0", ".3", "9.4", "5.0"}) {
             for (const char* conversion : {"u", "x", "X", "o"}) {
                 const std::string d = std::string("[%") + flags + field + conversion + "]";
@@ -131,6 +131,7 @@ TEST(StringFormat, PrintsTextsCharactersAndPointers) {
     EXPECT_EQ(format("[%s] [%5s] [%-5s] [%.2s]", {"abc", "abc", "abc", "abc"}),
               "[abc] [  abc] [abc  ] [ab]");
     EXPECT_EQ(format("%c%c%C", {'a', 0x1F3F7, 0xE9}), "a🏷é");
+    EXPECT_EQ(format("%c", {0}), std::string(1, '\0'));
     EXPECT_EQ(format("%p", {static_cast<const void*>(nullptr)}), "0x0");
     EXPECT_EQ(format("%p", {reinterpret_cast<const void*>(0x1234)}), "0x1234");
     EXPECT_EQ(format("100%%"), "100%");

@@ -115,6 +115,7 @@ TEST(TextEncoding, ShowsEachInconvertibleCharacterAsOneQuestionMark) {
     EXPECT_EQ(encodeLossyUtf8(u'a' + kLoneSurrogate + u'b'), QByteArray("a?b"));
     EXPECT_EQ(encodeLossyUtf8(kLoneSurrogate + kEmoji + QChar(0xDC00)),
               QByteArray("?\xF0\x9F\x8F\xB7?"));
+    EXPECT_EQ(encodeLossyUtf8(kLoneSurrogate + kLoneSurrogate), QByteArray("??"));
 }
 
 TEST(CFStringGetCString, FillsABufferThatJustFits) {
