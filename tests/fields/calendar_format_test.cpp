@@ -67,7 +67,7 @@ TEST(CalendarFormat, PrintsUnknownAndUnfinishedDirectivesAsWritten) {
 }
 
 TEST(CalendarFormat, PrintsInTheDatesOwnZone) {
-    EXPECT_EQ(format("%H:%M %z"), "15:04 +0100");
+    EXPECT_EQ(format("%H:%M %z %Z"), "15:04 +0100 UTC+01:00");
 }
 
 } // namespace

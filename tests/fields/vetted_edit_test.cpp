@@ -276,6 +276,16 @@ TEST_F(VettedEdit, UndoesAndRedoesWhatIsAllowed) {
     EXPECT_EQ(refusals.events, kNoRefusal);
 }
 
+TEST_F(VettedEdit, KeepsTheSelectionThatAnUndoBringsBack) {
+    attach(2);
+    type("1234");
+    edit.setSelection(0, 2);
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    press(QKeySequence::Undo);
+    EXPECT_EQ(text(), "1234");
+    EXPECT_EQ(edit.selectedText().toStdString(), "12");
+}
+
 TEST_F(VettedEdit, RefusesAnUndoThatBringsBackWhatMayNoLongerBeTyped) {
     PDEFormatter* const formatter = attach(2);
     type("12");

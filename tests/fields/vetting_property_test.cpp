@@ -214,6 +214,17 @@ TEST(VettingProperty, HoldsForRandomStylesBoundsLimitsAndEdits) {
     EXPECT_GT(refused, 3000);
 }
 
+TEST(VettingQuestion, IsNotAskedOfATextThatStays) {
+    const auto formatter = PDEFormatter::initWithStyle(kStyleDecimal);
+    std::vector<Question> log;
+    QLineEdit edit;
+    attachFormatter(&edit, std::make_unique<Recorder>(*formatter, log));
+    QTest::keyClicks(&edit, QStringLiteral("15"));
+    EXPECT_EQ(log.size(), 2u);
+    QTest::keyClick(&edit, Qt::Key_Return);
+    EXPECT_EQ(log.size(), 2u) << "Return changes nothing";
+}
+
 TEST(VettingQuestion, NamesTheStretchThatACommitReplacesAndTheCaretBehindIt) {
     const auto formatter = PDEFormatter::initWithStyle(kStyleDecimal);
     struct Case {

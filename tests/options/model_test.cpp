@@ -96,6 +96,31 @@ TEST(OptionConstruction, SetsItsFlagsAndLeavesTheRestAtZero) {
     EXPECT_FALSE(panel.mCutEveryChkBx);
 }
 
+TEST(OptionConstruction, SetsItsFieldsWhateverTheyWereBefore) {
+    PanelOnHost setting(PpdBuilder().onOff("KvHalfCut").open());
+    const PDEChoice left = PDEChoice::choiceWithChoice(nullptr);
+    PanelUnderTest panel;
+    panel.checkValues_dec = 9;
+    panel.column_dec = 9;
+    panel.set_formatSetting = 9;
+    panel.mAutoCutHideKey_dec = 9;
+    panel.mTapeState = 9;
+    panel.usb_dec = 9;
+    panel.mAutoCut_CutEvery_Selection = &left;
+    for (const Fields& f : fields())
+        panel.*f.selection = &left;
+    panel.initWithCallback(setting.host, setting.bundle);
+    EXPECT_EQ(panel.checkValues_dec, 1);
+    EXPECT_EQ(panel.column_dec, 0);
+    EXPECT_EQ(panel.set_formatSetting, 0);
+    EXPECT_EQ(panel.mAutoCutHideKey_dec, 0);
+    EXPECT_EQ(panel.mTapeState, 0);
+    EXPECT_EQ(panel.usb_dec, 0);
+    EXPECT_EQ(panel.mAutoCut_CutEvery_Selection, nullptr);
+    for (const Fields& f : fields())
+        EXPECT_EQ(panel.*f.selection, nullptr) << f.keyword;
+}
+
 TEST(OptionConstruction, AsksForThePrinterOnceMoreAfterTheBase) {
     PanelOnHost setting(PpdBuilder::tapePrinter().open());
     setting.construct();
