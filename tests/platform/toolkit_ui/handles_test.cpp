@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QSignalSpy>
 
 #include <limits>
@@ -239,6 +240,25 @@ TEST(Buttons, KnowTheWidthATitleNeeds) {
     }
     points::adopt(box, 2.0);
     EXPECT_EQ(button.widthForTitle(box.text()), (box.sizeHint().width() + 1) / 2);
+}
+
+/// A style whose boxes are as wide as their own font is high.
+class FontStyle : public QProxyStyle {
+public:
+    QSize sizeFromContents(ContentsType, const QStyleOption* option, const QSize&,
+                           const QWidget*) const override {
+        return {option->fontMetrics.height(), 1};
+    }
+};
+
+TEST(Buttons, TellTheStyleWhatTheBoxLooksLike) {
+    FontStyle style;
+    QCheckBox box;
+    box.setStyle(&style);
+    QFont font = box.font();
+    font.setPointSize(40);
+    box.setFont(font);
+    EXPECT_EQ(Button(&box).widthForTitle(QStringLiteral("x")), box.fontMetrics().height());
 }
 
 TEST(TextFields, HoldTextsInLineEditsAndLabels) {
