@@ -118,6 +118,7 @@ TEST(StringFormat, CutsIntegersToTheLengthNamed) {
     EXPECT_EQ(format("%hd", {70000}), "4464");
     EXPECT_EQ(format("%x", {-1}), "ffffffff");
     EXPECT_EQ(format("%lx", {-1L}), "ffffffffffffffff");
+    EXPECT_EQ(format("%lx", {-1}), "ffffffffffffffff");
     EXPECT_EQ(format("%lld %qd %zd %jd %td %Ld", {1LL, 2LL, 3LL, 4LL, 5LL, 6LL}), "1 2 3 4 5 6");
     EXPECT_EQ(format("%llu", {ULLONG_MAX}), "18446744073709551615");
 }

@@ -100,6 +100,8 @@ TEST(TextEncoding, ListsEncodingsOnceAndAlwaysInTheSameOrder) {
     EXPECT_EQ(std::set<QByteArray>(names.begin(), names.end()).size(), names.size());
     EXPECT_THAT(names, testing::Contains(QByteArray("UTF-8")));
     EXPECT_EQ(&names, &availableEncodings());
+    for (const QByteArray& name : names)
+        EXPECT_TRUE(encodedLengthByName(QString(), name)) << name.toStdString();
 }
 
 TEST(TextEncoding, MeasuresByNameAndKnowsNoUnknownName) {
