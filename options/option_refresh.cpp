@@ -66,7 +66,7 @@ void OptionPDE13_v400_::refreshCutLabel() {
 
 void OptionPDE13_v400_::refreshCheckBox(const Row& row) {
     const PDEChoices& choices = this->*row.choices;
-    if (!(this->*row.selection) || !choices)
+    if (!choices)
         return;
     if (const std::optional<int> position = positionOf(this->*row.selection, *choices))
         (this->*row.checkBox).setState(*position);
