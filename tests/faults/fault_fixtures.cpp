@@ -9,31 +9,6 @@
 
 namespace labelcut::test {
 
-Environment::Environment(const char* name, const QByteArray& value)
-    : mName(name)
-    , mBefore(qgetenv(name)) {
-    qputenv(name, value);
-}
-
-Environment::~Environment() {
-    if (mBefore.isNull())
-        qunsetenv(mName);
-    else
-        qputenv(mName, mBefore);
-}
-
-PrivateTemporaries::PrivateTemporaries()
-    : mBefore(qgetenv("TMPDIR")) {
-    qputenv("TMPDIR", QFile::encodeName(mFolder.path()));
-}
-
-PrivateTemporaries::~PrivateTemporaries() {
-    if (mBefore.isNull())
-        qunsetenv("TMPDIR");
-    else
-        qputenv("TMPDIR", mBefore);
-}
-
 QStringList PrivateTemporaries::entries() const {
     QStringList all;
     for (const QFileInfo& entry : QDir(mFolder.path())
@@ -43,17 +18,6 @@ QStringList PrivateTemporaries::entries() const {
             all << entry.fileName() + (entry.isDir() ? QStringLiteral("/") : QString());
     }
     return all;
-}
-
-FullDisk::FullDisk(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &mBefore);
-    const rlimit limit{bytes, mBefore.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-}
-
-FullDisk::~FullDisk() {
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &mBefore), 0);
 }
 
 RunningProgram::RunningProgram(const QStringList& arguments,

@@ -7,55 +7,25 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-
 #include "tests/faults/holding_proxy.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/host/dialog/one_truth.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
+#include "tests/support/surroundings.h"
 
 namespace labelcut::test {
 
 /// While one lives, temporary files go to a folder of the test's own.
 class PrivateTemporaries {
 public:
-    PrivateTemporaries();
-    ~PrivateTemporaries();
-    PrivateTemporaries(const PrivateTemporaries&) = delete;
-    PrivateTemporaries& operator=(const PrivateTemporaries&) = delete;
     QString path() const { return mFolder.path(); }
     /// What lies there, but for the toolkit's folder of run-time files. Sub-folders end in "/".
     QStringList entries() const;
 
 private:
     QTemporaryDir mFolder;
-    QByteArray mBefore;
-};
-
-/// While one lives, an environment variable has another value.
-class Environment {
-public:
-    Environment(const char* name, const QByteArray& value);
-    ~Environment();
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-
-private:
-    const char* mName;
-    QByteArray mBefore;
-};
-
-/// While one lives, no file of this process grows beyond so many bytes, as on a full disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes);
-    ~FullDisk();
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit mBefore{};
+    Environment mPlace{"TMPDIR", QFile::encodeName(mFolder.path())};
 };
 
 /// The program while it runs.

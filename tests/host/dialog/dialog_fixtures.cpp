@@ -21,21 +21,8 @@ const PDESystem& hostSystem() {
     return system;
 }
 
-PrivateHome::PrivateHome()
-    : mHome(qgetenv("HOME"))
-    , mConfig(qgetenv("XDG_CONFIG_HOME")) {
-    qputenv("HOME", mFolder.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", mFolder.filePath(QStringLiteral("config")).toUtf8());
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
-                       mFolder.filePath(QStringLiteral("config")));
-}
-
-PrivateHome::~PrivateHome() {
-    qputenv("HOME", mHome);
-    if (mConfig.isNull())
-        qunsetenv("XDG_CONFIG_HOME");
-    else
-        qputenv("XDG_CONFIG_HOME", mConfig);
+PrivateHome::PrivateHome() {
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, path(QStringLiteral("config")));
 }
 
 QString conflictingPpd(const PrivateHome& home) {

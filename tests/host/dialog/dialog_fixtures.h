@@ -3,6 +3,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -15,6 +16,7 @@
 #include "tests/host/cli/program.h"
 #include "tests/host/printers/event_loop.h"
 #include "tests/support/expected_warnings.h"
+#include "tests/support/surroundings.h"
 
 namespace labelcut::test {
 
@@ -29,15 +31,12 @@ const PDESystem& hostSystem();
 class PrivateHome {
 public:
     PrivateHome();
-    ~PrivateHome();
-    PrivateHome(const PrivateHome&) = delete;
-    PrivateHome& operator=(const PrivateHome&) = delete;
     QString path(const QString& name) const { return mFolder.filePath(name); }
 
 private:
     QTemporaryDir mFolder;
-    QByteArray mHome;
-    QByteArray mConfig;
+    Environment mHome{"HOME", QFile::encodeName(mFolder.path())};
+    Environment mConfig{"XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("config")))};
 };
 
 /// The sample printer for tape, in a file of its own, on which these exclude each other as well:

@@ -6,10 +6,7 @@
 
 #include <QFile>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <csignal>
 
 #include "tests/host/job/job_fixtures.h"
 
@@ -23,23 +20,6 @@ std::optional<QString> oneMegabyte(FileSink& target) {
     target.write(QByteArray(1 << 20, 'x'));
     return std::nullopt;
 }
-
-/// Files of this process stop growing at 64 KiB, as on a full disk.
-class SmallDisk {
-public:
-    SmallDisk() {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mBefore);
-        const rlimit limit{64 << 10, mBefore.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~SmallDisk() { EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &mBefore), 0); }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    rlimit mBefore{};
-};
 
 } // namespace
 
@@ -71,7 +51,7 @@ TEST(AtomicFileTest, AWriterThatGivesUpLeavesTheOlderFile) {
 TEST(AtomicFileTest, AFullDiskLeavesNoFile) {
     const test::Folder folder;
     const QString path = folder.path(QStringLiteral("out.ps"));
-    const SmallDisk disk;
+    const test::FullDisk disk(64 << 10);
     const Result<qint64> size = writeWhole(path, oneMegabyte);
     ASSERT_FALSE(size);
     EXPECT_THAT(size.error().sentence.toStdString(), HasSubstr("out.ps” cannot be written"));

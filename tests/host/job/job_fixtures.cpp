@@ -9,8 +9,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-#include <unistd.h>
-
 namespace labelcut::test {
 
 namespace {
@@ -89,16 +87,6 @@ QString Folder::picture(const QString& name, const char* format, QSize size) con
     image.fill(Qt::black);
     EXPECT_TRUE(image.save(path(name), format));
     return path(name);
-}
-
-Unprivileged::Unprivileged()
-    : mUser(geteuid()) {
-    constexpr uid_t kNobody = 65534;
-    EXPECT_TRUE(mUser != 0 || seteuid(kNobody) == 0);
-}
-
-Unprivileged::~Unprivileged() {
-    EXPECT_TRUE(mUser != 0 || seteuid(mUser) == 0);
 }
 
 ppd::File tapePrinter() {

@@ -6,12 +6,11 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <sys/types.h>
-
 #include <vector>
 
 #include "host/job/job_document.h"
 #include "platform/printing/ppd_calls.h"
+#include "tests/support/surroundings.h"
 
 namespace labelcut::test {
 
@@ -31,19 +30,6 @@ public:
 
 private:
     QTemporaryDir mFolder;
-};
-
-/// While one lives the process has the rights of nobody, even when the tests run as root, for
-/// whom no file is unreadable.
-class Unprivileged {
-public:
-    Unprivileged();
-    ~Unprivileged();
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-
-private:
-    uid_t mUser;
 };
 
 /// The sample printer for tape, or a PPD with `lines` and one paper; with its defaults marked.

@@ -1,4 +1,4 @@
-// Tests of presets: folders, printers, and a disk that is full or closed.
+// Tests of presets: folders and printers.
 #include "tests/host/presets/preset_fixtures.h"
 
 #include <gtest/gtest.h>
@@ -7,15 +7,10 @@
 #include <QFile>
 
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <csignal>
 
 namespace labelcut::test {
 
 namespace {
-
-constexpr uid_t kNobody = 65534;
 
 constexpr char kTape[] = R"ppd(*PPD-Adobe: "4.3"
 *FormatVersion: "4.3"
@@ -90,42 +85,6 @@ QStringList Folder::entries() const {
 
 void Folder::close() const {
     chmod(QFile::encodeName(path()).constData(), 0555);
-}
-
-SmallDisk::SmallDisk(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &mBefore);
-    const rlimit limit{bytes, mBefore.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-}
-
-SmallDisk::~SmallDisk() {
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &mBefore), 0);
-}
-
-Unprivileged::Unprivileged()
-    : mUser(geteuid()) {
-    if (mUser == 0) {
-        EXPECT_EQ(seteuid(kNobody), 0);
-    }
-}
-
-Unprivileged::~Unprivileged() {
-    EXPECT_EQ(seteuid(mUser), 0);
-}
-
-Variable::Variable(const char* name, const QByteArray& value)
-    : mName(name)
-    , mWasSet(qEnvironmentVariableIsSet(name))
-    , mBefore(qgetenv(name)) {
-    qputenv(name, value);
-}
-
-Variable::~Variable() {
-    if (mWasSet)
-        qputenv(mName, mBefore);
-    else
-        qunsetenv(mName);
 }
 
 void writeFile(const QString& path, const QByteArray& bytes) {

@@ -1,4 +1,4 @@
-// Tests of presets: folders, printers, and a disk that is full or closed.
+// Tests of presets: folders and printers.
 #pragma once
 
 #include <QByteArray>
@@ -6,11 +6,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-#include <sys/types.h>
-
 #include "host/presets/preset.h"
 #include "platform/printing/ppd_calls.h"
+#include "tests/support/surroundings.h"
 
 namespace labelcut::test {
 
@@ -26,44 +24,6 @@ public:
 
 private:
     QTemporaryDir mFolder;
-};
-
-/// Files of this process stop growing at so many bytes, as on a full disk.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t bytes);
-    ~SmallDisk();
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    rlimit mBefore{};
-};
-
-/// While one lives the process has the rights of nobody, even when the tests run as root.
-class Unprivileged {
-public:
-    Unprivileged();
-    ~Unprivileged();
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-
-private:
-    uid_t mUser;
-};
-
-/// An environment variable that has its old value again when the test ends.
-class Variable {
-public:
-    Variable(const char* name, const QByteArray& value);
-    ~Variable();
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-private:
-    const char* mName;
-    bool mWasSet;
-    QByteArray mBefore;
 };
 
 void writeFile(const QString& path, const QByteArray& bytes);

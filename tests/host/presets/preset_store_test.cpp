@@ -103,7 +103,7 @@ TEST_F(PresetStoreTest, TheFolderIsMadeWhenItIsNeeded) {
 }
 
 TEST_F(PresetStoreTest, TheStandardFolderFollowsTheUsersConfiguration) {
-    const test::Variable home("XDG_CONFIG_HOME", folder.path().toUtf8());
+    const test::Environment home("XDG_CONFIG_HOME", folder.path().toUtf8());
     EXPECT_EQ(PresetStore::standardFolder(), folder.path(text("labelcut/presets")));
 }
 
@@ -339,7 +339,7 @@ TEST_F(PresetStoreTest, ADamagedPresetLosesNothingElse) {
 TEST_F(PresetStoreTest, AFullDiskLeavesTheOldFile) {
     saveAll(store, {text("a")});
     const QByteArray before = contentOf(file);
-    const test::SmallDisk disk(static_cast<rlim_t>(before.size()));
+    const test::FullDisk disk(static_cast<rlim_t>(before.size()));
     const auto saved = store.save(kTape, samplePreset(text("b")), Overwrite::No);
     ASSERT_FALSE(saved);
     EXPECT_THAT(sentence(saved), HasSubstr(file.toStdString()));
@@ -350,7 +350,7 @@ TEST_F(PresetStoreTest, AFullDiskLeavesTheOldFile) {
 
 TEST_F(PresetStoreTest, AFullDiskLeavesADamagedFileInItsPlace) {
     writeFile(file, "damaged");
-    const test::SmallDisk disk(64);
+    const test::FullDisk disk(64);
     EXPECT_FALSE(store.save(kTape, samplePreset(text("b")), Overwrite::No));
     EXPECT_EQ(contentOf(file), "damaged");
     EXPECT_EQ(folder.entries().size(), 1);

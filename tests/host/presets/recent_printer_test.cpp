@@ -60,7 +60,7 @@ TEST_F(RecentPrinterTest, DamageIsNoPrinter) {
 
 TEST_F(RecentPrinterTest, AFullDiskLeavesTheOldOne) {
     ASSERT_TRUE(rememberQueue(text("roll"), file));
-    const test::SmallDisk disk(8);
+    const test::FullDisk disk(8);
     const auto kept = rememberQueue(text("tape"), file);
     ASSERT_FALSE(kept);
     EXPECT_THAT(kept.error().sentence.toStdString(), testing::HasSubstr(file.toStdString()));
@@ -68,7 +68,7 @@ TEST_F(RecentPrinterTest, AFullDiskLeavesTheOldOne) {
 }
 
 TEST_F(RecentPrinterTest, TheFileIsInTheUsersConfiguration) {
-    const test::Variable home("XDG_CONFIG_HOME", folder.path().toUtf8());
+    const test::Environment home("XDG_CONFIG_HOME", folder.path().toUtf8());
     EXPECT_EQ(recentPrinterFile(), file);
 }
 

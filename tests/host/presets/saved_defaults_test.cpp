@@ -120,17 +120,17 @@ TEST(SavedOptionsTest, AFileThatCannotBeReadIsToldAndTheOthersCount) {
 }
 
 TEST(SavedOptionsTest, TheFilesAreWhereTheSystemSays) {
-    const test::Variable root("CUPS_SERVERROOT", "/somewhere");
+    const test::Environment root("CUPS_SERVERROOT", "/somewhere");
     EXPECT_EQ(savedOptionFiles(), (QStringList{text("/somewhere/lpoptions"),
                                                QDir::homePath() + text("/.cups/lpoptions")}));
-    const test::Variable none("CUPS_SERVERROOT", "");
+    const test::Environment none("CUPS_SERVERROOT", "");
     EXPECT_EQ(savedOptionFiles().front(), text("/etc/cups/lpoptions"));
 }
 
 TEST(SavedOptionsTest, TheEnvironmentNamesTheDefault) {
     const SavedOptions all = saved("Default tape/narrow\n");
-    const test::Variable lpdest("LPDEST", "");
-    const test::Variable printer("PRINTER", "");
+    const test::Environment lpdest("LPDEST", "");
+    const test::Environment printer("PRINTER", "");
     EXPECT_EQ(defaultDestination(all), (Destination{text("tape"), text("narrow")}));
     EXPECT_EQ(defaultDestination({}), std::nullopt);
     qputenv("PRINTER", "lp");
