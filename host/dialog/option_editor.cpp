@@ -15,6 +15,7 @@
 #include "host/dialog/length.h"
 #include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
+#include "host/presets/saved_defaults.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -39,9 +40,22 @@ double withRoundedBound(const Parameter& parameter, double points) {
     return points;
 }
 
+bool isText(const Parameter& parameter) {
+    return parameter.type == Parameter::Type::Text || parameter.type == Parameter::Type::Password;
+}
+
 /// What the user sees of a parameter's raw value, and back.
 QString forUser(const Parameter& parameter, const QString& raw) {
-    return parameter.type == Parameter::Type::Points ? lengthForUser(raw.toDouble()) : raw;
+    if (parameter.type == Parameter::Type::Points)
+        return lengthForUser(raw.toDouble());
+    if (parameter.type == Parameter::Type::Real)
+        return QLocale().toString(raw.toDouble(), 'g', QLocale::FloatingPointShortest);
+    return raw;
+}
+
+/// Bounds of a text are those of its length; it begins empty.
+QString firstForUser(const Parameter& parameter) {
+    return isText(parameter) ? QString() : forUser(parameter, QString::number(parameter.minimum));
 }
 
 std::optional<QString> rawFromUser(const Parameter& parameter, const QString& text) {
@@ -56,7 +70,7 @@ std::optional<QString> rawFromUser(const Parameter& parameter, const QString& te
     }
     case Parameter::Type::Integer: {
         bool ok = false;
-        const int value = text.trimmed().toInt(&ok);
+        const int value = QLocale().toInt(text.trimmed(), &ok);
         return ok && within(value) ? std::optional(QString::number(value)) : std::nullopt;
     }
     case Parameter::Type::Real: {
@@ -65,7 +79,8 @@ std::optional<QString> rawFromUser(const Parameter& parameter, const QString& te
         return ok && within(value) ? std::optional(QString::number(value)) : std::nullopt;
     }
     default:
-        return within(static_cast<double>(text.size())) ? std::optional(text) : std::nullopt;
+        return within(static_cast<double>(text.toUcs4().size())) ? std::optional(text)
+                                                                 : std::nullopt;
     }
 }
 
@@ -73,9 +88,11 @@ QString boundsText(const Parameter& parameter) {
     if (parameter.type == Parameter::Type::Points)
         return hostText("FromTo").arg(lengthForUser(parameter.minimum),
                                       lengthForUser(parameter.maximum));
-    const QLocale locale;
-    return hostText("FromTo").arg(locale.toString(parameter.minimum),
-                                  locale.toString(parameter.maximum));
+    const auto number = [](double bound) {
+        return QLocale().toString(bound, 'g', QLocale::FloatingPointShortest);
+    };
+    return hostText(isText(parameter) ? "FromToCharacters" : "FromTo")
+        .arg(number(parameter.minimum), number(parameter.maximum));
 }
 
 /// What the user is asked for. Of a paper that is width and height; how it is fed is the printer's
@@ -189,8 +206,8 @@ void OptionEditor::refresh() {
 void OptionEditor::showCustomValue(const QString& value) {
     QStringList raw;
     if (value.startsWith(u'{')) {
-        for (const QString& pair : value.mid(1, value.size() - 2).split(u' ', Qt::SkipEmptyParts))
-            raw.append(pair.section(u'=', 1));
+        for (const ppd::Setting& part : parseOptionText(value.toUtf8()))
+            raw.append(part.choice);
     } else {
         const QString plain = value.section(u'.', 1);
         raw = mCustom.size() == 1 ? QStringList{plain} : plain.split(u'x');
@@ -212,7 +229,7 @@ void OptionEditor::choiceActivated() {
     showCustomFields(true);
     for (const CustomField& field : mCustom) {
         if (field.edit->text().isEmpty())
-            field.edit->setText(forUser(field.parameter, QString::number(field.parameter.minimum)));
+            field.edit->setText(firstForUser(field.parameter));
     }
     mCustom.front().edit->setFocus();
     mCustom.front().edit->selectAll();
@@ -240,10 +257,10 @@ QString OptionEditor::customValue() const {
         raw.append(rawFromUser(field.parameter, field.edit->text()).value_or(QString()));
     if (mKeyword == QLatin1String(kPageSize) || raw.size() == 1)
         return QStringLiteral("Custom.") + raw.join(u'x');
-    QStringList pairs;
+    std::vector<ppd::Setting> values;
     for (std::size_t i = 0; i < mCustom.size(); ++i)
-        pairs.append(mCustom[i].parameter.name + u'=' + raw[static_cast<qsizetype>(i)]);
-    return u'{' + pairs.join(u' ') + u'}';
+        values.push_back({mCustom[i].parameter.name, raw[static_cast<qsizetype>(i)]});
+    return ppd::customCollection(values);
 }
 
 void OptionEditor::customEdited() {

@@ -4,6 +4,8 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -285,9 +287,22 @@ std::vector<ppd_cparam_t*> parametersOf(ppd_file_t* file, const char* keyword) {
     return all;
 }
 
+double wide(int bound) {
+    return bound;
+}
+
+/// The number that stands in the PPD: 0.1 as a float is more than 0.1, which would be refused.
+double wide(float bound) {
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), bound).ptr;
+    double number = 0;
+    std::from_chars(digits.begin(), end, number);
+    return number;
+}
+
 template<typename Limit>
 std::pair<double, double> bounds(const Limit& minimum, const Limit& maximum) {
-    return {static_cast<double>(minimum), static_cast<double>(maximum)};
+    return {wide(minimum), wide(maximum)};
 }
 
 std::pair<double, double> boundsOf(const ppd_cparam_t& p) {
@@ -320,7 +335,27 @@ QString currentValue(const ppd_cparam_t& p) {
     }
 }
 
+/// A value as it is read back from among others.
+QString inQuotesIfNeeded(QString value) {
+    const auto isSpecial = [](QChar c) {
+        return c.isSpace() || QStringLiteral("'\"\\{}").contains(c);
+    };
+    if (std::ranges::none_of(value, isSpecial))
+        return value;
+    const QChar quote = value.contains(u'\'') && !value.contains(u'"') ? u'"' : u'\'';
+    value.replace(u'\\', QStringLiteral("\\\\"));
+    value.replace(quote, QStringLiteral("\\") + quote);
+    return quote + value + quote;
+}
+
 } // namespace
+
+QString customCollection(const std::vector<Setting>& values) {
+    QStringList pairs;
+    for (const Setting& value : values)
+        pairs.append(value.keyword + u'=' + inQuotesIfNeeded(value.choice));
+    return u'{' + pairs.join(u' ') + u'}';
+}
 
 std::vector<CustomParameter> customParameters(ppd_file_t* file, const char* keyword) {
     std::vector<CustomParameter> all;
@@ -352,10 +387,10 @@ std::optional<QString> markedValue(ppd_file_t* file, const char* keyword) {
         return name;
     if (parameters.size() == 1)
         return QStringLiteral("Custom.") + currentValue(*parameters.front());
-    QStringList pairs;
+    std::vector<Setting> values;
     for (const ppd_cparam_t* p : parameters)
-        pairs.append(QString::fromUtf8(p->name) + u'=' + currentValue(*p));
-    return u'{' + pairs.join(u' ') + u'}';
+        values.push_back({QString::fromUtf8(p->name), currentValue(*p)});
+    return customCollection(values);
 }
 
 } // namespace labelcut::ppd

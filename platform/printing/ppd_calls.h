@@ -81,6 +81,9 @@ struct Setting {
     QString choice;
     bool operator==(const Setting&) const = default;
 };
+/// Several custom values as one choice: "{name=value …}", values in quotes where blanks and the
+/// like stand in them.
+QString customCollection(const std::vector<Setting>& values);
 
 /// The marked choices that exclude each other, by UIConstraints and their successor alike,
 /// installable options included: each pair once, in the file's order of options; when only more

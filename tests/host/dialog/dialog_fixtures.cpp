@@ -25,16 +25,21 @@ PrivateHome::PrivateHome() {
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, path(QStringLiteral("config")));
 }
 
-QString conflictingPpd(const PrivateHome& home) {
+QString extendedPpd(const PrivateHome& home, const QByteArray& more) {
     QFile sample(kTapePpd);
-    QFile changed(home.path(QStringLiteral("conflicting.ppd")));
+    QFile changed(home.path(QStringLiteral("extended.ppd")));
     if (!sample.open(QIODevice::ReadOnly) || !changed.open(QIODevice::WriteOnly))
         qFatal("no PPD to test with");
-    changed.write(sample.readAll());
+    changed.write(sample.readAll() + more);
+    return changed.fileName();
+}
+
+QString conflictingPpd(const PrivateHome& home) {
+    QByteArray constraints;
     for (const char* pair : {"*KvHalfCut ON *Quality Draft", "*Quality Draft *KvHalfCut ON",
                              "*Density Dark *Quality Best", "*Quality Best *Density Dark"})
-        changed.write(QByteArray("*UIConstraints: ") + pair + '\n');
-    return changed.fileName();
+        constraints += QByteArray("*UIConstraints: ") + pair + '\n';
+    return extendedPpd(home, constraints);
 }
 
 CupsConnection noService() {

@@ -39,7 +39,10 @@ private:
     Environment mConfig{"XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("config")))};
 };
 
-/// The sample printer for tape, in a file of its own, on which these exclude each other as well:
+/// The sample printer for tape, in a file of its own with more at its end.
+QString extendedPpd(const PrivateHome& home, const QByteArray& more);
+
+/// The same printer, on which these exclude each other as well:
 /// half cut and draft quality; dark print and best quality.
 QString conflictingPpd(const PrivateHome& home);
 

@@ -1,8 +1,10 @@
 // One option as a field: lengths in the user's unit, bounds, and the way back.
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/dialog/length.h"
@@ -23,6 +25,87 @@ public:
 
 private:
     QLocale mBefore;
+};
+
+/// Options that ask for values of every kind.
+constexpr char kAskingOptions[] = R"ppd(
+*OpenUI *Passes/Passes: PickOne
+*DefaultPasses: One
+*Passes One: ""
+*CloseUI: *Passes
+*CustomPasses True: "pop"
+*ParamCustomPasses Count/Count: 1 int 2 1500
+*OpenUI *Scale/Scale: PickOne
+*DefaultScale: Full
+*Scale Full: ""
+*CloseUI: *Scale
+*CustomScale True: "pop"
+*ParamCustomScale Factor/Factor: 1 real 0.1 2.5
+*OpenUI *Serial/Serial text: PickOne
+*DefaultSerial: None
+*Serial None: ""
+*CloseUI: *Serial
+*CustomSerial True: "pop"
+*ParamCustomSerial Words/Words: 1 string 2 5
+*OpenUI *Release/Release: PickOne
+*DefaultRelease: None
+*Release None: ""
+*CloseUI: *Release
+*CustomRelease True: "pop"
+*ParamCustomRelease Secret/Secret: 1 password 4 8
+*OpenUI *Frame/Frame: PickOne
+*DefaultFrame: None
+*Frame None: ""
+*CloseUI: *Frame
+*CustomFrame True: "pop pop pop"
+*ParamCustomFrame Width/Width: 1 points 0 72
+*ParamCustomFrame Gap/Gap: 2 real 0 1
+*ParamCustomFrame Note/Note: 3 string 0 9
+)ppd";
+
+/// One option of a printer that asks for values of every kind.
+class AskingEditor {
+public:
+    explicit AskingEditor(const char* keyword)
+        : mModel(plugins(), hostSystem())
+        , mKeyword(QLatin1String(keyword)) {
+        PrinterChoice printer;
+        printer.ppdPath = extendedPpd(mHome, kAskingOptions);
+        mModel.openPrinter(printer, ppd::openFile(printer.ppdPath, nullptr), printer.ppdPath, {});
+        lookAnew();
+    }
+    /// Makes the fields anew, as another page's would be.
+    void lookAnew() {
+        mEditor = std::make_unique<OptionEditor>(mModel, mKeyword);
+        mEditor->show();
+    }
+    void chooseCustom() {
+        QComboBox& choices = *mEditor->choices();
+        choices.setCurrentIndex(choices.findData(QStringLiteral("Custom")));
+        Q_EMIT choices.activated(choices.currentIndex());
+    }
+    QLineEdit& field(int index = 0) const { return *mEditor->findChildren<QLineEdit*>().at(index); }
+    void edit(const char* text, int index = 0) const {
+        field(index).setText(QString::fromUtf8(text));
+        Q_EMIT field(index).editingFinished();
+    }
+    std::string choice() const { return mModel.choice(mKeyword).value_or(QString()).toStdString(); }
+    std::string problem() const { return mEditor->problem().toStdString(); }
+    std::string shown(int index = 0) const { return field(index).text().toStdString(); }
+    bool hasLabel(const char* text) const {
+        return std::ranges::any_of(mEditor->findChildren<QLabel*>(), [&](const QLabel* label) {
+            return label->isVisible() && label->text() == QLatin1String(text);
+        });
+    }
+    JobModel& model() { return mModel; }
+    OptionEditor& editor() { return *mEditor; }
+
+private:
+    Offscreen mOffscreen;
+    PrivateHome mHome;
+    JobModel mModel;
+    QString mKeyword;
+    std::unique_ptr<OptionEditor> mEditor;
 };
 
 double points(const char* text) {
@@ -93,6 +176,144 @@ TEST(OptionEditorTest, EveryBoundOfACustomValueCanBeChosen) {
         EXPECT_NE(editor.problem().toStdString(), "") << country << ": beyond";
         EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), "Custom.102x2835");
     }
+}
+
+struct CustomRow {
+    const char* country;
+    const char* keyword;
+    const char* typed;
+    const char* choice;
+    /// How a page shows it that is made afterwards; null: as it was typed.
+    const char* shown = nullptr;
+};
+
+class CustomValueTest : public testing::TestWithParam<CustomRow> {};
+
+TEST_P(CustomValueTest, IsChosenAsTypedAndShownAsTheCountryWritesIt) {
+    const CustomRow& row = GetParam();
+    const Country here(row.country);
+    AskingEditor asking(row.keyword);
+    asking.chooseCustom();
+    asking.edit(row.typed);
+    EXPECT_EQ(asking.problem(), "");
+    EXPECT_EQ(asking.choice(), row.choice);
+    asking.lookAnew();
+    EXPECT_EQ(asking.shown(), row.shown ? row.shown : row.typed);
+    EXPECT_TRUE(asking.field().isVisible());
+    asking.edit(asking.shown().c_str());
+    EXPECT_EQ(asking.problem(), "");
+    EXPECT_EQ(asking.choice(), row.choice) << "read back";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, CustomValueTest,
+    testing::Values(CustomRow{"en_US", "Passes", "2", "Custom.2"},
+                    CustomRow{"en_US", "Passes", " 7 ", "Custom.7", "7"},
+                    CustomRow{"en_US", "Passes", "1,500", "Custom.1500", "1500"},
+                    CustomRow{"de_DE", "Passes", "1.500", "Custom.1500", "1500"},
+                    CustomRow{"en_US", "Scale", "1.25", "Custom.1.25"},
+                    CustomRow{"de_DE", "Scale", "1,25", "Custom.1.25"},
+                    CustomRow{"de_DE", "Scale", "0,1", "Custom.0.1"},
+                    CustomRow{"de_DE", "Scale", "2,5", "Custom.2.5"},
+                    CustomRow{"fr_FR", "Scale", " 2 ", "Custom.2", "2"},
+                    CustomRow{"en_US", "Serial", "ab", "Custom.ab"},
+                    CustomRow{"en_US", "Serial", "a.b c", "Custom.a.b c"},
+                    CustomRow{"ja_JP", "Serial", "連番🏷🏷🏷", "Custom.連番🏷🏷🏷"},
+                    CustomRow{"en_US", "Release", "1234", "Custom.1234"}));
+
+struct RefusedRow {
+    const char* country;
+    const char* keyword;
+    const char* typed;
+    const char* sentence;
+};
+
+class RefusedValueTest : public testing::TestWithParam<RefusedRow> {};
+
+TEST_P(RefusedValueTest, ChangesNothingAndIsToldWithItsBounds) {
+    const RefusedRow& row = GetParam();
+    const Country here(row.country);
+    AskingEditor asking(row.keyword);
+    asking.chooseCustom();
+    const std::string before = asking.choice();
+    asking.edit(row.typed);
+    EXPECT_EQ(asking.problem(), row.sentence);
+    EXPECT_EQ(asking.choice(), before);
+    EXPECT_EQ(asking.shown(), row.typed) << "stays to be put right";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, RefusedValueTest,
+    testing::Values(
+        RefusedRow{"en_US", "Passes", "1", "“Passes” takes values from 2 to 1,500."},
+        RefusedRow{"de_DE", "Passes", "1501", "“Passes” takes values from 2 to 1.500."},
+        RefusedRow{"en_US", "Passes", "2.5", "“Passes” takes values from 2 to 1,500."},
+        RefusedRow{"en_US", "Passes", "", "“Passes” takes values from 2 to 1,500."},
+        RefusedRow{"en_US", "Scale", "0.05", "“Scale” takes values from 0.1 to 2.5."},
+        RefusedRow{"de_DE", "Scale", "2,51", "“Scale” takes values from 0,1 to 2,5."},
+        RefusedRow{"de_DE", "Scale", "nan", "“Scale” takes values from 0,1 to 2,5."},
+        RefusedRow{"en_US", "Scale", "much", "“Scale” takes values from 0.1 to 2.5."},
+        RefusedRow{"en_US", "Serial", "a", "“Serial text” takes values from 2 to 5 characters."},
+        RefusedRow{"en_US", "Serial", "äöüßéè",
+                   "“Serial text” takes values from 2 to 5 characters."},
+        RefusedRow{"en_US", "Release", "123", "“Release” takes values from 4 to 8 characters."}));
+
+TEST(OptionEditorTest, WhatWasRefusedIsOverOnceSomethingElseIsChosenElsewhere) {
+    AskingEditor asking("Passes");
+    asking.chooseCustom();
+    asking.edit("1");
+    EXPECT_NE(asking.problem(), "");
+    ASSERT_TRUE(asking.model().choose(QStringLiteral("Passes"), QStringLiteral("One")));
+    asking.editor().refresh();
+    EXPECT_EQ(asking.problem(), "");
+    EXPECT_FALSE(asking.field().isVisible());
+}
+
+TEST(OptionEditorTest, ATextBeginsEmptyAndANumberWithItsSmallest) {
+    for (const auto& [keyword, start] :
+         {std::pair("Passes", "2"), std::pair("Scale", "0.1"), std::pair("Serial", "")}) {
+        AskingEditor asking(keyword);
+        asking.chooseCustom();
+        EXPECT_EQ(asking.shown(), start) << keyword;
+    }
+}
+
+TEST(OptionEditorTest, OnlyAPasswordIsHidden) {
+    EXPECT_EQ(AskingEditor("Release").field().echoMode(), QLineEdit::Password);
+    EXPECT_EQ(AskingEditor("Serial").field().echoMode(), QLineEdit::Normal);
+}
+
+TEST(OptionEditorTest, SeveralValuesAreOneChoice) {
+    const Country germany("de_DE");
+    AskingEditor asking("Frame");
+    EXPECT_FALSE(asking.field(0).isVisible()) << "nothing is asked before Custom is chosen";
+    asking.chooseCustom();
+    EXPECT_TRUE(asking.field(2).isVisible());
+    for (const char* label : {"Width", "Gap", "Note"})
+        EXPECT_TRUE(asking.hasLabel(label)) << label;
+    asking.edit("25,4 mm", 0);
+    asking.edit("0,5", 1);
+    EXPECT_EQ(asking.choice(), "{Width=72 Gap=0.5 Note=}");
+    for (const auto& [note, written] :
+         {std::pair("plain", "plain"), std::pair("two words", "'two words'"),
+          std::pair("it's", "\"it's\""), std::pair("a=b", "a=b"), std::pair("", ""),
+          std::pair("\"a\" b", "'\"a\" b'"), std::pair("'\"\\", "'\\'\"\\\\'")}) {
+        asking.edit(note, 2);
+        EXPECT_EQ(asking.problem(), "") << note;
+        EXPECT_EQ(asking.choice(), std::string("{Width=72 Gap=0.5 Note=") + written + '}');
+        asking.lookAnew();
+        EXPECT_EQ(asking.shown(0), "25,4 mm");
+        EXPECT_EQ(asking.shown(1), "0,5");
+        EXPECT_EQ(asking.shown(2), note);
+    }
+    const std::string before = asking.choice();
+    asking.edit("much", 1);
+    EXPECT_EQ(asking.problem(), "“Frame” takes values from 0 to 1.")
+        << "of the one that is refused";
+    EXPECT_EQ(asking.choice(), before);
+    asking.edit("1", 1);
+    EXPECT_EQ(asking.problem(), "");
+    EXPECT_EQ(asking.choice(), "{Width=72 Gap=1 Note='\\'\"\\\\'}");
 }
 
 } // namespace labelcut::test

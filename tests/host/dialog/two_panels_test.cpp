@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QTest>
 
 #include "tests/host/dialog/dialog_fixtures.h"
@@ -38,17 +37,12 @@ protected:
     }
     /// The sample printer for tape with the option that the example's panel claims.
     QString printerWithQuality() const {
-        QFile sample(kTapePpd);
-        QFile changed(mHome.path(QStringLiteral("quality.ppd")));
-        if (!sample.open(QIODevice::ReadOnly) || !changed.open(QIODevice::WriteOnly))
-            qFatal("no PPD to test with");
-        changed.write(sample.readAll() + "*OpenUI *PrintQuality/Print quality: PickOne\n"
-                                         "*OrderDependency: 60 AnySetup *PrintQuality\n"
-                                         "*DefaultPrintQuality: Fine\n"
-                                         "*PrintQuality Draft/Draft: \"\"\n"
-                                         "*PrintQuality Fine/Fine: \"\"\n"
-                                         "*CloseUI: *PrintQuality\n");
-        return changed.fileName();
+        return extendedPpd(mHome, "*OpenUI *PrintQuality/Print quality: PickOne\n"
+                                  "*OrderDependency: 60 AnySetup *PrintQuality\n"
+                                  "*DefaultPrintQuality: Fine\n"
+                                  "*PrintQuality Draft/Draft: \"\"\n"
+                                  "*PrintQuality Fine/Fine: \"\"\n"
+                                  "*CloseUI: *PrintQuality\n");
     }
     std::string choice(const char* key) const {
         return mDialog->model().choice(QLatin1String(key)).value_or(QString()).toStdString();
