@@ -22,6 +22,8 @@ namespace {
 constexpr int kProgressInterval = 50;
 /// Milliseconds for the request that removes a job.
 constexpr int kRemoveTime = 1'000;
+/// Milliseconds for a last look at a job that could not be removed. Within JobSender::kCancelTime.
+constexpr int kLastLookTime = 300;
 /// Milliseconds after which a wish to stop is seen.
 constexpr int kNap = 50;
 
@@ -48,8 +50,7 @@ const char* textFor(JobState state) {
         return QT_TRID_NOOP("JobStopped");
     case JobState::Canceled:
         return QT_TRID_NOOP("JobCancelled");
-    case JobState::Aborted:
-        return QT_TRID_NOOP("JobAborted");
+    case JobState::Aborted: // is told as a failure
     case JobState::Completed:
         break;
     }
@@ -210,7 +211,7 @@ void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
     if (removed)
         return fail(link, printerrors::cancelled());
     // Perhaps it came to its end before.
-    const auto status = service.jobAttributes(id, {kNap, nullptr});
+    const auto status = service.jobAttributes(id, {kLastLookTime, nullptr});
     const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
     if (end)
         finish(link, *end);

@@ -42,6 +42,7 @@ for argument in "$@"; do printf '%s\0' "$argument"; done > "$store/$1.argv"
 env -0 > "$store/$1.env"
 cat ${6:+"$6"} > "$store/$1.data"
 while [ -e "$store/hold" ]; do sleep 0.05; done
+[ ! -e "$store/fail" ] || { cat "$store/fail" >&2; exit 1; }
 : > "$store/$1.done"
 )";
 
@@ -184,6 +185,11 @@ void PrivateCupsd::holdPrinter(bool hold) {
         writeFile(path, {});
     else
         QFile::remove(path);
+}
+
+void PrivateCupsd::breakPrinter(const QByteArray& reason) {
+    writeFile(mFolder.filePath(QStringLiteral("store/fail")),
+              reason.isEmpty() ? reason : "ERROR: " + reason + '\n');
 }
 
 QString PrivateCupsd::deviceUri() const {

@@ -70,6 +70,9 @@ public:
 
     /// While held, jobs reach the printer but do not end.
     void holdPrinter(bool hold);
+    /// From now on jobs fail when they have reached the printer, and the scheduler gives them up.
+    /// @param reason  what the printer has to say about it; may be empty.
+    void breakPrinter(const QByteArray& reason = {});
     /// The device URI of every queue.
     QString deviceUri() const;
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -288,6 +289,123 @@ TEST_F(JobSenderTest, SomebodyElseRemovesTheJob) {
     ASSERT_TRUE(connection.cancelJob(said.job, QStringLiteral("somebody"), {kLong, nullptr}));
     ASSERT_TRUE(said.waitForEnd());
     EXPECT_EQ(said.ends, std::vector{JobEnd::Removed}) << said.sentence();
+}
+
+TEST_F(JobSenderTest, AJobThatTheServiceGivesUpIsAFailureWithItsReason) {
+    for (const auto& [reason, start] :
+         {std::pair("", "The print service gave up job %1. Its error log"),
+          std::pair("The tape is jammed.",
+                    "The print service gave up job %1 (The tape is jammed.). Its error log")}) {
+        said.errors.clear();
+        service.breakPrinter(reason);
+        sender.send(job());
+        ASSERT_TRUE(said.waitForEnd());
+        ASSERT_EQ(said.errors.size(), 1U);
+        EXPECT_EQ(said.errors.front().kind, ErrorKind::Other);
+        EXPECT_THAT(said.sentence(),
+                    testing::StartsWith(QString::fromUtf8(start).arg(said.job).toStdString()));
+        EXPECT_EQ(stateOf(said.job), JobState::Aborted);
+    }
+    EXPECT_TRUE(said.ends.empty());
+}
+
+TEST_F(JobSenderTest, AJobThatWaitsForItsReleaseIsSaidSo) {
+    JobToSend held = job();
+    held.request.options.emplace_back(QStringLiteral("job-hold-until"),
+                                      QStringLiteral("indefinite"));
+    sender.send(held);
+    ASSERT_TRUE(turnUntil([&] { return !said.states.isEmpty(); }));
+    EXPECT_EQ(said.lastState(),
+              "Job " + std::to_string(said.job) + " is held until somebody releases it.");
+    EXPECT_TRUE(sender.isBusy());
+}
+
+TEST_F(JobSenderTest, AJobThatAFilterBreaksHasComeToAStop) {
+    QFile source(kPpd);
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    QFile changed(folder.filePath(QStringLiteral("failing.ppd")));
+    ASSERT_TRUE(changed.open(QIODevice::WriteOnly));
+    changed.write(source.readAll().replace("cups-postscript 0 -", "cups-postscript 0 /bin/false"));
+    changed.close();
+    ASSERT_TRUE(service.addQueue(kTape, changed.fileName()));
+    sender.send(job());
+    const std::string stopped = "has come to a stop";
+    EXPECT_TRUE(turnUntil([&] { return said.lastState().find(stopped) != std::string::npos; }))
+        << said.lastState() << said.sentence();
+    EXPECT_TRUE(sender.isBusy()) << "somebody may let it go on";
+}
+
+TEST_F(JobSenderTest, AServiceThatForgetsEndedJobsLeavesTheirEndOpen) {
+    PrivateCupsd::Options options;
+    options.configuration = "PreserveJobHistory No\n";
+    PrivateCupsd forgetful(options);
+    ASSERT_TRUE(forgetful.start()) << forgetful.errorLog().toStdString();
+    ASSERT_TRUE(forgetful.addQueue(kTape, kPpd));
+    JobSender other(CupsConnection({forgetful.socketPath(), 0}));
+    other.setLimits(quick());
+    Said heard(other);
+    other.send(job());
+    ASSERT_TRUE(heard.waitForEnd());
+    EXPECT_EQ(heard.ends, std::vector{JobEnd::Unknown}) << heard.sentence();
+}
+
+TEST_F(JobSenderTest, AJobThatEndedBeforeItsCancellationIsDone) {
+    JobSender::Limits limits = quick();
+    limits.poll = kLong;
+    sender.setLimits(limits);
+    service.holdPrinter(true);
+    sender.send(job());
+    ASSERT_TRUE(turnUntil([&] { return !said.states.isEmpty(); }));
+    service.holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return stateOf(said.job) == JobState::Completed; }));
+    sender.cancel();
+    ASSERT_TRUE(said.waitForEnd());
+    EXPECT_EQ(said.ends, std::vector{JobEnd::Printed}) << said.sentence();
+}
+
+TEST_F(JobSenderTest, AJobThatMustNotBeRemovedIsTold) {
+    PrivateCupsd::Options options;
+    options.policy =
+        "<Limit Cancel-Job>\nAuthType Basic\nRequire valid-user\nOrder deny,allow\n</Limit>\n";
+    PrivateCupsd strict(options);
+    ASSERT_TRUE(strict.start()) << strict.errorLog().toStdString();
+    ASSERT_TRUE(strict.addQueue(kTape, kPpd));
+    ASSERT_TRUE(strict.pause(kTape));
+    const CupsConnection way({strict.socketPath(), 0});
+    JobSender other(way);
+    other.setLimits(quick());
+    Said heard(other);
+    other.send(job());
+    ASSERT_TRUE(turnUntil([&] { return !heard.states.isEmpty(); }));
+    other.cancel();
+    ASSERT_TRUE(heard.waitForEnd());
+    EXPECT_TRUE(heard.ends.empty());
+    EXPECT_EQ(heard.errors.front().kind, ErrorKind::AuthenticationNeeded) << heard.sentence();
+    EXPECT_EQ(way.jobAttributes(heard.job, {kLong, nullptr})->state, JobState::Pending);
+}
+
+TEST_F(JobSenderTest, CancelBeforeThereIsAJobMakesNone) {
+    QSemaphore begun;
+    QSemaphore cancelled;
+    JobToSend wanted = job();
+    wanted.checkPpd = [&](const QByteArray&) {
+        begun.release();
+        cancelled.acquire();
+        return std::optional<Error>();
+    };
+    sender.send(wanted);
+    begun.acquire();
+    sender.cancel();
+    cancelled.release();
+    ASSERT_TRUE(said.waitForEnd());
+    EXPECT_EQ(said.errors.front().kind, ErrorKind::Cancelled) << said.sentence();
+    EXPECT_FALSE(connection.jobAttributes(1, {kLong, nullptr})) << "no job was made";
+}
+
+TEST(ChoicesStillThereTest, WhatIsNoPpdIsTold) {
+    const std::optional<Error> error = choicesStillThere(kTape, {})("no PPD at all\n");
+    ASSERT_TRUE(error);
+    EXPECT_THAT(error->sentence.toStdString(), HasSubstr("tape"));
 }
 
 TEST_F(JobSenderTest, TheServiceMayGoAndComeBackWhileAJobWaits) {
