@@ -73,9 +73,6 @@ void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhe
         delete box;
     else
         widget()->layout()->addWidget(box);
-    for (const ppd_group_t& subgroup :
-         std::span(group.subgroups, static_cast<std::size_t>(group.num_subgroups)))
-        addGroup(subgroup, elsewhere);
 }
 
 void FeaturesPage::refresh() {

@@ -20,21 +20,17 @@ constexpr char kPageRegion[] = "PageRegion";
 /// More than anybody takes back; the oldest steps are forgotten.
 constexpr std::size_t kUndoSteps = 100;
 
-template<typename Visit>
-void forEachOption(std::span<ppd_group_t> groups, Visit visit) {
-    for (ppd_group_t& group : groups) {
-        for (ppd_option_t& option :
-             std::span(group.options, static_cast<std::size_t>(group.num_options)))
-            visit(option);
-        forEachOption(std::span(group.subgroups, static_cast<std::size_t>(group.num_subgroups)),
-                      visit);
-    }
-}
-
+/// libcups puts the options of a group within a group into the outer one.
 template<typename Visit>
 void forEachOption(ppd_file_t* ppd, Visit visit) {
-    if (ppd)
-        forEachOption(std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups)), visit);
+    if (!ppd)
+        return;
+    for (const ppd_group_t& group :
+         std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups))) {
+        for (const ppd_option_t& option :
+             std::span(group.options, static_cast<std::size_t>(group.num_options)))
+            visit(option);
+    }
 }
 
 Marks marksOf(const PanelHost& host) {

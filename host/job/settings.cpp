@@ -30,8 +30,6 @@ void collectOptions(std::span<ppd_group_t> groups, std::vector<const ppd_option_
         for (const ppd_option_t& option :
              std::span(group.options, static_cast<std::size_t>(group.num_options)))
             all.push_back(&option);
-        collectOptions(std::span(group.subgroups, static_cast<std::size_t>(group.num_subgroups)),
-                       all);
     }
 }
 

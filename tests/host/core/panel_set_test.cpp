@@ -52,6 +52,14 @@ TEST(PanelSetTest, ClaimsEachKeywordOnceAndOnlyWhatThePpdHas) {
     EXPECT_TRUE(set.keywords().isEmpty());
 }
 
+TEST(PanelSetTest, PassesOnWhatAPanelSaysOfItself) {
+    TwoPlugins two("says_no_keywords");
+    PDEPanel& good = *two.set->entries()[0].panel;
+    EXPECT_EQ(good.panelKind(), QStringLiteral("org.labelcut.test"));
+    EXPECT_EQ(good.supportedPPDOptionKeys(), two.set->entries()[0].keys);
+    EXPECT_FALSE(two.set->entries()[2].panel->supportedPPDOptionKeys());
+}
+
 struct LeftOut {
     const char* plugin;
     const char* reason;

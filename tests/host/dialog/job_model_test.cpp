@@ -175,6 +175,68 @@ TEST_F(JobModelTest, AChoiceOutsideThePanelsCanBeUndoneStepByStep) {
     EXPECT_FALSE(mModel.canUndo());
 }
 
+TEST_F(JobModelTest, OfManyStepsTheOldestAreForgotten) {
+    open(kTapePpd);
+    for (int i = 1; i <= 103; ++i) {
+        mModel.setCopies(i);
+        mModel.choose(kQuality, i % 2 ? QStringLiteral("Best") : QStringLiteral("Draft"));
+    }
+    int steps = 0;
+    for (; mModel.canUndo(); ++steps)
+        mModel.undo();
+    EXPECT_EQ(steps, 100);
+    EXPECT_EQ(mModel.copies(), 53);
+    EXPECT_EQ(choice(kQuality), "Best") << "not the beginning";
+}
+
+TEST_F(JobModelTest, AnOptionThatHadNoChoiceHasNoneAgainAfterUndo) {
+    open(extendedPpd(mHome, "*OpenUI *Cover/Cover: PickOne\n"
+                            "*Cover Red/Red: \"\"\n"
+                            "*Cover Blue/Blue: \"\"\n"
+                            "*CloseUI: *Cover\n"));
+    const QString cover = QStringLiteral("Cover");
+    ASSERT_EQ(choice(cover), "(none)");
+    ASSERT_TRUE(mModel.choose(cover, QStringLiteral("Red")));
+    mModel.undo();
+    EXPECT_EQ(choice(cover), "(none)");
+    ASSERT_TRUE(mModel.choose(cover, QStringLiteral("Blue")));
+    mModel.resetToDefaults();
+    EXPECT_EQ(choice(cover), "(none)");
+}
+
+TEST_F(JobModelTest, OptionsOfGroupsWithinGroupsAreChoicesLikeAnyOther) {
+    open(extendedPpd(mHome, "*OpenGroup: Outer/Outer\n"
+                            "*OpenSubGroup: Inner/Inner\n"
+                            "*OpenUI *Cover/Cover: PickOne\n"
+                            "*DefaultCover: Red\n"
+                            "*Cover Red/Red: \"\"\n"
+                            "*Cover Blue/Blue: \"\"\n"
+                            "*CloseUI: *Cover\n"
+                            "*CloseSubGroup: Inner\n"
+                            "*CloseGroup: Outer\n"));
+    EXPECT_EQ(choice(QStringLiteral("Cover")), "Red");
+    EXPECT_EQ(mModel.marks().value(QStringLiteral("Cover")).toStdString(), "Red");
+}
+
+TEST_F(JobModelTest, WhatAPanelMakesOfTheDefaultsIsTold) {
+    QFile sample(kTapePpd);
+    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
+    QByteArray text = sample.readAll();
+    text.replace("*DefaultKvSpecialTape: OFF", "*DefaultKvSpecialTape: ON");
+    text.replace("*DefaultKvHalfCut: OFF", "*DefaultKvHalfCut: ON");
+    QFile changed(mHome.path(QStringLiteral("special.ppd")));
+    ASSERT_TRUE(changed.open(QIODevice::WriteOnly));
+    changed.write(text);
+    changed.close();
+    open(changed.fileName());
+    showPanel();
+    mTold.clear();
+    mModel.resetToDefaults();
+    EXPECT_THAT(mTold, ElementsAre(HasSubstr("Auto cut"), HasSubstr("Half cut")));
+    EXPECT_EQ(choice(kSpecialTape), "ON");
+    EXPECT_EQ(choice(kHalfCut), "OFF");
+}
+
 TEST_F(JobModelTest, SeveralChoicesAreOneStep) {
     open(kTapePpd);
     QWidget& view = showPanel();

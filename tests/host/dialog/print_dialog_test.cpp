@@ -18,6 +18,7 @@
 
 #include <set>
 
+#include "tests/host/core/core_fixtures.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/host/dialog/one_truth.h"
 
@@ -76,6 +77,16 @@ protected:
     PrivateHome mHome;
     std::unique_ptr<PrintDialog> mDialog;
 };
+
+/// Gives the file other contents. @return those it had.
+QByteArray overwrite(const QString& path, const QByteArray& contents) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite)) << path.toStdString();
+    const QByteArray before = file.readAll();
+    EXPECT_TRUE(file.resize(0) && file.seek(0));
+    EXPECT_EQ(file.write(contents), contents.size());
+    return before;
+}
 
 /// A notch of the wheel in the middle of the widget.
 void turnWheel(QWidget& widget, int notches) {
@@ -528,15 +539,86 @@ TEST_F(PrintDialogTest, AReplacedOrRemovedPresetComesBack) {
 TEST_F(PrintDialogTest, ADamagedPresetFileIsToldAndTheDialogWorks) {
     open();
     savePreset(QStringLiteral("Mine"));
-    QFile file(PresetStore().filePath(PrinterIdentity::forPpd(model().ppd())));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("{ broken");
-    file.close();
+    overwrite(PresetStore().filePath(PrinterIdentity::forPpd(model().ppd())), "{ broken");
     open();
     EXPECT_TRUE(presets().isEmpty());
     EXPECT_THAT(messages(), testing::SizeIs(1));
     click(control<QCheckBox>("mHalfCutChkBx"));
     expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, APresetFileThatFailsWhileTheWindowIsOpenIsToldAndChangesNothing) {
+    open();
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    savePreset(QStringLiteral("Mine"));
+    const QString path = PresetStore().filePath(PrinterIdentity::forPpd(model().ppd()));
+    const Marks marks = model().marks();
+    overwrite(path, "{ broken");
+    auto& list = control<QComboBox>("presets");
+    choose(list, 0);
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr(path.toStdString())));
+    EXPECT_EQ(list.currentIndex(), -1) << "it is not in force";
+    EXPECT_FALSE(control<QToolButton>("removePreset").isEnabled());
+    EXPECT_EQ(model().marks(), marks);
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, APresetThatCannotBeRemovedOrBroughtBackIsTold) {
+    open();
+    savePreset(QStringLiteral("Mine"));
+    const QString path = PresetStore().filePath(PrinterIdentity::forPpd(model().ppd()));
+    const QByteArray contents = overwrite(path, "{ broken");
+    click(control<QToolButton>("removePreset"));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("Mine")));
+    EXPECT_EQ(presets(), QStringList{QStringLiteral("Mine")});
+
+    overwrite(path, contents);
+    click(control<QToolButton>("removePreset"));
+    QPushButton* undo = offer(mDialog->messages(), QStringLiteral("Undo"));
+    ASSERT_TRUE(undo);
+    // Where the folder was there is a file.
+    QDir folder = QFileInfo(path).dir();
+    ASSERT_TRUE(folder.removeRecursively());
+    overwrite(folder.path(), "");
+    click(*undo);
+    EXPECT_THAT(messages(), testing::Contains(HasSubstr(folder.path().toStdString())));
+    EXPECT_THAT(presets(), IsEmpty());
+}
+
+TEST_F(PrintDialogTest, PrintSaysThatAPanelRefuses) {
+    PluginFolder folder({"forbids_printing"});
+    const PluginSearch search = folder.load();
+    ASSERT_EQ(search.loaded.size(), 1U);
+    DialogRequest request;
+    request.files = {kLabels};
+    request.ppdPath = kTapePpd;
+    mDialog = std::make_unique<PrintDialog>(request, search, hostSystem(), noService());
+    mDialog->show();
+    settle();
+    press("print");
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("A panel does not let the job be printed")));
+    EXPECT_FALSE(mDialog->findChild<QFileDialog*>());
+    EXPECT_TRUE(mDialog->isVisible());
+    mDialog.reset();
+}
+
+TEST_F(PrintDialogTest, APrinterWithoutOptionsOfItsOwnSaysSo) {
+    QFile ppd(mHome.path(QStringLiteral("plain.ppd")));
+    ASSERT_TRUE(ppd.open(QIODevice::WriteOnly));
+    ppd.write(PpdBuilder().size("Small", 100, 200).text());
+    ppd.close();
+    for (const auto& [path, isPlain] :
+         {std::pair(ppd.fileName(), true), std::pair(kTapePpd, false)}) {
+        open(path);
+        const auto labels = mDialog->findChildren<QLabel*>();
+        EXPECT_EQ(std::ranges::any_of(labels,
+                                      [](const QLabel* label) {
+                                          return label->text() ==
+                                                 u"This printer has no other options.";
+                                      }),
+                  isPlain)
+            << path.toStdString();
+    }
 }
 
 TEST_F(PrintDialogTest, APpdThatCannotBeReadLeavesThePrinterInForce) {

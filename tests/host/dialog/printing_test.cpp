@@ -99,14 +99,14 @@ protected:
         mDialog.reset();
         EXPECT_TRUE(sService->removeQueue(kQueue));
     }
-    static CupsConnection service() {
-        return CupsConnection(*ServiceAddress::fromText(sService->socketPath()));
+    static CupsConnection service(const PrivateCupsd& at = *sService) {
+        return CupsConnection(*ServiceAddress::fromText(at.socketPath()));
     }
-    void open() {
+    void open(const PrivateCupsd& at = *sService) {
         DialogRequest request;
         request.files = {kLabels};
         request.queue = kQueue;
-        mDialog = openDialog(request, service());
+        mDialog = openDialog(request, service(at));
         ASSERT_TRUE(turnUntil(
             [&] { return mDialog->model().pageCount() > 0 && mDialog->model().hasPrinter(); }));
         settle();
@@ -115,6 +115,14 @@ protected:
     bool turnUntilSays(const char* words) {
         return turnUntil(
             [&] { return control<QLabel>("sentence").text().contains(QLatin1String(words)); });
+    }
+
+    /// The job that the window speaks of; 0: none.
+    int spokenOf() const {
+        return QRegularExpression(QStringLiteral("Job (\\d+)"))
+            .match(control<QLabel>("sentence").text())
+            .captured(1)
+            .toInt();
     }
 
     static std::unique_ptr<PrivateCupsd> sService;
@@ -193,6 +201,89 @@ TEST_F(IntoFileTest, APpdThatChangedMeanwhileIsToldAndNothingIsWritten) {
     EXPECT_TRUE(mDialog->isVisible());
 }
 
+TEST_F(IntoFileTest, APpdThatIsGoneIsToldAndNothingIsWritten) {
+    const QString ppd = conflictingPpd(mHome);
+    mDialog = openDialog(ppd);
+    makeChoices();
+    ASSERT_TRUE(QFile::remove(ppd));
+    const QString path = print();
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(testing::AllOf(HasSubstr(ppd.toStdString()),
+                                                       HasSubstr("cannot be opened"))));
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(mDialog->isVisible());
+}
+
+TEST_F(IntoFileTest, LabelsThatTheDocumentHasNotAreToldAndNothingIsWritten) {
+    mDialog = openDialog(kTapePpd);
+    mDialog->model().setPages({20, 30});
+    const QString path = print();
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(),
+                ElementsAre("There is no label in the range 20-30; the document has 12."));
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(mDialog->isVisible());
+}
+
+TEST_F(OnServiceTest, LabelsThatTheDocumentHasNotAreToldAndNoJobIsMade) {
+    open();
+    mDialog->model().setPages({20, PageRange::kToTheEnd});
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(),
+                ElementsAre("There is no label in the range 20-; the document has 12."));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+    EXPECT_EQ(spokenOf(), 0);
+}
+
+TEST_F(OnServiceTest, AJobThatSomebodyElseRemovesIsToldAndTheChoicesStay) {
+    open();
+    makeChoices();
+    const Marks marks = mDialog->model().marks();
+    ASSERT_TRUE(sService->pause(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("waits for its turn"));
+    const int job = spokenOf();
+    ASSERT_TRUE(service().cancelJob(job, QString(), {kLong, nullptr}));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre("Job " + std::to_string(job) +
+                                        " was removed from “tape” by somebody else."));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+}
+
+TEST_F(OnServiceTest, AJobThatTheServiceGivesUpIsToldWithItsReasonAndTheChoicesStay) {
+    PrivateCupsd own;
+    ASSERT_TRUE(own.start()) << own.errorLog().toStdString();
+    ASSERT_TRUE(own.addQueue(kQueue, kTapePpd));
+    own.breakPrinter("The tape is jammed.");
+    open(own);
+    makeChoices();
+    const Marks marks = mDialog->model().marks();
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("gave up job 1 (The tape is jammed.)")));
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    mDialog.reset();
+}
+
+TEST_F(OnServiceTest, AJobThatTheServiceForgetsAtItsEndIsNoFailure) {
+    PrivateCupsd::Options options;
+    options.configuration = "PreserveJobHistory No\n";
+    PrivateCupsd own(options);
+    ASSERT_TRUE(own.start()) << own.errorLog().toStdString();
+    ASSERT_TRUE(own.addQueue(kQueue, kTapePpd));
+    open(own);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+    EXPECT_TRUE(own.waitForJob(1));
+    mDialog.reset();
+}
+
 TEST_F(OnServiceTest, TheChoicesArriveAtThePrinter) {
     open();
     makeChoices();
@@ -202,10 +293,7 @@ TEST_F(OnServiceTest, TheChoicesArriveAtThePrinter) {
     sService->holdPrinter(true);
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntilSays("Job ")) << control<QLabel>("sentence").text().toStdString();
-    const int job = QRegularExpression(QStringLiteral("Job (\\d+)"))
-                        .match(control<QLabel>("sentence").text())
-                        .captured(1)
-                        .toInt();
+    const int job = spokenOf();
     EXPECT_GT(job, 0);
     EXPECT_EQ(control<QPushButton>("cancel").text().toStdString(), "Close") << "it is sent";
     sService->holdPrinter(false);

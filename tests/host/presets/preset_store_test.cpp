@@ -350,10 +350,27 @@ TEST_F(PresetStoreTest, AFullDiskLeavesTheOldFile) {
 
 TEST_F(PresetStoreTest, AFullDiskLeavesADamagedFileInItsPlace) {
     writeFile(file, "damaged");
-    const test::FullDisk disk(64);
-    EXPECT_FALSE(store.save(kTape, samplePreset(text("b")), Overwrite::No));
+    Preset large = samplePreset(text("b"));
+    for (int number = 0; number < 100; ++number)
+        large.options.insert(text("KvOption%1").arg(number), text("ON"));
+    // Room enough for the lock.
+    const test::FullDisk disk(1'000);
+    const auto saved = store.save(kTape, large, Overwrite::No);
+    EXPECT_THAT(sentence(saved), HasSubstr("Make room"));
     EXPECT_EQ(contentOf(file), "damaged");
     EXPECT_EQ(folder.entries().size(), 1);
+}
+
+TEST_F(PresetStoreTest, ADamagedFileThatCannotBeKeptAsideIsNotWrittenOver) {
+    writeFile(file, "damaged");
+    for (int number = 1; number <= 1'000; ++number)
+        writeFile(text("%1.damaged-%2").arg(file).arg(number), "");
+    const auto saved = store.save(kTape, samplePreset(text("b")), Overwrite::No);
+    EXPECT_THAT(sentence(saved), HasSubstr("too many damaged files"));
+    EXPECT_EQ(contentOf(file), "damaged");
+    ASSERT_TRUE(QFile::remove(file + text(".damaged-1000")));
+    EXPECT_TRUE(store.save(kTape, samplePreset(text("b")), Overwrite::No));
+    EXPECT_EQ(contentOf(file + text(".damaged-1000")), "damaged");
 }
 
 TEST_F(PresetStoreTest, AClosedFolderLeavesTheOldFile) {
