@@ -1,4 +1,7 @@
 // Labelcut's program.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 
 #include "host/cli/interruption.h"
@@ -8,7 +11,21 @@
 #include "host/cli/runner.h"
 #include "host/cli/widget_commands.h"
 
+namespace {
+
+/// A file that is opened where a standard one was closed would be given what is meant for that.
+/// These take its place, and refuse it.
+void fillStandardFiles() {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(standard, F_GETFD) < 0)
+            static_cast<void>(open("/dev/null", standard == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
+    fillStandardFiles();
     // A file that may not grow and a reader that went away are failures to report, no reason to
     // die and leave half a file behind.
     std::signal(SIGXFSZ, SIG_IGN);

@@ -16,15 +16,15 @@ namespace labelcut {
 namespace {
 
 /// @param name  what the user calls the file.
-Result<std::shared_ptr<ppd::File>> openPpd(const QString& path, const QString& name) {
+Result<ppd::File> openPpd(const QString& path, const QString& name) {
     ppd::OpenError error;
-    auto file = std::make_shared<ppd::File>(ppd::openFile(path, &error));
-    if (*file && ((*file)->num_groups > 0 || (*file)->num_sizes > 0)) {
-        ppd::markDefaults(file->get());
+    ppd::File file = ppd::openFile(path, &error);
+    if (file && (file->num_groups > 0 || file->num_sizes > 0)) {
+        ppd::markDefaults(file.get());
         return file;
     }
     // Some damage, such as a quote that never ends, swallows the file without libcups minding.
-    if (*file)
+    if (file)
         return failure(
             QStringLiteral("%1 is no usable PPD: it has neither options nor paper sizes; "
                            "\"cupstestppd\" tells more.")
@@ -34,21 +34,7 @@ Result<std::shared_ptr<ppd::File>> openPpd(const QString& path, const QString& n
                        .arg(name, error.reason, line));
 }
 
-Result<std::shared_ptr<ppd::File>> openPpdFile(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
-        return failure(
-            QStringLiteral("The PPD \"%1\" does not exist; check the name of the file.").arg(path));
-    if (!info.isFile())
-        return failure(QStringLiteral("The PPD \"%1\" is no file; name a PPD file.").arg(path));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return failure(QStringLiteral("The PPD \"%1\" cannot be read (%2); check its permissions.")
-                           .arg(path, file.errorString()));
-    return openPpd(path, QStringLiteral("\"%1\"").arg(path));
-}
-
-Result<std::shared_ptr<ppd::File>> openPpdBytes(const QByteArray& bytes, const QString& queue) {
+Result<ppd::File> openPpdBytes(const QByteArray& bytes, const QString& queue) {
     QTemporaryFile file;
     if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
         return failure(QStringLiteral("The PPD of \"%1\" cannot be kept in a temporary file (%2); "
@@ -67,6 +53,20 @@ QString nameOf(const ppd_file_t& ppd) {
 
 } // namespace
 
+Result<ppd::File> openPpdFile(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        return failure(
+            QStringLiteral("The PPD \"%1\" does not exist; check the name of the file.").arg(path));
+    if (!info.isFile())
+        return failure(QStringLiteral("The PPD \"%1\" is no file; name a PPD file.").arg(path));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure(QStringLiteral("The PPD \"%1\" cannot be read (%2); check its permissions.")
+                           .arg(path, file.errorString()));
+    return openPpd(path, QStringLiteral("\"%1\"").arg(path));
+}
+
 Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArguments& arguments) {
     std::unique_ptr<OpenedPrinter> printer(new OpenedPrinter);
     PanelHostSetup setup;
@@ -74,7 +74,7 @@ Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArgument
         auto ppd = openPpdFile(QFile::decodeName(arguments.ppd.c_str()));
         if (!ppd)
             return ppd.error();
-        setup.ppd = std::move(**ppd);
+        setup.ppd = std::move(*ppd);
         printer->mTitle = nameOf(*setup.ppd);
         printer->createPanels(std::move(setup));
         return printer;
@@ -90,7 +90,7 @@ Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArgument
     auto ppd = openPpdBytes(*bytes, name);
     if (!ppd)
         return ppd.error();
-    setup.ppd = std::move(**ppd);
+    setup.ppd = std::move(*ppd);
     setup.deviceURI = details->queue.deviceUri;
     printer->mTitle = name;
     printer->mQueue = details->queue;

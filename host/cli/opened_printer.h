@@ -13,6 +13,9 @@
 
 namespace labelcut {
 
+/// Opens a PPD that the user names, with its defaults marked. @return the failure is a sentence.
+Result<ppd::File> openPpdFile(const QString& path);
+
 /// A queue or PPD with the panels that all plug-ins offer for it; no panel has a view.
 class OpenedPrinter {
 public:

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "host/cli/opened_printer.h"
 #include "host/cli/printer_arguments.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
@@ -40,16 +41,6 @@ struct PresetPrinter {
     ppd::File ppd;
 };
 
-Result<ppd::File> openedFile(const QString& path) {
-    ppd::OpenError error;
-    ppd::File file = ppd::openFile(path, &error);
-    if (file)
-        return file;
-    return Error{ErrorKind::Other, QStringLiteral("\"%1\" is no printer description (PPD) that can "
-                                                  "be used: %2 in line %3.")
-                                       .arg(path, error.reason, QString::number(error.line))};
-}
-
 Result<ppd::File> openedQueue(const Arguments& arguments, const QString& queue) {
     const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
     const Result<QByteArray> ppd = CupsConnection().fetchPpd(queue, limits);
@@ -62,7 +53,7 @@ Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
     const bool isFile = queue.isEmpty();
     if (!isFile && !needsPpd)
         return PresetPrinter{PrinterIdentity::forQueue(queue), nullptr};
-    Result<ppd::File> ppd = isFile ? openedFile(QFile::decodeName(arguments.printer.ppd.c_str()))
+    Result<ppd::File> ppd = isFile ? openPpdFile(QFile::decodeName(arguments.printer.ppd.c_str()))
                                    : openedQueue(arguments, queue);
     if (!ppd)
         return ppd.error();

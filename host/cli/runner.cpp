@@ -5,6 +5,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -24,6 +27,12 @@ int wrongUsage(const CLI::App& app, const CLI::ParseError& error) {
                          .arg(QString::fromStdString(error.what()).simplified(),
                               QString::fromStdString(command)));
     return kWrongUsage;
+}
+
+/// Whether standard output leads into a pipe that nobody reads any longer.
+bool hasNoReader() {
+    pollfd out{STDOUT_FILENO, POLLOUT, 0};
+    return poll(&out, 1, 0) == 1 && (out.revents & POLLERR) != 0;
 }
 
 } // namespace
@@ -48,14 +57,7 @@ int Runner::run(std::initializer_list<AddCommand> commands, const std::string& v
     } catch (const CLI::ParseError& error) {
         return wrongUsage(app, error);
     }
-    if (mChosen)
-        return mChosen();
-    if (mDefault)
-        return mDefault();
-    return fail(
-        QStringLiteral("Say what to do: \"labelcut print\" prints files, \"labelcut --help\" "
-                       "lists everything else."),
-        kWrongUsage);
+    return mChosen ? mChosen() : mDefault();
 }
 
 QCoreApplication& Runner::coreApplication() {
@@ -90,7 +92,7 @@ int Runner::finish(int status) {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
         return status;
     const int reason = errno == 0 ? EIO : errno;
-    if (reason != EPIPE)
+    if (!hasNoReader())
         complain(QStringLiteral("The command was carried out, but its report cannot be written to "
                                 "standard output (%1); make room there.")
                      .arg(QString::fromLocal8Bit(std::strerror(reason))));

@@ -39,7 +39,7 @@ public:
 
     /// What to run, from a sub-command's callback.
     void choose(Command command) { mChosen = std::move(command); }
-    /// What runs without a sub-command; until somebody sets it, that is wrong usage.
+    /// What runs without a sub-command; one of the functions that add commands sets it.
     void setDefault(Command command) { mDefault = std::move(command); }
 
     /// Parses, runs, and gives the exit status.
