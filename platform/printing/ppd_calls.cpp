@@ -388,6 +388,7 @@ std::optional<QString> markedValue(ppd_file_t* file, const char* keyword) {
     if (parameters.size() == 1)
         return QStringLiteral("Custom.") + currentValue(*parameters.front());
     std::vector<Setting> values;
+    values.reserve(parameters.size());
     for (const ppd_cparam_t* p : parameters)
         values.push_back({QString::fromUtf8(p->name), currentValue(*p)});
     return customCollection(values);
