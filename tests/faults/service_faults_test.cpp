@@ -479,7 +479,7 @@ TEST_P(SilentPpdTest, TheUserNeedNotWaitButCanGoBackOrElsewhere) {
     ask(QStringLiteral("third"));
     EXPECT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == u"third"; }, kSoon * 5));
     EXPECT_EQ(inForce(), "third");
-    EXPECT_TRUE(part<QPushButton>(*mDialog, "print")->isEnabled());
+    EXPECT_TRUE(turnUntil([&] { return part<QPushButton>(*mDialog, "print")->isEnabled(); }));
 }
 
 TEST_P(SilentPpdTest, AWindowThatOpensOnThatQueueNamesItOnceAndCanUseAnother) {
