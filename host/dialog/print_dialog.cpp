@@ -42,14 +42,17 @@
 #include "host/printers/printer_state.h"
 #include "host/texts/host_text.h"
 #include "platform/toolkit/picture.h"
+#include "platform/toolkit/points.h"
 
 namespace labelcut {
 
 namespace {
 
 constexpr char kGeometrySetting[] = "dialog/geometry";
-/// The window at first, in lines of text: room for a panel and, below it, for a message.
+/// The window at first: room for a panel and, below it, for a message. Panels are laid out in
+/// points, the rest in lines of text, and fonts differ in how many points a line takes.
 constexpr QSize kLines(39, 29);
+constexpr QSizeF kPoints(546, 522);
 /// The document's title is shortened to so much. Characters of usual width.
 constexpr int kTitle = 48;
 /// How long after a look at the print service's queues the next one follows, and from how many
@@ -148,7 +151,8 @@ void PrintDialog::buildWindow() {
     // A button can only become a window's default once it is in it.
     mPrint->setDefault(true);
     mCopies->setFocus();
-    resize(kLines * fontMetrics().height());
+    const QSize points = (kPoints * points::scaleForFont(*this)).toSize();
+    resize((kLines * fontMetrics().height()).expandedTo(points));
     mWheel->watch(*this);
 }
 
