@@ -52,7 +52,7 @@ constexpr char kGeometrySetting[] = "dialog/geometry";
 /// The window at first: room for a panel and, below it, for a message. Panels are laid out in
 /// points, the rest in lines of text, and fonts differ in how many points a line takes.
 constexpr QSize kLines(39, 29);
-constexpr QSizeF kPoints(546, 522);
+constexpr QSizeF kPoints(600, 522);
 /// The document's title is shortened to so much. Characters of usual width.
 constexpr int kTitle = 48;
 /// How long after a look at the print service's queues the next one follows, and from how many
