@@ -20,7 +20,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = ("plugin", "options", "preview", "fields", "diagnostics", "platform", "host")
+FOLDERS = ("plugins", "platform", "host")
 
 
 def gather(build, report):

@@ -44,7 +44,7 @@ def object_of(entry):
 def is_wanted(source, with_tests):
     if not source.is_relative_to(ROOT) or source.is_relative_to(ROOT / "build"):
         return False
-    return with_tests or source.relative_to(ROOT).parts[0] not in ("tests", "benchmarks", "fuzzing")
+    return with_tests or source.relative_to(ROOT).parts[0] not in ("tests", "tools")
 
 
 def key_of(entry, headers):

@@ -6,7 +6,7 @@ include(LabelcutResources)
 # each language of the tables, which are joined into one. VARIABLE becomes the list of the files.
 function(labelcut_message_files variable name)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "FOLDER" "TABLES")
-  set(writer "${PROJECT_SOURCE_DIR}/resources/strings/make_ts.py")
+  set(writer "${PROJECT_SOURCE_DIR}/cmake/make_ts.py")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${writer}" ${arg_TABLES})
   # The tables themselves say what languages there are.
   execute_process(COMMAND "${Python3_EXECUTABLE}" -B "${writer}" --languages ${arg_TABLES}

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Proves in a bare Debian 12 that nothing was forgotten. Needs root and a network; takes minutes.
-#   packaging/clean-root.sh                 installs build/labelcut_….deb (./package makes it), uses it
+#   packaging/clean-root.sh                 installs build/labelcut_….deb (tools/package makes it), uses it
 #   packaging/clean-root.sh --from-source   clones the last commit, and starts ./run there
 #   packaging/clean-root.sh --from-source --test   and ./test after it
 # The root comes from the package sources of this machine and is removed at the end; KEEP=1 keeps it.
@@ -94,7 +94,7 @@ fi
 
 packages=("$here"/build/labelcut_*.deb)
 if [ "${#packages[@]}" -ne 1 ] || [ ! -f "${packages[0]}" ]; then
-  echo "There is no build/labelcut_….deb, or more than one; ./package makes it." >&2
+  echo "There is no build/labelcut_….deb, or more than one; tools/package makes it." >&2
   exit 1
 fi
 step "apt-get install ./$(basename "${packages[0]}")"

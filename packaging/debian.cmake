@@ -1,4 +1,4 @@
-# Debian packages: labelcut and labelcut-dev. Configure with CMAKE_INSTALL_PREFIX=/usr; ./package
+# Debian packages: labelcut and labelcut-dev. Configure with CMAKE_INSTALL_PREFIX=/usr; tools/package
 # does all of it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME labelcut)

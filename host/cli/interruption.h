@@ -1,7 +1,7 @@
 // The command line: being told to end, by a key, a session that closes or a kill.
 #pragma once
 
-#include "platform/printing/call_limits.h"
+#include "host/core/call_limits.h"
 
 /// A command that would leave something behind asks to be told instead of being killed: SIGINT,
 /// SIGTERM and SIGHUP then set a flag, the command cleans up and returns, and main() passes the

@@ -7,9 +7,9 @@
 
 #include "host/cli/interruption.h"
 #include "host/cli/runner.h"
-#include "host/job/failure.h"
-#include "host/presets/preset_match.h"
-#include "host/presets/saved_defaults.h"
+#include "host/core/failure.h"
+#include "host/settings/saved_options.h"
+#include "host/settings/setting_match.h"
 
 namespace labelcut {
 
@@ -102,10 +102,10 @@ Result<std::unique_ptr<OpenedPrinter>> OpenedPrinter::open(const PrinterArgument
 void OpenedPrinter::markSavedChoices(ppd_file_t* ppd) {
     const SavedOptions saved = readSavedOptions();
     mNotes << saved.problems;
-    const PresetMatch match = startingPoint(ppd, saved.optionsOf({mQueue->name, QString()})).match;
+    const SettingMatch match = startingPoint(ppd, saved.optionsOf({mQueue->name, QString()})).match;
     mSavedChoices = match.applicable;
     mNotes << describe(ppd, match.missing);
-    for (const ppd::Setting& setting : mSavedChoices)
+    for (const Setting& setting : mSavedChoices)
         ppd::markOption(ppd, setting.keyword.toUtf8().constData(),
                         setting.choice.toUtf8().constData());
 }
@@ -132,19 +132,19 @@ void OpenedPrinter::createPanels(PanelHostSetup setup) {
                       .arg(folder);
 }
 
-void OpenedPrinter::follow(const ppd::Setting& setting) {
+void OpenedPrinter::follow(const Setting& setting) {
     mHost->changeFromOutside(setting.keyword, setting.choice);
     if (setting.keyword == u"PageSize")
         mHost->pageFormat().setPaper(HostPaper::fromMarkedPageSize(ppd()));
 }
 
-void OpenedPrinter::apply(const std::vector<ppd::Setting>& asked) {
-    for (const ppd::Setting& setting : asked)
+void OpenedPrinter::apply(const Settings& asked) {
+    for (const Setting& setting : asked)
         follow(setting);
     mPanels->restore();
     mPanels->save();
     // A panel's save may derive one option from another; what was asked for outright comes first.
-    for (const ppd::Setting& setting : asked)
+    for (const Setting& setting : asked)
         mHost->mark(setting.keyword, setting.choice);
 }
 

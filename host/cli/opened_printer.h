@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "host/cli/printer_arguments.h"
-#include "host/core/panel_host.h"
-#include "platform/printing/cups_connection.h"
+#include "host/panels/panel_host.h"
+#include "host/service/cups_connection.h"
 
 namespace labelcut {
 
@@ -33,25 +33,25 @@ public:
     const std::optional<Queue>& queue() const { return mQueue; }
     const CupsConnection& service() const { return mService; }
     /// What the user has saved for the queue, as far as the printer has it.
-    const std::vector<ppd::Setting>& savedChoices() const { return mSavedChoices; }
+    const Settings& savedChoices() const { return mSavedChoices; }
     /// What was left out while opening, in sentences: saved options, plug-ins that cannot be used.
     const QStringList& notes() const { return mNotes; }
 
     /// Marks what the user asked for and tells the panels, then has them take it over and write
     /// their state. Where a panel wrote something else for one of `asked`, the user's word stands.
     /// @param asked  settings as checkedSetting() gives them.
-    void apply(const std::vector<ppd::Setting>& asked);
+    void apply(const Settings& asked);
 
 private:
     OpenedPrinter() = default;
     void markSavedChoices(ppd_file_t* ppd);
     void createPanels(PanelHostSetup setup);
-    void follow(const ppd::Setting& setting);
+    void follow(const Setting& setting);
 
     CupsConnection mService;
     std::optional<Queue> mQueue;
     QString mTitle;
-    std::vector<ppd::Setting> mSavedChoices;
+    Settings mSavedChoices;
     QStringList mNotes;
     PluginSearch mPlugins;
     HostSystem mSystem;

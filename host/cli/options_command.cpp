@@ -13,7 +13,7 @@
 #include "host/cli/opened_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
-#include "host/job/harmless_text.h"
+#include "host/core/harmless_text.h"
 
 namespace labelcut {
 
@@ -109,7 +109,7 @@ int list(const Arguments& arguments, Runner& runner) {
     if (!preset)
         return Runner::fail(preset.error().sentence);
     if (*preset)
-        (*printer)->apply((*preset)->applicable);
+        (*printer)->apply((*preset)->settings);
     QJsonArray rows;
     QStringList lines;
     for (const QString& keyword : (*printer)->panels().keywords()) {

@@ -15,25 +15,24 @@ void PresetArgument::addTo(CLI::App& command) {
         ->type_name("NAME");
 }
 
-Result<std::optional<PresetMatch>> PresetArgument::matched(const OpenedPrinter& printer) const {
+Result<std::optional<KeptChoices>> PresetArgument::matched(const OpenedPrinter& printer) const {
     if (name.empty())
-        return std::optional<PresetMatch>();
+        return std::optional<KeptChoices>();
     const PrinterIdentity identity = printer.queue()
                                          ? PrinterIdentity::forQueue(printer.queue()->name)
                                          : PrinterIdentity::forPpd(printer.ppd());
     const Result<Preset> preset = PresetStore().load(identity, QString::fromStdString(name));
     if (!preset)
         return preset.error();
-    PresetMatch match = matchPreset(printer.ppd(), *preset);
+    SettingMatch match = matchSettings(printer.ppd(), preset->settings());
     for (const QString& sentence : describe(printer.ppd(), match.missing))
         Runner::complain(sentence);
-    return std::optional(std::move(match));
+    return std::optional(KeptChoices{std::move(match.applicable), preset->copies});
 }
 
-std::vector<ppd::Setting> overridden(std::vector<ppd::Setting> kept,
-                                     const std::vector<ppd::Setting>& asked) {
-    std::erase_if(kept, [&](const ppd::Setting& setting) {
-        return std::ranges::find(asked, setting.keyword, &ppd::Setting::keyword) != asked.end();
+Settings overridden(Settings kept, const Settings& asked) {
+    std::erase_if(kept, [&](const Setting& setting) {
+        return std::ranges::find(asked, setting.keyword, &Setting::keyword) != asked.end();
     });
     kept.insert(kept.end(), asked.begin(), asked.end());
     return kept;

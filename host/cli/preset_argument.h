@@ -6,13 +6,19 @@
 #include <vector>
 
 #include "host/cli/opened_printer.h"
-#include "host/presets/preset_match.h"
+#include "host/settings/setting_match.h"
 
 namespace CLI {
 class App;
 }
 
 namespace labelcut {
+
+/// A preset as far as the printer has it.
+struct KeptChoices {
+    Settings settings;
+    int copies = 1;
+};
 
 /// --preset NAME.
 struct PresetArgument {
@@ -22,11 +28,10 @@ struct PresetArgument {
     void addTo(CLI::App& command);
     /// What the printer's PPD makes of the preset; nothing when none was named. What it lacks is
     /// complained of. The failure says which presets there are.
-    Result<std::optional<PresetMatch>> matched(const OpenedPrinter& printer) const;
+    Result<std::optional<KeptChoices>> matched(const OpenedPrinter& printer) const;
 };
 
 /// Settings that were kept (saved for a queue, a preset) followed by `asked`, which win.
-std::vector<ppd::Setting> overridden(std::vector<ppd::Setting> kept,
-                                     const std::vector<ppd::Setting>& asked);
+Settings overridden(Settings kept, const Settings& asked);
 
 } // namespace labelcut

@@ -1,5 +1,6 @@
 // The command line: "labelcut presets", named sets of choices for a printer.
 #include "host/cli/presets_command.h"
+#include "host/core/copies.h"
 
 #include <QFile>
 
@@ -147,7 +148,7 @@ void addPresetsCommand(CLI::App& app, Runner& runner) {
     arguments->settings.addTo(saved);
     saved.add_option("-n,--copies", arguments->copies, "How many of each (1)")
         ->type_name("N")
-        ->check(CLI::Range(1, Preset::kMaxCopies));
+        ->check(CLI::Range(1, kMaxCopies));
     saved.add_flag("--replace", arguments->replace, "Replace one of that name");
     CLI::App& removed = add("remove", "Remove a preset", false, remove);
     addName(removed, arguments->name, "name", "The preset");

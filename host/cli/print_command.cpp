@@ -18,19 +18,19 @@
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
-#include "host/job/constraints.h"
+#include "host/core/copies.h"
+#include "host/core/failure.h"
+#include "host/core/harmless_text.h"
+#include "host/documents/documents.h"
 #include "host/job/cups_job.h"
-#include "host/job/documents.h"
-#include "host/job/failure.h"
-#include "host/job/harmless_text.h"
+#include "host/job/marked_paper.h"
 #include "host/job/postscript_job.h"
-#include "host/job/settings.h"
+#include "host/settings/checked_setting.h"
+#include "host/settings/constraints.h"
 
 namespace labelcut {
 
 namespace {
-
-constexpr int kMostCopies = 9999;
 
 /// What was typed.
 struct Arguments {
@@ -49,7 +49,7 @@ struct Arguments {
 /// The same, understood.
 struct Order {
     QStringList files;
-    std::vector<ppd::Setting> asked;
+    Settings asked;
     PageRange pages;
     QString title;
 };
@@ -88,22 +88,21 @@ void makeApplication(const Order& order, Runner& runner) {
         runner.coreApplication();
 }
 
-bool isAmong(const std::vector<ppd::Setting>& settings, const ppd::Setting& setting) {
+bool isAmong(const Settings& settings, const Setting& setting) {
     return std::ranges::find(settings, setting) != settings.end();
 }
 
 /// The conflict, and what to add to the command so that what was asked for can stand.
-QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict,
-                         const std::vector<ppd::Setting>& asked) {
+QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settings& asked) {
     QString sentence = describe(ppd, conflict);
-    for (const ppd::Setting& side : conflict) {
+    for (const Setting& side : conflict) {
         if (!isAmong(asked, side))
             continue;
         const auto changes = proposeResolution(ppd, side, asked);
         if (!changes || changes->empty())
             continue;
         QStringList sets;
-        for (const ppd::Setting& change : *changes)
+        for (const Setting& change : *changes)
             sets << QStringLiteral("--set %1=%2").arg(change.keyword, change.choice);
         return sentence + QStringLiteral(" Add %1.").arg(sets.join(u' '));
     }
@@ -111,12 +110,12 @@ QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict,
 }
 
 /// Whether the printer can do what is marked now. @return the reason why not.
-std::optional<Error> reasonAgainst(OpenedPrinter& printer, const std::vector<ppd::Setting>& asked) {
+std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked) {
     if (!printer.panels().shouldPrint())
         return failure(QStringLiteral("A panel of \"%1\" does not let this job be printed; change "
                                       "its choices.")
                            .arg(printer.title()));
-    for (const ppd::Setting& setting : asked) {
+    for (const Setting& setting : asked) {
         const QString marked = printer.host().marked(setting.keyword).value_or(QString());
         const bool isCustom =
             setting.choice.startsWith(QLatin1String("Custom.")) || setting.choice.startsWith(u'{');
@@ -138,7 +137,7 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const std::vector<ppd
 
 /// Writes the job or sends it. @return where it went, for people.
 Result<QString> deliver(const Arguments& arguments, const Order& order, OpenedPrinter& printer,
-                        const JobDocument& document, const std::vector<ppd::Setting>& settings) {
+                        const JobDocument& document, const Settings& settings) {
     const QString user = CupsConnection::userName();
     if (!printer.queue()) {
         const PostScriptJob job{printer.ppd(),    &document,   order.title,          user,
@@ -196,9 +195,9 @@ int print(Arguments arguments, const Order& order, Runner& runner) {
     const auto checked = checkedSettings(printer.ppd(), order.asked);
     if (!checked)
         return Runner::fail(checked.error().sentence);
-    std::vector<ppd::Setting> asked = printer.savedChoices();
+    Settings asked = printer.savedChoices();
     if (*preset)
-        asked = overridden(std::move(asked), (*preset)->applicable);
+        asked = overridden(std::move(asked), (*preset)->settings);
     asked = overridden(std::move(asked), *checked);
     printer.apply(asked);
     const std::uint32_t last = order.pages.last == PageRange::kToTheEnd
@@ -241,7 +240,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     CLI::Option* copies =
         command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
             ->type_name("N")
-            ->check(CLI::Range(1, kMostCopies));
+            ->check(CLI::Range(1, kMaxCopies));
     command->add_option("--pages", arguments->pages, "Pages counted through all files, such as 3-5")
         ->type_name("A-B");
     command

@@ -3,8 +3,8 @@
 
 #include <QStringList>
 
-#include "host/job/constraints.h"
-#include "host/job/harmless_text.h"
+#include "host/core/harmless_text.h"
+#include "host/settings/constraints.h"
 
 namespace labelcut {
 
@@ -33,7 +33,7 @@ QString toText(const PrintReport& report) {
     QStringList lines{
         QStringLiteral("Printed %1 of %2 for \"%3\" into %4, with:")
             .arg(amount(report), files.join(QStringLiteral(", ")), report.printer, report.target)};
-    for (const ppd::Setting& setting : report.settings)
+    for (const Setting& setting : report.settings)
         lines << QStringLiteral("  ") + describe(report.ppd, setting);
     for (QString& line : lines)
         line = harmless(line);

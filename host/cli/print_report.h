@@ -7,8 +7,8 @@
 
 #include <vector>
 
-#include "host/job/job_document.h"
-#include "platform/printing/ppd_calls.h"
+#include "host/documents/job_document.h"
+#include "host/settings/ppd_calls.h"
 
 namespace labelcut {
 
@@ -23,7 +23,7 @@ struct PrintReport {
     /// Where it went: `the file "out.ps"`, `the queue "tape" as job 12`.
     QString target;
     ppd_file_t* ppd = nullptr;
-    std::vector<ppd::Setting> settings;
+    Settings settings;
 };
 
 /// A sentence, then one line a choice with its titles and what is typed for it.

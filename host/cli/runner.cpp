@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "host/job/harmless_text.h"
+#include "host/core/harmless_text.h"
 
 namespace labelcut {
 

@@ -6,13 +6,13 @@
 #include <algorithm>
 
 #include "host/cli/runner.h"
-#include "host/job/settings.h"
+#include "host/settings/checked_setting.h"
 
 namespace labelcut {
 
 namespace {
 
-ppd::Setting parsedSetting(const QString& text) {
+Setting parsedSetting(const QString& text) {
     const qsizetype equals = text.indexOf(u'=');
     if (equals < 1)
         rejectArguments(QStringLiteral("--set %1: write it as KEYWORD=CHOICE").arg(text));
@@ -33,10 +33,10 @@ void SettingArguments::addTo(CLI::App& command) {
     command.add_option("--page-size", pageSize, "Paper by its name in the PPD")->type_name("NAME");
 }
 
-std::vector<ppd::Setting> SettingArguments::parsed() const {
-    std::vector<ppd::Setting> all;
-    const auto add = [&](const ppd::Setting& setting) {
-        const auto same = [&](const ppd::Setting& other) {
+Settings SettingArguments::parsed() const {
+    Settings all;
+    const auto add = [&](const Setting& setting) {
+        const auto same = [&](const Setting& other) {
             return other.keyword.compare(setting.keyword, Qt::CaseInsensitive) == 0;
         };
         const auto earlier = std::ranges::find_if(all, same);
@@ -53,11 +53,10 @@ std::vector<ppd::Setting> SettingArguments::parsed() const {
     return all;
 }
 
-Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
-                                                  const std::vector<ppd::Setting>& asked) {
-    std::vector<ppd::Setting> all;
-    for (const ppd::Setting& setting : asked) {
-        const Result<ppd::Setting> checked = checkedSetting(ppd, setting);
+Result<Settings> checkedSettings(ppd_file_t* ppd, const Settings& asked) {
+    Settings all;
+    for (const Setting& setting : asked) {
+        const Result<Setting> checked = checkedSetting(ppd, setting);
         if (!checked)
             return checked.error();
         all.push_back(*checked);

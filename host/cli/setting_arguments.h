@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/printing/ppd_calls.h"
-#include "platform/printing/result.h"
+#include "host/core/result.h"
+#include "host/settings/ppd_calls.h"
 
 namespace CLI {
 class App;
@@ -22,12 +22,11 @@ struct SettingArguments {
     void addTo(CLI::App& command);
     /// The settings in the order of their arguments, none twice. Throws what is wrong usage, for
     /// the parser to report.
-    std::vector<ppd::Setting> parsed() const;
+    Settings parsed() const;
 };
 
 /// The settings as the PPD spells them, or why it cannot have one of them; see checkedSetting().
-Result<std::vector<ppd::Setting>> checkedSettings(ppd_file_t* ppd,
-                                                  const std::vector<ppd::Setting>& asked);
+Result<Settings> checkedSettings(ppd_file_t* ppd, const Settings& asked);
 
 /// A mistake in what was typed, as the parser reports it.
 [[noreturn]] void rejectArguments(const QString& sentence);

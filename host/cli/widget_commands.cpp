@@ -19,8 +19,8 @@
 #include "host/cli/opened_printer.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
+#include "host/core/background_call.h"
 #include "host/dialog/print_dialog.h"
-#include "host/printers/background_call.h"
 #include "host/script/panel_script.h"
 #include "host/snapshot/snapshot.h"
 
@@ -119,7 +119,7 @@ int runScript(const std::string& path, Runner& runner) {
 struct SnapshotArguments {
     PrinterArguments printer;
     SettingArguments settings;
-    std::vector<ppd::Setting> asked;
+    Settings asked;
     double scale = 1;
     bool dark = false;
     std::string language;

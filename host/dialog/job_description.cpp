@@ -1,9 +1,9 @@
 // The dialog without its widgets: what is chosen, told as a summary, a sentence, and commands.
 #include <QRegularExpression>
 
+#include "host/core/harmless_text.h"
 #include "host/dialog/job_model.h"
 #include "host/dialog/length.h"
-#include "host/job/harmless_text.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {

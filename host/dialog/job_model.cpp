@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "host/job/harmless_text.h"
+#include "host/core/harmless_text.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -251,7 +251,7 @@ void JobModel::settleStep(Step step) {
     }
 }
 
-void JobModel::settleChoices(std::vector<ppd::Setting> asked) {
+void JobModel::settleChoices(Settings asked) {
     const Marks now = marks();
     if (now != mSettled.marks) {
         const QStringList changed = asked.empty() ? keysChangedSinceSettled() : QStringList();
@@ -358,7 +358,7 @@ std::vector<Conflict> JobModel::conflicts() const {
     return findConflicts(ppd());
 }
 
-std::optional<std::vector<ppd::Setting>> JobModel::proposedFix() const {
+std::optional<Settings> JobModel::proposedFix() const {
     const std::vector<Conflict> found = conflicts();
     if (found.empty())
         return std::nullopt;
@@ -368,7 +368,7 @@ std::optional<std::vector<ppd::Setting>> JobModel::proposedFix() const {
     return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest);
 }
 
-QString JobModel::settingText(const ppd::Setting& setting) const {
+QString JobModel::settingText(const Setting& setting) const {
     return hostText("SettingText")
         .arg(titleOf(setting.keyword), titleOf(setting.keyword, setting.choice));
 }
@@ -378,7 +378,7 @@ QString JobModel::conflictSentence() const {
     if (found.empty())
         return {};
     QStringList sides;
-    for (const ppd::Setting& setting : found.front())
+    for (const Setting& setting : found.front())
         sides.append(hostText("Quoted").arg(settingText(setting)));
     const QString last = sides.takeLast();
     return hostText("ExcludeEachOther").arg(sides.join(hostText("SentenceSeparator")), last);
@@ -388,7 +388,7 @@ QString JobModel::fixText() const {
     const auto fix = proposedFix();
     QStringList changes;
     if (fix) {
-        for (const ppd::Setting& setting : *fix)
+        for (const Setting& setting : *fix)
             changes.append(settingText(setting));
     }
     return changes.join(hostText("SentenceSeparator"));
@@ -399,7 +399,7 @@ void JobModel::applyFix() {
     if (!fix)
         return;
     Marks wanted;
-    for (const ppd::Setting& setting : *fix)
+    for (const Setting& setting : *fix)
         wanted.insert(setting.keyword, setting.choice);
     for (const QString& sentence : chooseAll(wanted))
         Q_EMIT told(sentence);

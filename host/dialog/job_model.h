@@ -12,9 +12,9 @@
 #include <optional>
 #include <vector>
 
-#include "host/core/panel_host.h"
-#include "host/job/constraints.h"
-#include "host/job/paper.h"
+#include "host/documents/paper.h"
+#include "host/panels/panel_host.h"
+#include "host/settings/constraints.h"
 
 class QWidget;
 
@@ -96,7 +96,7 @@ public:
     /// The first of them as a sentence; empty when there is none.
     QString conflictSentence() const;
     /// A way out that leaves what the user did last alone; nothing when there is none.
-    std::optional<std::vector<ppd::Setting>> proposedFix() const;
+    std::optional<Settings> proposedFix() const;
     /// What that changes, for people: "Half cut: Off"; empty when there is no way out.
     QString fixText() const;
     void applyFix();
@@ -179,10 +179,10 @@ private:
     /// What differs from what was settled becomes a step that can be undone.
     void settleStep(Step step = Step::Choices);
     /// The same for choices. @param asked  what the user asked for; empty: all that differs.
-    void settleChoices(std::vector<ppd::Setting> asked = {});
+    void settleChoices(Settings asked = {});
     void mark(const Marks& wanted, QStringList& sentences);
     QStringList bringBack(const Marks& wanted);
-    QString settingText(const ppd::Setting& setting) const;
+    QString settingText(const Setting& setting) const;
     QString titleOf(const QString& key) const;
     QString titleOf(const QString& key, const QString& choice) const;
     QString paperText() const;
@@ -206,7 +206,7 @@ private:
     Chosen mSettled;
     Step mLatestStep = Step::Choices;
     /// What the user did last, which a fix leaves alone.
-    std::vector<ppd::Setting> mLatest;
+    Settings mLatest;
     QStringList mFiles;
     int mPageCount = 0;
     int mCopies = 1;

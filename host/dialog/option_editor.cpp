@@ -15,7 +15,7 @@
 #include "host/dialog/length.h"
 #include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
-#include "host/presets/saved_defaults.h"
+#include "host/settings/saved_options.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -206,7 +206,7 @@ void OptionEditor::refresh() {
 void OptionEditor::showCustomValue(const QString& value) {
     QStringList raw;
     if (value.startsWith(u'{')) {
-        for (const ppd::Setting& part : parseOptionText(value.toUtf8()))
+        for (const Setting& part : parseOptionText(value.toUtf8()))
             raw.append(part.choice);
     } else {
         const QString plain = value.section(u'.', 1);
@@ -257,7 +257,7 @@ QString OptionEditor::customValue() const {
         raw.append(rawFromUser(field.parameter, field.edit->text()).value_or(QString()));
     if (mKeyword == QLatin1String(kPageSize) || raw.size() == 1)
         return QStringLiteral("Custom.") + raw.join(u'x');
-    std::vector<ppd::Setting> values;
+    Settings values;
     for (std::size_t i = 0; i < mCustom.size(); ++i)
         values.push_back({mCustom[i].parameter.name, raw[static_cast<qsizetype>(i)]});
     return ppd::customCollection(values);

@@ -1,5 +1,6 @@
 // The dialog: the window, its printers, and what it shows of the model.
 #include "host/dialog/print_dialog.h"
+#include "host/core/copies.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -26,6 +27,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/core/private_folder.h"
 #include "host/dialog/accessible_check_box.h"
 #include "host/dialog/deferred_page.h"
 #include "host/dialog/features_page.h"
@@ -36,10 +38,9 @@
 #include "host/dialog/plain_label.h"
 #include "host/dialog/summary_page.h"
 #include "host/dialog/wheel_guard.h"
-#include "host/presets/private_folder.h"
-#include "host/presets/recent_printer.h"
-#include "host/presets/saved_defaults.h"
 #include "host/printers/printer_state.h"
+#include "host/printers/recent_printer.h"
+#include "host/settings/saved_options.h"
 #include "host/texts/host_text.h"
 #include "platform/toolkit/picture.h"
 #include "platform/toolkit/points.h"
@@ -239,7 +240,7 @@ QLayout* PrintDialog::buildPrinterRow() {
 
 QLayout* PrintDialog::buildAmountRow() {
     mCopies = new QSpinBox;
-    mCopies->setRange(1, Preset::kMaxCopies);
+    mCopies->setRange(1, kMaxCopies);
     mCopies->setObjectName(QStringLiteral("copies"));
     connect(mCopies, &QSpinBox::valueChanged, &mModel, &JobModel::setCopies);
     mPresetList = new QComboBox;
@@ -531,7 +532,7 @@ void PrintDialog::queuePpdFetched(const QString& name, const QByteArray& bytes) 
     Marks wanted;
     const StartingPoint start =
         startingPoint(opened->get(), readSavedOptions().optionsOf({name, QString()}));
-    for (const ppd::Setting& setting : start.match.applicable)
+    for (const Setting& setting : start.match.applicable)
         wanted.insert(setting.keyword, setting.choice);
     wanted.insert(std::exchange(mWanted, {}));
     const QStringList missing = describe(opened->get(), start.match.missing);

@@ -13,7 +13,7 @@
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
 #include "host/dialog/print_dialog.h"
-#include "host/presets/preset_match.h"
+#include "host/settings/setting_match.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -65,11 +65,11 @@ void PrintDialog::applyPreset(const QString& name) {
         tell(preset.error().sentence);
         return;
     }
-    const PresetMatch match = matchPreset(mModel.ppd(), *preset);
+    const SettingMatch match = matchSettings(mModel.ppd(), preset->settings());
     Marks wanted;
-    for (const ppd::Setting& setting : match.applicable)
+    for (const Setting& setting : match.applicable)
         wanted.insert(setting.keyword, setting.choice);
-    for (const QString& sentence : mModel.chooseAll(wanted, match.copies))
+    for (const QString& sentence : mModel.chooseAll(wanted, preset->copies))
         tell(sentence);
     for (const QString& sentence : describe(mModel.ppd(), match.missing))
         tell(sentence);

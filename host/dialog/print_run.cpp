@@ -7,8 +7,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/job/atomic_file.h"
+#include "host/core/atomic_file.h"
 #include "host/job/cups_job.h"
+#include "host/job/marked_paper.h"
 #include "host/job/postscript_job.h"
 #include "host/texts/host_text.h"
 

@@ -5,10 +5,10 @@
 
 #include <memory>
 
+#include "host/core/background_call.h"
 #include "host/dialog/job_model.h"
-#include "host/job/job_document.h"
-#include "host/printers/background_call.h"
-#include "host/printers/job_sender.h"
+#include "host/documents/job_document.h"
+#include "host/job/job_sender.h"
 
 namespace labelcut {
 

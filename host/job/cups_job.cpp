@@ -1,13 +1,12 @@
-// The job: its way to a print queue.
+// Job: its way to a print queue.
 #include "host/job/cups_job.h"
 
 #include <QFile>
 
 #include <algorithm>
 
-#include "host/job/failure.h"
+#include "host/core/failure.h"
 #include "host/texts/host_text.h"
-#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -21,7 +20,7 @@ JobRequest requestFor(const CupsJob& job) {
     if (!job.pages.isEverything())
         request.pageRanges.emplace_back(job.pages.first,
                                         std::min(job.pages.last, job.document->pages()));
-    for (const ppd::Setting& setting : job.settings)
+    for (const Setting& setting : job.settings)
         request.options.emplace_back(setting.keyword, setting.choice);
     return request;
 }
@@ -35,7 +34,7 @@ Result<int> sendToQueue(const CupsConnection& service, const CupsJob& job, const
         return failure(hostText("CannotRead").arg(document.fileName(), document.errorString()));
     const JobRequest request = requestFor(job);
     if (limits.cancel && limits.cancel->isCancelled())
-        return printerrors::cancelled();
+        return cancelled();
     // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
     Result<int> id = service.createJob(request, {limits.timeout, nullptr});
     if (!id)

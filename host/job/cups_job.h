@@ -1,14 +1,14 @@
-// The job: its way to a print queue.
+// Job: its way to a print queue.
 #pragma once
 
 #include <QString>
 
 #include <vector>
 
-#include "host/job/job_document.h"
-#include "host/job/paper.h"
-#include "platform/printing/cups_connection.h"
-#include "platform/printing/ppd_calls.h"
+#include "host/documents/job_document.h"
+#include "host/documents/paper.h"
+#include "host/service/cups_connection.h"
+#include "host/settings/ppd_calls.h"
 
 namespace labelcut {
 
@@ -18,7 +18,7 @@ struct CupsJob {
     /// Borrowed.
     const JobDocument* document = nullptr;
     /// What the job says of its choices; see jobSettings().
-    std::vector<ppd::Setting> settings;
+    Settings settings;
     QString title;
     QString user;
     /// 1 or more.

@@ -1,4 +1,4 @@
-// The job: PostScript for the printer, made without any print service.
+// Job: PostScript for the printer, made without any print service.
 #include "host/job/postscript_job.h"
 
 #include <QFile>
@@ -6,12 +6,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "host/job/atomic_file.h"
-#include "host/job/failure.h"
-#include "host/job/ghostscript.h"
+#include "host/core/atomic_file.h"
+#include "host/core/failure.h"
+#include "host/documents/ghostscript.h"
+#include "host/settings/ppd_calls.h"
 #include "host/texts/host_text.h"
-#include "platform/printing/ppd_calls.h"
-#include "platform/printing/print_errors.h"
 
 namespace labelcut {
 
@@ -162,7 +161,7 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
     return writeWhole(path, [&](FileSink& target) -> std::optional<QString> {
         QFile source(*pages);
         if (job.cancel && job.cancel->isCancelled())
-            return printerrors::cancelled().sentence;
+            return cancelled().sentence;
         const auto* bytes = source.open(QIODevice::ReadOnly)
                                 ? reinterpret_cast<const char*>(source.map(0, source.size()))
                                 : nullptr;

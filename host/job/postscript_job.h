@@ -1,14 +1,14 @@
-// The job: PostScript for the printer, made without any print service.
+// Job: PostScript for the printer, made without any print service.
 #pragma once
 
 #include <QString>
 
 #include <cups/ppd.h>
 
-#include "host/job/job_document.h"
-#include "host/job/paper.h"
-#include "platform/printing/call_limits.h"
-#include "platform/printing/result.h"
+#include "host/core/call_limits.h"
+#include "host/core/result.h"
+#include "host/documents/job_document.h"
+#include "host/documents/paper.h"
 
 namespace labelcut {
 

@@ -67,11 +67,11 @@ bool PrinterIdentity::operator==(const PrinterIdentity& other) const {
     return fileName() == other.fileName();
 }
 
-Preset Preset::of(const QString& name, const std::vector<ppd::Setting>& settings, int copies) {
+Preset Preset::of(const QString& name, const Settings& settings, int copies) {
     Preset preset;
     preset.name = name;
     preset.copies = copies;
-    for (const ppd::Setting& setting : settings) {
+    for (const Setting& setting : settings) {
         if (setting.keyword == kPageSize)
             preset.pageSize = setting.choice;
         else
@@ -80,8 +80,8 @@ Preset Preset::of(const QString& name, const std::vector<ppd::Setting>& settings
     return preset;
 }
 
-std::vector<ppd::Setting> Preset::settings() const {
-    std::vector<ppd::Setting> all;
+Settings Preset::settings() const {
+    Settings all;
     if (!pageSize.isEmpty())
         all.push_back({kPageSize, pageSize});
     for (auto option = options.begin(); option != options.end(); ++option)

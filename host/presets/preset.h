@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/printing/ppd_calls.h"
+#include "host/settings/ppd_calls.h"
 
 namespace labelcut {
 
@@ -43,13 +43,12 @@ private:
 /// What a user keeps under a name.
 struct Preset {
     static constexpr int kMaxNameLength = 100; ///< Characters, as Unicode counts them.
-    static constexpr int kMaxCopies = 9'999;
 
     /// Compared exactly, see presetNameProblem().
     QString name;
     /// The PPD's "PageSize" choice, "Custom.50x500mm" included; empty: the preset leaves it alone.
     QString pageSize;
-    /// 1 to kMaxCopies.
+    /// 1 to kMaxCopies, see host/core/copies.h.
     int copies = 1;
     /// PPD main keyword → choice keyword, "Custom.VALUE" or "{name=value …}". Without PageSize.
     QMap<QString, QString> options;
@@ -58,10 +57,9 @@ struct Preset {
 
     /// A preset of these choices; one for PageSize becomes the page size, the last of a keyword
     /// counts.
-    static Preset of(const QString& name, const std::vector<ppd::Setting>& settings,
-                     int copies = 1);
+    static Preset of(const QString& name, const Settings& settings, int copies = 1);
     /// Its choices, the page size first.
-    std::vector<ppd::Setting> settings() const;
+    Settings settings() const;
 };
 
 /// Why `name` cannot be a preset's: a sentence. It must not be empty, begin or end with a space,

@@ -1,7 +1,7 @@
 // Presets: what the command line does with them.
 #include "host/presets/preset_commands.h"
 
-#include "host/presets/preset_match.h"
+#include "host/settings/setting_match.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut::presetcommands {
@@ -33,11 +33,11 @@ Result<PresetOutput> show(const PresetStore& store, const PrinterIdentity& print
     if (!preset)
         return preset.error();
     PresetOutput output;
-    for (const ppd::Setting& setting : preset->settings())
+    for (const Setting& setting : preset->settings())
         output.lines << setting.keyword + u'=' + setting.choice;
     output.lines << QStringLiteral("copies=%1").arg(preset->copies);
     if (ppd)
-        output.warnings = describe(ppd, matchPreset(ppd, *preset).missing);
+        output.warnings = describe(ppd, matchSettings(ppd, preset->settings()).missing);
     return output;
 }
 

@@ -1,5 +1,6 @@
 // Presets: the contents of one preset file.
 #include "host/presets/preset_file.h"
+#include "host/core/copies.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,8 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/settings/ppd_calls.h"
 #include "host/texts/host_text.h"
-#include "platform/printing/ppd_calls.h"
 
 namespace labelcut {
 
@@ -53,7 +54,7 @@ std::optional<QString> problemOfOptions(const QJsonValue& options) {
 bool isCopies(const QJsonValue& copies) {
     const double number = copies.toDouble(0);
     return copies.isUndefined() ||
-           (number >= 1 && number <= Preset::kMaxCopies && std::floor(number) == number);
+           (number >= 1 && number <= kMaxCopies && std::floor(number) == number);
 }
 
 /// The rest of a sentence about a preset, or nothing when it is good.
@@ -66,7 +67,7 @@ std::optional<QString> problemOf(const QJsonObject& entry) {
     if (!pageSize.isUndefined() && !pageSize.isString())
         return hostText("PageSizeNoText");
     if (!isCopies(entry.value(kCopiesKey)))
-        return hostText("CopiesNoNumber").arg(Preset::kMaxCopies);
+        return hostText("CopiesNoNumber").arg(kMaxCopies);
     return problemOfOptions(entry.value(kOptionsKey));
 }
 

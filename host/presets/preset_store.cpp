@@ -14,8 +14,8 @@
 #include <algorithm>
 #include <functional>
 
+#include "host/core/private_folder.h"
 #include "host/presets/preset_file.h"
-#include "host/presets/private_folder.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {

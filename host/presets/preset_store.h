@@ -6,8 +6,8 @@
 
 #include <vector>
 
+#include "host/core/result.h"
 #include "host/presets/preset.h"
-#include "platform/printing/result.h"
 
 namespace labelcut {
 

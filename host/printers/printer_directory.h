@@ -7,9 +7,9 @@
 
 #include <vector>
 
-#include "host/printers/background_call.h"
-#include "platform/printing/cups_connection.h"
-#include "platform/printing/ppd_calls.h"
+#include "host/core/background_call.h"
+#include "host/service/cups_connection.h"
+#include "host/settings/ppd_calls.h"
 
 namespace labelcut {
 

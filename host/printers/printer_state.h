@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "platform/printing/cups_connection.h"
+#include "host/service/cups_connection.h"
 
 namespace labelcut {
 

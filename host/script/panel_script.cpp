@@ -11,11 +11,11 @@
 #include <map>
 #include <utility>
 
+#include "host/panels/resource_bundle.h"
 #include "host/script/panel_controls.h"
 #include "host/script/script_fields.h"
-#include "platform/printing/ppd_calls.h"
+#include "host/settings/ppd_calls.h"
 #include "platform/toolkit/handles.h"
-#include "platform/toolkit/resource_bundle.h"
 
 namespace labelcut {
 

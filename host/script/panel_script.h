@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "host/core/panel_host.h"
+#include "host/panels/panel_host.h"
 
 class QIODevice;
 

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "host/core/panel_host.h"
-#include "platform/printing/result.h"
+#include "host/core/result.h"
+#include "host/panels/panel_host.h"
 
 class QWidget;
 

@@ -1,7 +1,7 @@
 // Labelcut's own texts, in the running language.
 #include "host/texts/host_text.h"
 
-#include "platform/toolkit/text_table.h"
+#include "host/texts/text_table.h"
 
 /// Outside of any namespace, as the macro wants it.
 static void initHostTexts() {

@@ -14,6 +14,13 @@ namespace labelcut {
 /// The key of PDEPanel::summaryInfo() under which the list of titles stands.
 inline constexpr char kSummaryDisplayOrder[] = "Summary Display Order";
 
+/// The value texts by which a panel's summary says that something is on or off, in the running
+/// language; both empty for a panel that says neither.
+struct SummaryWords {
+    QString yes;
+    QString no;
+};
+
 /// One panel of the print dialog. The dialog drives it in this order:
 ///
 ///  1. panelName(), panelKind() and supportedPPDOptionKeys(), in any order and as often as needed;
@@ -38,16 +45,17 @@ public:
     /// A reverse-DNS name that identifies this kind of panel for ever.
     virtual QString panelKind() = 0;
     /// The PPD main keywords that the panel handles, in its own order; nothing when it does not
-    /// say. A host shows these keywords nowhere else.
+    /// say. A host shows these keywords nowhere else. A panel that names some is shown only where
+    /// the PPD offers one of them; a panel that names none is shown wherever it gives a view.
     virtual std::optional<QStringList> supportedPPDOptionKeys() = 0;
 
     /// The panel is about to be shown.
     virtual void willShow() = 0;
-    /// Whether the panel may be folded away.
+    /// Whether the user may fold the panel's view away. It starts unfolded.
     virtual bool shouldHide() = 0;
     /// The user wants to print. False stops printing; the panel has then told the user why.
     virtual bool shouldPrint() = 0;
-    /// Whether the dialog offers a help button for the panel.
+    /// Whether the dialog offers a help button for the panel, which shows helpText().
     virtual bool shouldShowHelp() = 0;
     /// The dialog closes. @param userPrinted  true when it closes to print.
     virtual void printWindowWillClose(bool userPrinted) = 0;
@@ -67,9 +75,30 @@ public:
     /// and empty titles included. Nothing when the panel has no summary.
     virtual std::optional<QVariantMap> summaryInfo() = 0;
 
+    /// @name Optional: a panel without them answers as below
+    /// @{
+
+    /// Sets the control of one keyword from the choice that is marked for it, and nothing else: no
+    /// other control changes, and nothing is written. After restoreValuesAndReturnError() a host
+    /// asks this for every keyword whose wanted choice is not the PPD's default, since rereading
+    /// everything may have changed a control on the way.
+    /// @param keyword  one of supportedPPDOptionKeys(); any other is ignored.
+    virtual void showChoice(const QString& keyword) { static_cast<void>(keyword); }
+    /// How the panel's own summary says yes and no. A host that makes a sentence of the summary
+    /// then names what is on, and leaves out what is off.
+    virtual SummaryWords summaryWords() { return {}; }
+    /// A line that the host shows below the view: what a look at the controls alone would not tell,
+    /// such as that a tick is not sent. Plain text, empty for nothing to say. Asked anew after
+    /// every change.
+    virtual QString remark() { return {}; }
+    /// What the host shows when its help button for this panel is pressed; plain text in paragraphs
+    /// that a blank line parts. Only asked where shouldShowHelp() is true.
+    virtual QString helpText() { return {}; }
+
     /// What the panel keeps beside its controls, for automation and tests; reading it changes
     /// nothing. Keys are the panel's own field names. A panel need not offer any.
     virtual QVariantMap inspect() const { return {}; }
+    /// @}
 };
 
 } // namespace labelcut

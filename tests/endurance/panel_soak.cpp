@@ -14,7 +14,7 @@
 #include <random>
 #include <vector>
 
-#include "host/core/panel_host.h"
+#include "host/panels/panel_host.h"
 #include "tests/endurance/process_figures.h"
 #include "tests/support/ppd_builder.h"
 

@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "platform/printing/ppd_calls.h"
+#include "host/settings/ppd_calls.h"
 
 namespace example {
 

@@ -1,7 +1,7 @@
 // Security: documents are programs and names are words, and neither gets to do anything.
 #include <QDir>
 
-#include "host/job/conversion.h"
+#include "host/documents/conversion.h"
 #include "tests/faults/fault_fixtures.h"
 
 namespace labelcut::test {

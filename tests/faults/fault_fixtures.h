@@ -9,7 +9,7 @@
 
 #include "tests/faults/holding_proxy.h"
 #include "tests/host/dialog/dialog_fixtures.h"
-#include "tests/host/dialog/one_truth.h"
+#include "tests/support/one_truth.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 #include "tests/support/surroundings.h"

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "host/core/plugin_loader.h"
+#include "host/panels/plugin_loader.h"
 #include "tests/faults/plugin_tree.h"
 
 namespace labelcut::test {

@@ -1,7 +1,7 @@
 // Security: code is loaded from the folder of plug-ins only, and only what not anybody put there.
 #include <sys/stat.h>
 
-#include "host/core/plugin_loader.h"
+#include "host/panels/plugin_loader.h"
 #include "tests/faults/plugin_tree.h"
 
 namespace labelcut::test {

@@ -6,7 +6,7 @@
 #include <csignal>
 #include <string_view>
 
-#include "host/presets/recent_printer.h"
+#include "host/printers/recent_printer.h"
 #include "tests/faults/fault_fixtures.h"
 
 namespace labelcut::test {

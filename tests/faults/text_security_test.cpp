@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-#include "host/job/harmless_text.h"
+#include "host/core/harmless_text.h"
 #include "tests/faults/fault_fixtures.h"
 
 namespace labelcut::test {

@@ -83,7 +83,7 @@ class Staged(unittest.TestCase):
                 "share/doc/labelcut/panels.md",
                 "share/labelcut/samples/labels.pdf",
                 "include/labelcut/platform/dialog/pde_plugin.h",
-                "include/labelcut/platform/printing/ppd_calls.h"]:
+                "include/labelcut/platform/printing/ppd_lookup.h"]:
             with self.subTest(name=name):
                 self.assertGreater((STAGED / name).stat().st_size, 0)
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "host/panels/resource_bundle.h"
+#include "host/settings/ppd_calls.h"
 #include "platform/dialog/pde_plugin.h"
-#include "platform/printing/ppd_calls.h"
-#include "platform/toolkit/resource_bundle.h"
 
 namespace labelcut::test {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "options/option_pde.h"
+#include "plugins/cut_options/options/option_pde.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/ppd_builder.h"
 

@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QByteArrayList>
 
-#include "platform/printing/ppd_calls.h"
+#include "host/settings/ppd_calls.h"
 
 namespace labelcut::test {
 

@@ -6,8 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "tests/host/cli/program.h"
-#include "tests/host/job/job_fixtures.h"
+#include "tests/support/job_fixtures.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

@@ -5,8 +5,8 @@
 #include <QDirIterator>
 #include <QFile>
 
-#include "tests/host/cli/program.h"
-#include "tests/host/job/job_fixtures.h"
+#include "tests/support/job_fixtures.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

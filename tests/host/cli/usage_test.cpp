@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/host/cli/program.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

@@ -7,8 +7,8 @@
 
 #include <unistd.h>
 
-#include "tests/host/cli/program.h"
-#include "tests/host/job/job_fixtures.h"
+#include "tests/support/job_fixtures.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

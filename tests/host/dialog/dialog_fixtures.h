@@ -13,9 +13,9 @@
 
 #include "host/dialog/message_bar.h"
 #include "host/dialog/print_dialog.h"
-#include "tests/host/cli/program.h"
-#include "tests/host/printers/event_loop.h"
+#include "tests/support/event_loop.h"
 #include "tests/support/expected_warnings.h"
+#include "tests/support/program.h"
 #include "tests/support/surroundings.h"
 
 namespace labelcut::test {

@@ -6,7 +6,7 @@
 #include <QTest>
 
 #include "tests/host/dialog/dialog_fixtures.h"
-#include "tests/host/dialog/one_truth.h"
+#include "tests/support/one_truth.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 

@@ -18,9 +18,9 @@
 
 #include <set>
 
-#include "tests/host/core/core_fixtures.h"
 #include "tests/host/dialog/dialog_fixtures.h"
-#include "tests/host/dialog/one_truth.h"
+#include "tests/host/panels/core_fixtures.h"
+#include "tests/support/one_truth.h"
 
 namespace labelcut::test {
 

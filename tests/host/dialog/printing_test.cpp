@@ -11,10 +11,10 @@
 #include <QSpinBox>
 #include <QTest>
 
-#include "tests/host/cli/program.h"
 #include "tests/host/dialog/dialog_fixtures.h"
-#include "tests/host/dialog/one_truth.h"
+#include "tests/support/one_truth.h"
 #include "tests/support/private_cupsd.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

@@ -12,7 +12,7 @@
 #include <random>
 
 #include "tests/host/dialog/dialog_fixtures.h"
-#include "tests/host/dialog/one_truth.h"
+#include "tests/support/one_truth.h"
 
 namespace labelcut::test {
 

@@ -9,9 +9,9 @@
 
 #include <memory>
 
-#include "tests/host/cli/program.h"
-#include "tests/host/job/job_fixtures.h"
+#include "tests/support/job_fixtures.h"
 #include "tests/support/private_cupsd.h"
+#include "tests/support/program.h"
 #include "tests/support/stand_in_server.h"
 
 namespace labelcut::test {

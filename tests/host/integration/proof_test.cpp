@@ -8,10 +8,10 @@
 
 #include <memory>
 
-#include "platform/printing/cups_connection.h"
-#include "tests/host/cli/program.h"
-#include "tests/host/job/job_fixtures.h"
+#include "host/service/cups_connection.h"
+#include "tests/support/job_fixtures.h"
 #include "tests/support/private_cupsd.h"
+#include "tests/support/program.h"
 
 namespace labelcut::test {
 

@@ -6,9 +6,9 @@
 
 #include <QFile>
 
-#include "host/job/constraints.h"
-#include "host/job/ghostscript.h"
-#include "tests/host/job/job_fixtures.h"
+#include "host/documents/ghostscript.h"
+#include "host/settings/constraints.h"
+#include "tests/support/job_fixtures.h"
 
 namespace labelcut {
 

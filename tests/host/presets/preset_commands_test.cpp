@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/host/presets/preset_fixtures.h"
+#include "tests/support/preset_fixtures.h"
 
 namespace labelcut {
 
@@ -85,14 +85,14 @@ TEST_F(PresetCommandsTest, FailuresAreTheStores) {
 }
 
 TEST_F(PresetCommandsTest, ChoicesBecomeAPresetAndBack) {
-    const std::vector<ppd::Setting> typed{{text("KvHalfCut"), text("OFF")},
-                                          {text("PageSize"), text("DC24")},
-                                          {text("KvHalfCut"), text("ON")}};
+    const Settings typed{{text("KvHalfCut"), text("OFF")},
+                         {text("PageSize"), text("DC24")},
+                         {text("KvHalfCut"), text("ON")}};
     const Preset preset = Preset::of(text("a"), typed, 2);
     EXPECT_EQ(preset.pageSize, text("DC24"));
     EXPECT_EQ(preset.copies, 2);
-    EXPECT_EQ(preset.settings(), (std::vector<ppd::Setting>{{text("PageSize"), text("DC24")},
-                                                            {text("KvHalfCut"), text("ON")}}));
+    EXPECT_EQ(preset.settings(),
+              (Settings{{text("PageSize"), text("DC24")}, {text("KvHalfCut"), text("ON")}}));
 }
 
 } // namespace labelcut

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/presets/preset_fixtures.h"
+#include "tests/support/preset_fixtures.h"
 
 namespace labelcut::test {
 namespace {

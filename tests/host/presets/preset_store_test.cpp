@@ -1,4 +1,5 @@
 // Presets in their files: what is kept, and what survives damage, a full disk and other writers.
+#include "host/core/copies.h"
 #include "host/presets/preset_store.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +18,7 @@
 #include <csignal>
 #include <thread>
 
-#include "tests/host/presets/preset_fixtures.h"
+#include "tests/support/preset_fixtures.h"
 
 namespace labelcut {
 
@@ -148,7 +149,7 @@ TEST_F(PresetStoreTest, ContentsThatCouldNotBeReadAgainAreRefused) {
         EXPECT_THAT(sentence(saved), HasSubstr(word));
     };
     refused([](Preset& p) { p.copies = 0; }, "copies");
-    refused([](Preset& p) { p.copies = Preset::kMaxCopies + 1; }, "copies");
+    refused([](Preset& p) { p.copies = kMaxCopies + 1; }, "copies");
     refused([](Preset& p) { p.options.insert(QString(), text("ON")); }, "keyword");
     refused([](Preset& p) { p.options.insert(QString(41, u'k'), text("ON")); }, "keyword");
     refused([](Preset& p) { p.options.insert(text("KvMirror"), QString()); }, "KvMirror");

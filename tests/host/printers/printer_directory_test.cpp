@@ -13,7 +13,7 @@
 #include <algorithm>
 
 #include "host/printers/printer_state.h"
-#include "tests/host/printers/event_loop.h"
+#include "tests/support/event_loop.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 

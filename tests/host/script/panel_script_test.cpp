@@ -12,7 +12,7 @@
 #include <set>
 
 #include "host/script/panel_script.h"
-#include "tests/options/qstring_printing.h"
+#include "tests/plugins/cut_options/options/qstring_printing.h"
 #include "tests/support/ppd_builder.h"
 
 namespace labelcut::test {

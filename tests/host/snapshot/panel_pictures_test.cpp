@@ -6,7 +6,7 @@
 #include <QDir>
 #include <QPainter>
 
-#include "host/core/panel_host.h"
+#include "host/panels/panel_host.h"
 #include "host/snapshot/snapshot.h"
 
 namespace labelcut::test {

@@ -3,14 +3,14 @@
 
 #include <QTemporaryDir>
 
-#include "host/job/documents.h"
-#include "host/job/job_document.h"
-#include "host/job/settings.h"
-#include "host/presets/preset_match.h"
+#include "host/documents/documents.h"
+#include "host/documents/job_document.h"
+#include "host/job/job_sender.h"
 #include "host/presets/preset_store.h"
-#include "host/printers/job_sender.h"
 #include "host/printers/printer_directory.h"
 #include "host/printers/printer_state.h"
+#include "host/settings/checked_setting.h"
+#include "host/settings/setting_match.h"
 
 namespace labelcut {
 
@@ -89,7 +89,7 @@ TEST(GermanText, TellsOfPresets) {
 TEST(GermanText, TellsOfChoicesThatAreGone) {
     const ppd::File ppd = ppd::openFile(text(LABELCUT_SAMPLES "/tape.ppd"), nullptr);
     ASSERT_TRUE(ppd);
-    const PresetMatch match = matchSettings(ppd.get(), {{text("KvGone"), text("%1")}});
+    const SettingMatch match = matchSettings(ppd.get(), {{text("KvGone"), text("%1")}});
     EXPECT_EQ(
         describe(ppd.get(), match.missing),
         QStringList{text("Dieser Drucker hat keine Option „KvGone“ (mehr), sodass „KvGone=%1“ "

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/toolkit/text_table.h"
+#include "host/texts/text_table.h"
 
 namespace labelcut {
 

@@ -58,11 +58,10 @@ class Room:
                 for arguments, _ in called(source, name) for key in LITERAL.findall(arguments)}
 
 
-ROOMS = [Room("hostText", "host/**/*", "host/*/texts.json"),
-         Room("printingText", "platform/printing/*", "platform/printing/texts.json")]
+ROOMS = [Room("hostText", "host/**/*", "host/*/texts.json")]
 # Where every sentence is for people who print, not for those who write commands or panels.
-TRANSLATED = ("host/core", "host/dialog", "host/job", "host/presets", "host/printers",
-              "platform/printing")
+TRANSLATED = ("host/core", "host/dialog", "host/documents", "host/job", "host/panels",
+              "host/presets", "host/printers", "host/service", "host/settings")
 
 
 class TextKeys(unittest.TestCase):

@@ -1,0 +1,63 @@
+// Documents: its files as one PDF whose pages fit the paper.
+#pragma once
+
+#include <QByteArrayList>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+#include "host/core/call_limits.h"
+#include "host/core/result.h"
+#include "host/documents/paper.h"
+
+namespace labelcut {
+
+/// The files of one job as a single PDF, kept in a private folder that goes with this object.
+class JobDocument {
+public:
+    /// Reads, checks, converts and joins `files`. Each is copied first, so that nothing depends on
+    /// what becomes of it afterwards.
+    ///
+    /// @param files  one or more paths.
+    /// @param paper  what pages are fitted to, see PdfFile::join(); nothing: they keep their
+    /// measure.
+    /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
+    /// @return the failure is a sentence that names the file: what documentKind(),
+    ///         copyDocument() and convertToPdf() and PdfFile::open() say; or Cancelled.
+    static Result<JobDocument> prepare(const QStringList& files,
+                                       const std::optional<JobPaper>& paper,
+                                       const CancelFlag* cancel = nullptr);
+
+    /// Path of the PDF, which lies in folder().
+    const QString& pdf() const { return mPdf; }
+    /// How many pages it has; at least 1.
+    int pages() const { return mPages; }
+    /// Those of the files that were damaged and could be repaired: pages may lack something.
+    const QStringList& repaired() const { return mRepaired; }
+    /// One for each file, to tell whether it is still what it was; see DocumentCopy.
+    const QByteArrayList& digests() const { return mDigests; }
+    /// Absolute path of the private folder, for whatever else the job needs.
+    QString folder() const;
+    /// The bare name of the first file: a job's title when the user gives none.
+    const QString& name() const { return mName; }
+
+    /// How many of its pages lie in `range`.
+    int pagesIn(const PageRange& range) const;
+    /// Path of a PDF of just these pages; pdf() for all. @param range  holds at least one page.
+    /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
+    Result<QString> excerpt(const PageRange& range, const CancelFlag* cancel = nullptr) const;
+
+private:
+    JobDocument() = default;
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    QString mPdf;
+    QString mName;
+    int mPages = 0;
+    QStringList mRepaired;
+    QByteArrayList mDigests;
+};
+
+} // namespace labelcut

@@ -1,0 +1,298 @@
+// Job: one job on its way to a queue.
+#include "host/job/job_sender.h"
+#include "host/core/failure.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <atomic>
+
+#include "host/printers/printer_directory.h"
+#include "host/printers/printer_state.h"
+#include "host/service/print_errors.h"
+#include "host/settings/setting_match.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+/// Milliseconds between two reports of progress, so that they do not crowd the event loop.
+constexpr int kProgressInterval = 50;
+/// Milliseconds for the request that removes a job.
+constexpr int kRemoveTime = 1'000;
+/// Milliseconds for a last look at a job that could not be removed. Within JobSender::kCancelTime.
+constexpr int kLastLookTime = 300;
+/// Milliseconds after which a wish to stop is seen.
+constexpr int kNap = 50;
+
+Error unreadable(const QString& path, const QString& reason) {
+    return {ErrorKind::DocumentUnreadable, hostText("FileUnreadable").arg(path, reason)};
+}
+
+Error gaveUp(const JobStatus& job) {
+    const QString id = QString::number(job.id);
+    return {ErrorKind::Other, job.message.isEmpty()
+                                  ? hostText("JobGivenUp").arg(id)
+                                  : hostText("JobGivenUpBecause").arg(id, job.message)};
+}
+
+const char* textFor(JobState state) {
+    switch (state) {
+    case JobState::Pending:
+        return QT_TRID_NOOP("JobPending");
+    case JobState::Held:
+        return QT_TRID_NOOP("JobHeld");
+    case JobState::Processing:
+        return QT_TRID_NOOP("JobProcessing");
+    case JobState::Stopped:
+        return QT_TRID_NOOP("JobStopped");
+    case JobState::Canceled:
+        return QT_TRID_NOOP("JobCancelled");
+    case JobState::Aborted: // is told as a failure
+    case JobState::Completed:
+        break;
+    }
+    return QT_TRID_NOOP("JobCompleted");
+}
+
+QString sentenceFor(const JobStatus& job) {
+    return hostText(textFor(job.state)).arg(job.id);
+}
+
+std::optional<JobEnd> endOf(JobState state) {
+    if (state == JobState::Completed)
+        return JobEnd::Printed;
+    return state == JobState::Canceled ? std::optional(JobEnd::Removed) : std::nullopt;
+}
+
+} // namespace
+
+/// One send(), run on a thread of its own from beginning to end. The sender is touched by reports
+/// only, which run on its thread and not at all once it is gone.
+struct JobSender::Errand {
+    JobSender* sender = nullptr;
+    CupsConnection service;
+    Limits limits;
+    JobToSend job;
+    /// The user wants the job back: a cancelled call alone does not say so after the document.
+    std::atomic<bool> isTakenBack = false;
+    std::atomic<bool> isWatchingOver = false;
+
+    void run(const BackgroundCall::Link& link);
+
+private:
+    CallLimits within(const BackgroundCall::Link& link, int milliseconds) const {
+        return {milliseconds, &link.cancelFlag()};
+    }
+    void fail(const BackgroundCall::Link& link, const Error& error) const {
+        link.tell([to = sender, error] { to->fail(error); });
+    }
+    void finish(const BackgroundCall::Link& link, JobEnd end) const {
+        link.tell([to = sender, end] { to->finish(end); });
+    }
+    std::optional<Error> checkPpd(const BackgroundCall::Link& link) const;
+    std::optional<Error> sendDocument(const BackgroundCall::Link& link, int id, QFile& document);
+    void watch(const BackgroundCall::Link& link, int id);
+    /// Looks at the job once. @return whether that was the last time.
+    bool look(const BackgroundCall::Link& link, int id);
+    void say(const BackgroundCall::Link& link, const QString& sentences);
+    QString sentencesFor(const BackgroundCall::Link& link, const JobStatus& status) const;
+    void takeBack(const BackgroundCall::Link& link, int id);
+    bool sleep(const BackgroundCall::Link& link) const;
+
+    QString mSaid;
+};
+
+void JobSender::Errand::run(const BackgroundCall::Link& link) {
+    if (const std::optional<Error> problem = checkPpd(link))
+        return fail(link, *problem);
+    QFile document(job.documentPath);
+    if (!QFileInfo(job.documentPath).isFile())
+        return fail(link, unreadable(job.documentPath, hostText("NoRegularFile")));
+    if (!document.open(QIODevice::ReadOnly))
+        return fail(link, unreadable(job.documentPath, document.errorString()));
+    if (link.isCancelled())
+        return fail(link, cancelled());
+
+    // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
+    const Result<int> id = service.createJob(job.request, {limits.request, nullptr});
+    if (!id)
+        return fail(link, id.error());
+    link.tell([to = sender, number = *id] {
+        to->mJobId = number;
+        Q_EMIT to->jobCreated(number);
+    });
+    if (const std::optional<Error> problem = sendDocument(link, *id, document))
+        return fail(link, *problem);
+    link.tell([to = sender] {
+        to->mSent = true;
+        Q_EMIT to->documentSent();
+    });
+    watch(link, *id);
+}
+
+std::optional<Error> JobSender::Errand::checkPpd(const BackgroundCall::Link& link) const {
+    if (!job.checkPpd)
+        return std::nullopt;
+    const auto ppd = service.fetchPpd(job.request.queue, within(link, limits.request));
+    return ppd ? job.checkPpd(*ppd) : ppd.error();
+}
+
+std::optional<Error> JobSender::Errand::sendDocument(const BackgroundCall::Link& link, int id,
+                                                     QFile& document) {
+    QElapsedTimer sinceReport;
+    const SendProgress progress = [&](qint64 sent, qint64 total) {
+        if (sinceReport.isValid() && sinceReport.elapsed() < kProgressInterval && sent != total)
+            return;
+        sinceReport.start();
+        link.tell([to = sender, sent, total] { Q_EMIT to->progress(sent, total); });
+    };
+    const auto sent =
+        service.sendDocument(id, job.request, document, progress, within(link, limits.document));
+    return sent ? std::nullopt : std::optional(sent.error());
+}
+
+void JobSender::Errand::watch(const BackgroundCall::Link& link, int id) {
+    const Deadline end({limits.watch, nullptr});
+    while (!link.isCancelled() && !isWatchingOver && !end.isOver()) {
+        if (look(link, id))
+            return;
+        sleep(link);
+    }
+    if (isTakenBack)
+        takeBack(link, id);
+    else
+        finish(link, JobEnd::StillQueued);
+}
+
+bool JobSender::Errand::look(const BackgroundCall::Link& link, int id) {
+    const Result<JobStatus> status = service.jobAttributes(id, within(link, limits.request));
+    if (!status && status.error().kind == ErrorKind::NoSuchJob) {
+        finish(link, JobEnd::Unknown);
+        return true;
+    }
+    if (!status) { // the job does not need the connection; it may come back
+        say(link, status.error().sentence);
+        return false;
+    }
+    if (status->state == JobState::Aborted) {
+        fail(link, gaveUp(*status));
+        return true;
+    }
+    say(link, sentencesFor(link, *status));
+    const std::optional<JobEnd> end = endOf(status->state);
+    if (end)
+        finish(link, *end);
+    return end.has_value();
+}
+
+void JobSender::Errand::say(const BackgroundCall::Link& link, const QString& sentences) {
+    if (sentences == mSaid || link.isCancelled())
+        return;
+    mSaid = sentences;
+    link.tell([to = sender, sentences] { Q_EMIT to->stateChanged(sentences); });
+}
+
+QString JobSender::Errand::sentencesFor(const BackgroundCall::Link& link,
+                                        const JobStatus& status) const {
+    const QString own = sentenceFor(status);
+    if (endOf(status.state))
+        return own;
+    const auto printer = service.queueAttributes(job.request.queue, within(link, limits.request));
+    if (!printer || !needsAttention(printer->queue))
+        return own;
+    return hostText("JobAndPrinter").arg(own, printer->queue.name, stateSentence(printer->queue));
+}
+
+void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
+    const auto removed = service.cancelJob(id, job.request.user, {kRemoveTime, nullptr});
+    if (removed)
+        return fail(link, cancelled());
+    // Perhaps it came to its end before.
+    const auto status = service.jobAttributes(id, {kLastLookTime, nullptr});
+    const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
+    if (end)
+        finish(link, *end);
+    else
+        fail(link, removed.error());
+}
+
+bool JobSender::Errand::sleep(const BackgroundCall::Link& link) const {
+    const Deadline pause({limits.poll, nullptr});
+    bool goOn = true;
+    while (goOn && !pause.isOver() && !isWatchingOver)
+        goOn = link.sleep(std::min(kNap, pause.remaining()));
+    return goOn;
+}
+
+PpdCheck choicesStillThere(const QString& queue, const Settings& settings) {
+    return [queue, settings](const QByteArray& bytes) -> std::optional<Error> {
+        const Result<ppd::File> ppd = openPpd(bytes, queue);
+        if (!ppd)
+            return ppd.error();
+        const SettingMatch match = matchSettings(ppd->get(), settings);
+        if (match.missing.empty())
+            return std::nullopt;
+        return Error{ErrorKind::Other,
+                     hostText("ChoicesGone")
+                         .arg(queue, joinedSentences(describe(ppd->get(), match.missing)))};
+    };
+}
+
+JobSender::JobSender(CupsConnection service, QObject* parent)
+    : QObject(parent)
+    , mService(std::move(service))
+    , mCall(this) {}
+
+JobSender::~JobSender() = default;
+
+void JobSender::send(const JobToSend& job) {
+    if (mBusy)
+        return;
+    mBusy = true;
+    mSent = false;
+    mJobId = 0;
+    mErrand = std::make_shared<Errand>();
+    mErrand->sender = this;
+    mErrand->service = mService;
+    mErrand->limits = mLimits;
+    mErrand->job = job;
+    mCall.start([errand = mErrand](const BackgroundCall::Link& link) { errand->run(link); });
+}
+
+void JobSender::cancel() {
+    if (!mBusy || mErrand->isTakenBack)
+        return;
+    mErrand->isTakenBack = true;
+    mCall.cancel();
+    QTimer::singleShot(kCancelTime, this, [this, errand = mErrand] {
+        if (mBusy && mErrand == errand)
+            giveUpWaiting();
+    });
+}
+
+void JobSender::stopWatching() {
+    if (mErrand)
+        mErrand->isWatchingOver = true;
+}
+
+void JobSender::fail(const Error& error) {
+    mBusy = false;
+    Q_EMIT failed(error);
+}
+
+void JobSender::finish(JobEnd end) {
+    mBusy = false;
+    Q_EMIT done(end);
+}
+
+/// The service is slow to answer; what is left to do is done without anybody waiting for it.
+void JobSender::giveUpWaiting() {
+    mCall.drop();
+    fail({ErrorKind::Cancelled, hostText("CancelUnconfirmed")});
+}
+
+} // namespace labelcut

@@ -1,0 +1,106 @@
+// Job: one job on its way to a queue, watched until the printer has it.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "host/core/background_call.h"
+#include "host/service/cups_connection.h"
+#include "host/settings/ppd_calls.h"
+
+namespace labelcut {
+
+/// Looks at the queue's PPD as it is right before the job is made. @return why the job must not be
+/// sent like this, or nothing. It runs on the sender's own thread and must own all that it uses.
+using PpdCheck = std::function<std::optional<Error>(const QByteArray& ppd)>;
+
+/// A check that each of the job's PPD choices is still there; the failure names all that are not.
+/// @param queue     for the sentences.
+/// @param settings  PPD keywords only, none of the print service's own options.
+PpdCheck choicesStillThere(const QString& queue, const Settings& settings);
+
+struct JobToSend {
+    JobRequest request;
+    /// Absolute; must stay until the sender has sent it or has failed.
+    QString documentPath;
+    /// Empty: the PPD is not fetched.
+    PpdCheck checkPpd;
+};
+
+/// How a job ended that was sent.
+enum class JobEnd {
+    Printed,     ///< The printer has all of it.
+    Removed,     ///< Somebody else cancelled it.
+    StillQueued, ///< It waits in the queue, and watching was to end.
+    Unknown,     ///< The service keeps no record of jobs that have ended, and this one has.
+};
+
+/// Sends one job after the other in the background. Every function returns at once and every signal
+/// comes later, on this object's own thread. Each send() ends with exactly one of failed() and
+/// done(), unless this object is destroyed: then a job that is still being sent is removed, one
+/// that was sent stays.
+class JobSender : public QObject {
+    Q_OBJECT
+public:
+    struct Limits {
+        int request = 10'000;   ///< Milliseconds for each request but the document.
+        int document = 600'000; ///< Milliseconds for sending the document.
+        int watch = 600'000;    ///< Milliseconds for watching the job; 0: it is not watched.
+        int poll = 500;         ///< Milliseconds between two looks at the job.
+    };
+
+    explicit JobSender(CupsConnection service = CupsConnection(), QObject* parent = nullptr);
+    ~JobSender() override;
+
+    void setLimits(const Limits& limits) { mLimits = limits; }
+
+    /// Begins; nothing happens while isBusy().
+    void send(const JobToSend& job);
+    /// Takes the job back: stops sending, or asks the service to remove it from the queue. failed()
+    /// with Cancelled follows within kCancelTime, or another failure when the job could not be
+    /// removed; done() when it had ended by then.
+    void cancel();
+    static constexpr int kCancelTime = 1'500; ///< Milliseconds.
+    /// Ends the watching of a job that was sent: done() with StillQueued follows soon. Before that
+    /// moment it is remembered.
+    void stopWatching();
+
+    bool isBusy() const { return mBusy; }
+    /// The current or last job's; 0: none was made.
+    int jobId() const { return mJobId; }
+    /// Whether the document has been sent, so that the job no longer needs this program.
+    bool isSent() const { return mSent; }
+
+Q_SIGNALS:
+    /// @param total  bytes of the document; -1 when not known.
+    void progress(qint64 sent, qint64 total);
+    void jobCreated(int id);
+    /// The document has arrived; the file is no longer needed.
+    void documentSent();
+    /// What happens to the job, in sentences; only when they change.
+    void stateChanged(const QString& sentences);
+    void failed(const labelcut::Error& error);
+    void done(labelcut::JobEnd end);
+
+private:
+    struct Errand;
+    void fail(const Error& error);
+    void finish(JobEnd end);
+    void giveUpWaiting();
+
+    CupsConnection mService;
+    Limits mLimits;
+    bool mBusy = false;
+    bool mSent = false;
+    int mJobId = 0;
+    std::shared_ptr<Errand> mErrand;
+    BackgroundCall mCall;
+};
+
+} // namespace labelcut

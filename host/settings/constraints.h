@@ -1,0 +1,33 @@
+// Settings: which of the marked choices exclude each other, and what would help.
+#pragma once
+
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include <optional>
+#include <vector>
+
+#include "host/settings/ppd_calls.h"
+
+namespace labelcut {
+
+/// Two settings in force, rarely more, that the printer cannot follow together.
+using Conflict = Settings;
+
+/// Every set of marked choices that the PPD's constraints exclude; see ppd::conflictingSettings().
+/// A null PPD has none.
+std::vector<Conflict> findConflicts(ppd_file_t* ppd);
+
+/// A setting for people: its titles, and keyword and choice as they are typed, for instance
+/// "Half cut: On (KvHalfCut=ON)".
+QString describe(ppd_file_t* ppd, const Setting& setting);
+/// A sentence that names all sides of a conflict.
+QString describe(ppd_file_t* ppd, const Conflict& conflict);
+
+/// What to change so that `wanted` can stand: the fewest settings that libcups finds, `wanted`
+/// itself and those in `kept` left alone. Nothing when that is not possible. Changes no mark.
+std::optional<Settings> proposeResolution(ppd_file_t* ppd, const Setting& wanted,
+                                          const Settings& kept = {});
+
+} // namespace labelcut

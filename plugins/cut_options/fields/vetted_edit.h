@@ -1,0 +1,36 @@
+// Input fields: puts a formatter in charge of a line edit.
+//
+// Once attached, the formatter vets what a user can do to the text: typing, pasting, dropping,
+// cutting, undo, redo, and what an input method commits (its preedit is not text yet). A refused
+// edit is not applied: text, caret and selection stay, and no textEdited or textChanged is sent.
+// insert(), paste() and the like count as the user's even when a program calls them; setText() and
+// a completer's choice are the program's and never vetted.
+#pragma once
+
+#include <QVariant>
+
+#include <memory>
+
+#include "plugins/cut_options/fields/formatter.h"
+
+class QLineEdit;
+
+namespace labelcut {
+
+/// @param edit       the line edit, which owns the formatter from now on; must not be null. A
+///                   formatter attached before is deleted, any other validator replaced.
+/// @param formatter  must not be null.
+void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter);
+
+/// The formatter attached to `edit`, or null.
+Formatter* attachedFormatter(const QLineEdit* edit);
+
+/// Shows a value: sets the text that the attached formatter gives for it, or the value's own text
+/// without a formatter. Does nothing when the formatter gives nothing, or for null.
+void setObjectValue(QLineEdit* edit, const QVariant& object);
+
+/// The value that the text of `edit` stands for, by its formatter; without one, the text itself.
+/// Invalid for null or when the text stands for nothing.
+QVariant objectValue(const QLineEdit* edit);
+
+} // namespace labelcut

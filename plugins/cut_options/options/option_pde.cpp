@@ -1,0 +1,147 @@
+// Cut-options panel: construction, the fixed sequences over all options, inspection.
+#include "plugins/cut_options/options/option_pde.h"
+
+#include <utility>
+
+#include "platform/printing/ppd_lookup.h"
+#include "plugins/cut_options/frame/pde_utils_method.h"
+
+namespace labelcut {
+
+namespace {
+
+constexpr char kAutoCutHiddenAttribute[] = "KvAutoCutObjHidden";
+
+QVariant keywordOf(const PDEChoice* selection) {
+    // Bytes that are no text show as replacement characters: there is a selection all the same.
+    return selection ? QVariant(QString::fromUtf8(selection->choice()->choice)) : QVariant();
+}
+
+} // namespace
+
+OptionPDE13_v400_::~OptionPDE13_v400_() {
+    delete mOptionView.data();
+}
+
+BasePDE13_v400_*
+OptionPDE13_v400_::initWithCallback(std::shared_ptr<PDEPluginCallback13_v400_> callback,
+                                    std::shared_ptr<const PDEBundle> bundle) {
+    if (!BasePDE13_v400_::initWithCallback(std::move(callback), std::move(bundle)))
+        return this;
+    checkValues_dec = 1;
+    column_dec = 0;
+    set_formatSetting = 0;
+    mAutoCutHideKey_dec = 0;
+    mTapeState = 0;
+    usb_dec = 0;
+    detectUsb();
+    findOptions();
+    return this;
+}
+
+void OptionPDE13_v400_::detectUsb() {
+    PMURL url;
+    if (PMPrinterCopyDeviceURI(pdePluginCallbackObject->printer(), &url) != noErr)
+        return;
+    const std::optional<QString> scheme = CFURLCopyScheme(url);
+    if (scheme == QStringLiteral("usb") || scheme == QStringLiteral("KVSGUSB"))
+        usb_dec = 1;
+}
+
+void OptionPDE13_v400_::findOptions() {
+    mAutoCut_CutEvery_Selection = nullptr;
+    for (const Row& row : rows()) {
+        this->*row.selection = nullptr;
+        this->*row.option = ppd::findOption(ppd, row.keyword);
+        this->*row.choices = PDEUtilsMethod13::arrayFromPPDOption(this->*row.option);
+    }
+    // The attribute names something hidden: its value "False" means that automatic cut is shown.
+    if (mAutoCut_Option && PDEUtilsMethod13::isSupportedItem(ppd, kAutoCutHiddenAttribute))
+        mAutoCutHideKey_dec = 1;
+}
+
+std::optional<QStringList> OptionPDE13_v400_::supportedPPDOptionKeys() {
+    if (supportedOptions())
+        return supportedOptions();
+    setValuesToKey();
+    QStringList keys;
+    for (const Row& row : rows()) {
+        if (!(this->*row.option))
+            continue;
+        keys.append(QLatin1String(row.keyword));
+        // A count without automatic cut still claims it, so that nobody else offers it.
+        if (row.item == item::kCutLabel && !mAutoCut_Option)
+            keys.append(QLatin1String(keyword::kAutoCut));
+    }
+    setSupportedOptions(keys);
+    return supportedOptions();
+}
+
+void OptionPDE13_v400_::initUI() {
+    if (set_formatSetting != 0)
+        return;
+    for (const Row& row : rows())
+        (this->*row.initialize)();
+    setValuesToKey();
+    set_formatSetting = 1;
+}
+
+void OptionPDE13_v400_::setValuesToKey() {
+    for (const Row& row : rows())
+        (this->*row.save)();
+}
+
+void OptionPDE13_v400_::setPDEItems() {
+    for (const Row& row : rows())
+        updateUIItem(static_cast<std::int32_t>(row.item));
+    updateUIItem(static_cast<std::int32_t>(item::kPopUp));
+}
+
+void OptionPDE13_v400_::setPDEItems2() {
+    for (const Row& row : rows())
+        updateMarkedSelections(row.item);
+}
+
+bool OptionPDE13_v400_::shouldPrint() {
+    for (const Row& row : rows())
+        setDefaultChoices(this->*row.option, this->*row.choices, row.keyword,
+                          QLatin1String(row.keyword));
+    return BasePDE13_v400_::shouldPrint();
+}
+
+CutCheckBoxes OptionPDE13_v400_::cutCheckBoxes() const {
+    return {mCutEveryChkBx, mCutAndEndChkBx,  mMirrorPrintChkBx, mAutoCutChkBx,
+            mHalfCutChkBx,  mChainPrintChkBx, mSpecialTapeChkBx, mRemoveBlkSpaceChkBx};
+}
+
+QVariantMap OptionPDE13_v400_::inspect() const {
+    static constexpr std::pair<const char*, const PDEChoice * OptionPDE13_v400_::*> kSelections[] =
+        {
+            {"mCutEvery_Selection", &OptionPDE13_v400_::mCutEvery_Selection},
+            {"mCutEnd_Selection", &OptionPDE13_v400_::mCutEnd_Selection},
+            {"mMirror_Selection", &OptionPDE13_v400_::mMirror_Selection},
+            {"mAutoCut_Selection", &OptionPDE13_v400_::mAutoCut_Selection},
+            {"mHalfCut_Selection", &OptionPDE13_v400_::mHalfCut_Selection},
+            {"mChainPrint_Selection", &OptionPDE13_v400_::mChainPrint_Selection},
+            {"mSpecialTape_Selection", &OptionPDE13_v400_::mSpecialTape_Selection},
+            {"mRemoveBlkSpace_Selection", &OptionPDE13_v400_::mRemoveBlkSpace_Selection},
+            {"mAutoCut_CutEvery_Selection", &OptionPDE13_v400_::mAutoCut_CutEvery_Selection},
+        };
+    QVariantMap selections;
+    for (const auto& [name, selection] : kSelections)
+        selections.insert(QLatin1String(name), keywordOf(this->*selection));
+
+    QVariantMap state;
+    state.insert(QStringLiteral("selections"), selections);
+    state.insert(QStringLiteral("mTapeState"), mTapeState);
+    state.insert(QStringLiteral("usb_dec"), usb_dec);
+    state.insert(QStringLiteral("mAutoCutHideKey_dec"), mAutoCutHideKey_dec);
+    state.insert(QStringLiteral("isRVPrinter"), isRVPrinter());
+    if (mOptionView) {
+        state.insert(QStringLiteral("slot"), mOptionView->targetSlot());
+        state.insert(QStringLiteral("image"), mOptionView->targetImageName());
+    }
+    return state;
+}
+
+} // namespace labelcut
