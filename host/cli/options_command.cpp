@@ -8,9 +8,8 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
-#include <span>
 
-#include "host/cli/opened_printer.h"
+#include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
 #include "host/core/harmless_text.h"
@@ -32,22 +31,13 @@ struct OfferedOption {
     /// Empty: none.
     QString defaultChoice;
     QString current;
-    std::vector<std::pair<QString, QString>> choices;
+    std::vector<PpdView::Choice> choices;
 };
 
-OfferedOption offered(OpenedPrinter& printer, const QString& keyword) {
-    const ppd_option_t* option = ppd::findOption(printer.ppd(), keyword.toUtf8().constData());
-    OfferedOption row;
-    row.keyword = QString::fromUtf8(option->keyword);
-    row.title = QString::fromUtf8(option->text);
-    row.current = printer.host().marked(keyword).value_or(QString());
-    for (const ppd_choice_t& choice :
-         std::span(option->choices, static_cast<std::size_t>(option->num_choices))) {
-        row.choices.emplace_back(QString::fromUtf8(choice.choice), QString::fromUtf8(choice.text));
-        // The PPD may name a default that it lacks, or in another case.
-        if (qstricmp(choice.choice, option->defchoice) == 0)
-            row.defaultChoice = row.choices.back().first;
-    }
+OfferedOption offered(const OpenedPrinter& printer, const QString& keyword) {
+    const PpdView ppd = printer.view();
+    OfferedOption row{keyword, ppd.title(keyword), ppd.defaultChoice(keyword).value_or(QString()),
+                      printer.choice(keyword).value_or(QString()), ppd.choices(keyword)};
     return row;
 }
 
@@ -69,9 +59,9 @@ QJsonValue textOrNull(const QString& text) {
 
 QJsonObject toJson(const OfferedOption& row) {
     QJsonArray choices;
-    for (const auto& [keyword, title] : row.choices)
-        choices.append(
-            QJsonObject{{QStringLiteral("keyword"), keyword}, {QStringLiteral("title"), title}});
+    for (const PpdView::Choice& choice : row.choices)
+        choices.append(QJsonObject{{QStringLiteral("keyword"), choice.keyword},
+                                   {QStringLiteral("title"), choice.title}});
     return {{QStringLiteral("keyword"), row.keyword},
             {QStringLiteral("title"), row.title},
             {QStringLiteral("default"), textOrNull(row.defaultChoice)},
@@ -80,17 +70,17 @@ QJsonObject toJson(const OfferedOption& row) {
 }
 
 /// "OFF (Off)", or only the keyword where the title says the same.
-QString choiceText(const std::pair<QString, QString>& choice) {
-    return choice.first == choice.second
-               ? choice.first
-               : QStringLiteral("%1 (%2)").arg(choice.first, choice.second);
+QString choiceText(const PpdView::Choice& choice) {
+    return choice.keyword == choice.title
+               ? choice.keyword
+               : QStringLiteral("%1 (%2)").arg(choice.keyword, choice.title);
 }
 
 /// Two lines: keyword and title, then the choices, the current one starred.
 QString toText(const OfferedOption& row) {
     QStringList choices;
-    for (const auto& choice : row.choices)
-        choices << (choice.first == row.current ? QStringLiteral("*") : QString()) +
+    for (const PpdView::Choice& choice : row.choices)
+        choices << (choice.keyword == row.current ? QStringLiteral("*") : QString()) +
                        choiceText(choice);
     return QStringLiteral("%1 (%2), default %3\n    %4")
         .arg(row.keyword, row.title,
@@ -100,19 +90,17 @@ QString toText(const OfferedOption& row) {
 
 int list(const Arguments& arguments, Runner& runner) {
     runner.coreApplication();
-    const auto printer = OpenedPrinter::open(arguments.printer);
+    const auto printer = openPrinter(arguments.printer);
     if (!printer)
         return Runner::fail(printer.error().sentence);
-    for (const QString& note : (*printer)->notes())
-        Runner::complain(note);
     const auto preset = arguments.preset.matched(**printer);
     if (!preset)
         return Runner::fail(preset.error().sentence);
     if (*preset)
-        (*printer)->apply((*preset)->settings);
+        (*printer)->choose((*preset)->settings);
     QJsonArray rows;
     QStringList lines;
-    for (const QString& keyword : (*printer)->panels().keywords()) {
+    for (const QString& keyword : (*printer)->panelKeywords()) {
         const OfferedOption row = offered(**printer, keyword);
         rows.append(toJson(row));
         lines << toText(row);

@@ -3,10 +3,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
-
 #include "host/cli/runner.h"
 #include "host/presets/preset_store.h"
+#include "host/settings/setting_match.h"
 
 namespace labelcut {
 
@@ -18,24 +17,14 @@ void PresetArgument::addTo(CLI::App& command) {
 Result<std::optional<KeptChoices>> PresetArgument::matched(const OpenedPrinter& printer) const {
     if (name.empty())
         return std::optional<KeptChoices>();
-    const PrinterIdentity identity = printer.queue()
-                                         ? PrinterIdentity::forQueue(printer.queue()->name)
-                                         : PrinterIdentity::forPpd(printer.ppd());
-    const Result<Preset> preset = PresetStore().load(identity, QString::fromStdString(name));
+    const Result<Preset> preset =
+        PresetStore().load(identityOf(printer), QString::fromStdString(name));
     if (!preset)
         return preset.error();
     SettingMatch match = matchSettings(printer.ppd(), preset->settings());
     for (const QString& sentence : describe(printer.ppd(), match.missing))
         Runner::complain(sentence);
     return std::optional(KeptChoices{std::move(match.applicable), preset->copies});
-}
-
-Settings overridden(Settings kept, const Settings& asked) {
-    std::erase_if(kept, [&](const Setting& setting) {
-        return std::ranges::find(asked, setting.keyword, &Setting::keyword) != asked.end();
-    });
-    kept.insert(kept.end(), asked.begin(), asked.end());
-    return kept;
 }
 
 } // namespace labelcut

@@ -3,10 +3,9 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "host/cli/opened_printer.h"
-#include "host/settings/setting_match.h"
+#include "host/core/result.h"
+#include "host/printers/opened_printer.h"
 
 namespace CLI {
 class App;
@@ -30,8 +29,5 @@ struct PresetArgument {
     /// complained of. The failure says which presets there are.
     Result<std::optional<KeptChoices>> matched(const OpenedPrinter& printer) const;
 };
-
-/// Settings that were kept (saved for a queue, a preset) followed by `asked`, which win.
-Settings overridden(Settings kept, const Settings& asked);
 
 } // namespace labelcut

@@ -1,8 +1,5 @@
 // The command line: "labelcut presets", named sets of choices for a printer.
 #include "host/cli/presets_command.h"
-#include "host/core/copies.h"
-
-#include <QFile>
 
 #include <CLI/CLI.hpp>
 
@@ -10,12 +7,12 @@
 #include <optional>
 #include <string>
 
-#include "host/cli/opened_printer.h"
+#include "host/cli/open_printer.h"
 #include "host/cli/printer_arguments.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
+#include "host/core/copies.h"
 #include "host/presets/preset_commands.h"
-#include "host/printers/printer_directory.h"
 
 namespace labelcut {
 
@@ -42,25 +39,19 @@ struct PresetPrinter {
     ppd::File ppd;
 };
 
-Result<ppd::File> openedQueue(const Arguments& arguments, const QString& queue) {
-    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), nullptr};
-    const Result<QByteArray> ppd = CupsConnection().fetchPpd(queue, limits);
-    return ppd ? openPpd(*ppd, queue) : Result<ppd::File>(ppd.error());
-}
-
 /// @param needsPpd  a queue's PPD is fetched only then, so that the rest works without a service.
 Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
-    const QString queue = QString::fromStdString(arguments.printer.queue);
-    const bool isFile = queue.isEmpty();
-    if (!isFile && !needsPpd)
-        return PresetPrinter{PrinterIdentity::forQueue(queue), nullptr};
-    Result<ppd::File> ppd = isFile ? openPpdFile(QFile::decodeName(arguments.printer.ppd.c_str()))
-                                   : openedQueue(arguments, queue);
-    if (!ppd)
-        return ppd.error();
+    const PrinterRef printer = printerNamed(arguments.printer);
+    const QString* queue = queueName(printer);
+    if (queue && !needsPpd)
+        return PresetPrinter{PrinterIdentity::forQueue(*queue), nullptr};
+    Result<FoundPrinter> found = findPrinter(printer, CupsConnection(),
+                                             {arguments.printer.timeoutInMilliseconds(), nullptr});
+    if (!found)
+        return found.error();
     const PrinterIdentity identity =
-        isFile ? PrinterIdentity::forPpd(ppd->get()) : PrinterIdentity::forQueue(queue);
-    return PresetPrinter{identity, std::move(*ppd)};
+        queue ? PrinterIdentity::forQueue(*queue) : PrinterIdentity::forPpd(found->ppd.get());
+    return PresetPrinter{identity, std::move(found->ppd)};
 }
 
 using Action = Result<PresetOutput> (*)(const Arguments& arguments, const PresetPrinter& printer);

@@ -2,7 +2,6 @@
 #include "host/cli/print_command.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <CLI/CLI.hpp>
 
@@ -13,7 +12,7 @@
 #include <vector>
 
 #include "host/cli/interruption.h"
-#include "host/cli/opened_printer.h"
+#include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
@@ -22,9 +21,7 @@
 #include "host/core/failure.h"
 #include "host/core/harmless_text.h"
 #include "host/documents/documents.h"
-#include "host/job/cups_job.h"
-#include "host/job/marked_paper.h"
-#include "host/job/postscript_job.h"
+#include "host/job/order.h"
 #include "host/settings/checked_setting.h"
 #include "host/settings/constraints.h"
 
@@ -47,38 +44,38 @@ struct Arguments {
 };
 
 /// The same, understood.
-struct Order {
+struct Wish {
     QStringList files;
     Settings asked;
     PageRange pages;
+    /// Empty: the files' names say it.
     QString title;
 };
 
 /// Throws what is wrong usage.
-Order understood(const Arguments& arguments) {
+Wish understood(const Arguments& arguments) {
     if (arguments.printer.ppd.empty() != arguments.output.empty())
         rejectArguments(arguments.output.empty()
                             ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
                             : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
-    Order order;
+    Wish wish;
     for (const std::string& file : arguments.files)
-        order.files << QFile::decodeName(file.c_str());
-    order.asked = arguments.settings.parsed();
+        wish.files << QFile::decodeName(file.c_str());
+    wish.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
         const auto range = parsePageRange(QString::fromStdString(arguments.pages));
         if (!range)
             rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5")
                                 .arg(QString::fromStdString(arguments.pages)));
-        order.pages = *range;
+        wish.pages = *range;
     }
-    order.title = harmless(arguments.title.empty() ? QFileInfo(order.files.front()).fileName()
-                                                   : QString::fromStdString(arguments.title));
-    return order;
+    wish.title = harmless(QString::fromStdString(arguments.title));
+    return wish;
 }
 
 /// Drawing needs more of Qt, which takes its time; most files need none.
-void makeApplication(const Order& order, Runner& runner) {
-    const bool draws = std::ranges::any_of(order.files, [](const QString& file) {
+void makeApplication(const Wish& wish, Runner& runner) {
+    const bool draws = std::ranges::any_of(wish.files, [](const QString& file) {
         const Result<DocumentKind> kind = documentKind(file);
         return kind && isDrawn(*kind);
     });
@@ -111,12 +108,12 @@ QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settin
 
 /// Whether the printer can do what is marked now. @return the reason why not.
 std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked) {
-    if (!printer.panels().shouldPrint())
+    if (!printer.shouldPrint())
         return failure(QStringLiteral("A panel of \"%1\" does not let this job be printed; change "
                                       "its choices.")
                            .arg(printer.title()));
     for (const Setting& setting : asked) {
-        const QString marked = printer.host().marked(setting.keyword).value_or(QString());
+        const QString marked = printer.choice(setting.keyword).value_or(QString());
         const bool isCustom =
             setting.choice.startsWith(QLatin1String("Custom.")) || setting.choice.startsWith(u'{');
         if (isCustom ? !marked.startsWith(QLatin1String("Custom")) : marked != setting.choice)
@@ -136,25 +133,24 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked
 }
 
 /// Writes the job or sends it. @return where it went, for people.
-Result<QString> deliver(const Arguments& arguments, const Order& order, OpenedPrinter& printer,
-                        const JobDocument& document, const Settings& settings) {
-    const QString user = CupsConnection::userName();
-    if (!printer.queue()) {
-        const PostScriptJob job{printer.ppd(),    &document,   order.title,          user,
-                                arguments.copies, order.pages, &interruption::flag()};
-        const QString path = QFile::decodeName(arguments.output.c_str());
-        const Result<qint64> size = writePostScript(job, path);
-        if (!size)
-            return size.error();
-        return QStringLiteral("the file \"%1\"").arg(path);
+Result<QString> deliver(const Order& order, const JobDocument& document,
+                        const PrinterArguments& arguments) {
+    const CancelFlag* cancel = &interruption::flag();
+    if (const auto reason = reasonAgainst(order, document))
+        return *reason;
+    const QString* queue = queueName(order.printer);
+    if (!queue) {
+        const Result<qint64> written = writeJob(order, document, cancel);
+        if (!written)
+            return written.error();
+        return QStringLiteral("the file \"%1\"").arg(order.outputPath);
     }
-    const CupsJob job{printer.queue()->name, &document,  settings, order.title, user,
-                      arguments.copies,      order.pages};
-    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), &interruption::flag()};
-    const Result<int> id = sendToQueue(printer.service(), job, limits);
+    const int timeout = arguments.timeoutInMilliseconds();
+    const Result<int> id =
+        submit(CupsConnection(), jobFor(order, document), {timeout, timeout}, cancel);
     if (!id)
         return id.error();
-    return QStringLiteral("the queue \"%1\" as job %1-%2").arg(job.queue, QString::number(*id));
+    return QStringLiteral("the queue \"%1\" as job %1-%2").arg(*queue, QString::number(*id));
 }
 
 /// A queue that would not take the job says so before work is done on it.
@@ -163,7 +159,7 @@ std::optional<Error> reasonOfQueue(const OpenedPrinter& printer, const CallLimit
         return std::nullopt;
     JobRequest request;
     request.queue = printer.queue()->name;
-    const Result<Done> valid = printer.service().validateJob(request, limits);
+    const Result<Done> valid = CupsConnection().validateJob(request, limits);
     return valid ? std::nullopt : std::optional(valid.error());
 }
 
@@ -178,49 +174,52 @@ void noteRest(const OpenedPrinter& printer, const JobDocument& document) {
                              .arg(printer.queue()->name));
 }
 
-int print(Arguments arguments, const Order& order, Runner& runner) {
+/// Chooses what was asked for: by the preset, and over it by the arguments.
+/// @return it, spelled as the printer spells it.
+Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
+                        const std::optional<KeptChoices>& preset) {
+    const auto checked = checkedSettings(printer.ppd(), wish.asked);
+    if (!checked)
+        return checked.error();
+    const Settings asked = overridden(preset ? preset->settings : Settings(), *checked);
+    printer.setPageRange(wish.pages);
+    printer.choose(asked);
+    printer.insist(asked);
+    printer.sayAloud(keywordsOf(asked));
+    return asked;
+}
+
+int print(const Arguments& arguments, const Wish& wish, Runner& runner) {
     interruption::install();
-    makeApplication(order, runner);
-    const auto opened = OpenedPrinter::open(arguments.printer);
+    makeApplication(wish, runner);
+    const auto opened = openPrinter(arguments.printer);
     if (!opened)
         return Runner::fail(opened.error().sentence);
     OpenedPrinter& printer = **opened;
-    for (const QString& note : printer.notes())
-        Runner::complain(note);
     const auto preset = arguments.preset.matched(printer);
     if (!preset)
         return Runner::fail(preset.error().sentence);
-    if (*preset && !arguments.copiesGiven)
-        arguments.copies = (*preset)->copies;
-    const auto checked = checkedSettings(printer.ppd(), order.asked);
-    if (!checked)
-        return Runner::fail(checked.error().sentence);
-    Settings asked = printer.savedChoices();
-    if (*preset)
-        asked = overridden(std::move(asked), (*preset)->settings);
-    asked = overridden(std::move(asked), *checked);
-    printer.apply(asked);
-    const std::uint32_t last = order.pages.last == PageRange::kToTheEnd
-                                   ? kLastPageOfAll
-                                   : static_cast<std::uint32_t>(order.pages.last);
-    printer.host().settings().setPageRange(static_cast<std::uint32_t>(order.pages.first), last,
-                                           false);
-    if (const auto reason = reasonAgainst(printer, asked))
+    const Result<Settings> asked = choose(printer, wish, *preset);
+    if (!asked)
+        return Runner::fail(asked.error().sentence);
+    if (const auto reason = reasonAgainst(printer, *asked))
         return Runner::fail(reason->sentence);
-    const CallLimits limits{arguments.printer.timeoutInMilliseconds(), &interruption::flag()};
-    if (const auto reason = reasonOfQueue(printer, limits))
+    if (const auto reason = reasonOfQueue(
+            printer, {arguments.printer.timeoutInMilliseconds(), &interruption::flag()}))
         return Runner::fail(reason->sentence);
-    const auto document =
-        JobDocument::prepare(order.files, markedPaper(printer.ppd()), &interruption::flag());
+    const int copies = *preset && !arguments.copiesGiven ? (*preset)->copies : arguments.copies;
+    Order order = orderFor(printer, {wish.files, copies, wish.pages});
+    order.outputPath = QFile::decodeName(arguments.output.c_str());
+    if (!wish.title.isEmpty())
+        order.title = wish.title;
+    const auto document = prepareDocument(order, &interruption::flag());
     if (!document)
         return Runner::fail(document.error().sentence);
-    const auto settings = jobSettings(printer.ppd(), printer.panels().keywords(), asked);
-    const auto target = deliver(arguments, order, printer, *document, settings);
+    const auto target = deliver(order, *document, arguments.printer);
     if (!target)
         return Runner::fail(target.error().sentence);
     noteRest(printer, *document);
-    Runner::say(toText(PrintReport{order.files, &*document, order.pages, arguments.copies,
-                                   printer.title(), *target, printer.ppd(), settings}));
+    Runner::say(toText(PrintReport{&order, &*document, *target, printer.ppd()}));
     return kDone;
 }
 
@@ -247,12 +246,12 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->add_option("-o,--output", arguments->output,
                      "Where the PostScript goes that is made for --ppd")
         ->type_name("FILE");
-    command->add_option("-t,--title", arguments->title, "Title of the job (the first file's name)")
+    command->add_option("-t,--title", arguments->title, "Title of the job (the files' names)")
         ->type_name("TEXT");
     command->callback([arguments, copies, &runner] {
         arguments->copiesGiven = copies->count() > 0;
-        const Order order = understood(*arguments);
-        runner.choose([arguments, order, &runner] { return print(*arguments, order, runner); });
+        const Wish wish = understood(*arguments);
+        runner.choose([arguments, wish, &runner] { return print(*arguments, wish, runner); });
     });
 }
 

@@ -14,13 +14,14 @@ QString counted(int count, const QString& one, const QString& many) {
     return QString::number(count) + u' ' + (count == 1 ? one : many);
 }
 
-QString amount(const PrintReport& report) {
-    QString text = counted(report.document->pagesIn(report.pages), QStringLiteral("label"),
+QString amountOf(const PrintReport& report) {
+    const Amount& amount = report.order->amount;
+    QString text = counted(report.document->pagesIn(amount.pages), QStringLiteral("label"),
                            QStringLiteral("labels"));
-    if (!report.pages.isEverything())
-        text += QStringLiteral(" (pages %1)").arg(toString(report.pages));
-    if (report.copies > 1)
-        text += QStringLiteral(", %1 copies").arg(report.copies);
+    if (!amount.pages.isEverything())
+        text += QStringLiteral(" (pages %1)").arg(toString(amount.pages));
+    if (amount.copies > 1)
+        text += QStringLiteral(", %1 copies").arg(amount.copies);
     return text;
 }
 
@@ -28,12 +29,12 @@ QString amount(const PrintReport& report) {
 
 QString toText(const PrintReport& report) {
     QStringList files;
-    for (const QString& file : report.files)
+    for (const QString& file : report.order->amount.files)
         files << QStringLiteral("\"%1\"").arg(file);
-    QStringList lines{
-        QStringLiteral("Printed %1 of %2 for \"%3\" into %4, with:")
-            .arg(amount(report), files.join(QStringLiteral(", ")), report.printer, report.target)};
-    for (const Setting& setting : report.settings)
+    QStringList lines{QStringLiteral("Printed %1 of %2 for \"%3\" into %4, with:")
+                          .arg(amountOf(report), files.join(QStringLiteral(", ")),
+                               report.order->printerTitle, report.target)};
+    for (const Setting& setting : report.order->settings)
         lines << QStringLiteral("  ") + describe(report.ppd, setting);
     for (QString& line : lines)
         line = harmless(line);

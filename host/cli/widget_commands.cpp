@@ -16,7 +16,7 @@
 
 #include "host/cli/application.h"
 #include "host/cli/interruption.h"
-#include "host/cli/opened_printer.h"
+#include "host/cli/open_printer.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
 #include "host/core/background_call.h"
@@ -143,16 +143,14 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     dropRuntimeFolderNotice();
     QApplication application(runner.argc(), runner.argv());
     setSnapshotLook(arguments.dark);
-    const auto printer = OpenedPrinter::open(arguments.printer);
+    const auto printer = openPrinter(arguments.printer);
     if (!printer)
         return Runner::fail(printer.error().sentence);
-    for (const QString& note : (*printer)->notes())
-        Runner::complain(note);
     const auto settings = checkedSettings((*printer)->ppd(), arguments.asked);
     if (!settings)
         return Runner::fail(settings.error().sentence);
-    (*printer)->apply(*settings);
-    const Result<QImage> image = takePanelSnapshot((*printer)->host(), (*printer)->panels());
+    (*printer)->choose(*settings);
+    const Result<QImage> image = takePanelSnapshot(**printer);
     if (!image)
         return Runner::fail(image.error().sentence);
     const Result<Done> saved = save(*image, QFile::decodeName(arguments.output.c_str()));

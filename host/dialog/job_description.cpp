@@ -1,16 +1,15 @@
 // The dialog without its widgets: what is chosen, told as a summary, a sentence, and commands.
+#include "host/dialog/job_description.h"
+
 #include <QRegularExpression>
 
 #include "host/core/harmless_text.h"
-#include "host/dialog/job_model.h"
 #include "host/dialog/length.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
 
 namespace {
-
-constexpr char kPageSize[] = "PageSize";
 
 /// A character that a terminal would act on when a command is pasted, as the shell makes it itself.
 QString printed(QChar character) {
@@ -52,10 +51,6 @@ QStringList fileWords(const QStringList& files) {
     return words;
 }
 
-QString measureOf(const ppd_size_t& size) {
-    return measureForUser(static_cast<double>(size.width), static_cast<double>(size.length));
-}
-
 /// A title as it stands within a sentence: German keeps its capitals, abbreviations do everywhere.
 QString withinSentence(QString title) {
     static const bool keeps = hostText("SentenceKeepsCapitals") == QLatin1String("yes");
@@ -72,149 +67,141 @@ QString commandLine(const QStringList& words) {
     return quoted.join(u' ');
 }
 
-} // namespace
-
-std::vector<JobModel::SummaryEntry> JobModel::summary() const {
-    std::vector<SummaryEntry> entries;
-    for (const PanelSet::Entry& entry : panels()) {
-        const std::optional<QVariantMap> info = entry.panel->summaryInfo();
-        if (!info)
-            continue;
-        const QString panel = entry.panel->panelName();
-        for (const QString& title : info->value(QLatin1String(kSummaryDisplayOrder)).toStringList())
-            entries.push_back({panel, title, info->value(title).toString()});
-    }
-    return entries;
+/// The label size's title; of a size that the user gave, its measures.
+QString labelSizeText(const JobModel& model) {
+    const Setting setting{kPageSize, model.choice(kPageSize).value_or(QString())};
+    const auto size = model.view().labelSize();
+    if (!setting.choice.startsWith(QLatin1String("Custom.")) || !size)
+        return model.view().title(setting);
+    return measureForUser(size->size.width(), size->size.height());
 }
 
-JobModel::SummaryGroup JobModel::jobSummary() const {
-    const ppd_size_t* size = ppd::markedPageSize(ppd());
-    const QString measure = size ? measureOf(*size) : QString();
-    const QString paper = paperText();
-    SummaryGroup job{hostText("SummaryJob"), {{hostText("SummaryPrinter"), mPrinter.title}}};
-    if (size)
+QString sentencePart(const SummaryWords& words, const QString& title, const QString& value) {
+    if (!value.isEmpty() && value == words.yes)
+        return title;
+    if (!value.isEmpty() && value == words.no)
+        return {};
+    return title + u' ' + value;
+}
+
+SummaryGroup jobGroup(const JobModel& model) {
+    SummaryGroup job{hostText("SummaryJob"),
+                     {{hostText("SummaryPrinter"), model.printer()->title()}}};
+    if (const auto size = model.view().labelSize()) {
+        const QString measure = measureForUser(size->size.width(), size->size.height());
+        const QString text = labelSizeText(model);
         job.lines.emplace_back(
             hostText("SummaryPaper"),
-            paper == measure ? paper : hostText("SummaryPaperMeasure").arg(paper, measure));
-    job.lines.emplace_back(hostText("SummaryLabels"),
-                           mPages.isEverything() ? hostText("SummaryAllLabels") : toString(mPages));
-    job.lines.emplace_back(hostText("SummaryCopies"), QString::number(mCopies));
+            text == measure ? text : hostText("SummaryPaperMeasure").arg(text, measure));
+    }
+    job.lines.emplace_back(hostText("SummaryLabels"), model.pages().isEverything()
+                                                          ? hostText("SummaryAllLabels")
+                                                          : toString(model.pages()));
+    job.lines.emplace_back(hostText("SummaryCopies"), QString::number(model.copies()));
     return job;
 }
 
-JobModel::SummaryGroup JobModel::featuresSummary() const {
+SummaryGroup featuresGroup(const JobModel& model) {
     SummaryGroup features{hostText("TabFeatures"), {}};
-    const QStringList elsewhere = panelKeywords() + QStringList{QLatin1String(kPageSize)};
-    const Marks changed = changedMarks();
-    for (auto mark = changed.cbegin(); mark != changed.cend(); ++mark) {
-        if (!elsewhere.contains(mark.key()))
-            features.lines.emplace_back(titleOf(mark.key()), titleOf(mark.key(), mark.value()));
+    const QStringList elsewhere = model.panelKeywords() + QStringList{kPageSize};
+    for (const Setting& setting : model.changedMarks()) {
+        if (!elsewhere.contains(setting.keyword))
+            features.lines.emplace_back(model.view().title(setting.keyword),
+                                        model.view().title(setting));
     }
     return features;
 }
 
-std::vector<JobModel::SummaryGroup> JobModel::wholeSummary() const {
-    if (!hasPrinter())
+QStringList amountWords(const JobModel& model, const char* copies, const char* pages) {
+    QStringList words;
+    if (model.copies() != 1)
+        words << QLatin1String(copies) << QString::number(model.copies());
+    if (!model.pages().isEverything())
+        words << QLatin1String(pages) << toString(model.pages());
+    return words;
+}
+
+} // namespace
+
+std::vector<SummaryEntry> panelSummary(const JobModel& model) {
+    std::vector<SummaryEntry> entries;
+    for (const PanelSet::Entry& entry : model.panels()) {
+        const std::optional<QVariantMap> info = entry.panel->summaryInfo();
+        if (!info)
+            continue;
+        const QString panel = entry.panel->panelName();
+        const SummaryWords words = entry.panel->summaryWords();
+        for (const QString& title :
+             info->value(QLatin1String(kSummaryDisplayOrder)).toStringList()) {
+            const QString value = info->value(title).toString();
+            entries.push_back({panel, title, value, sentencePart(words, title, value)});
+        }
+    }
+    return entries;
+}
+
+std::vector<SummaryGroup> wholeSummary(const JobModel& model) {
+    if (!model.hasPrinter())
         return {};
-    std::vector<SummaryGroup> groups{jobSummary()};
-    for (const SummaryEntry& entry : summary()) {
+    std::vector<SummaryGroup> groups{jobGroup(model)};
+    for (const SummaryEntry& entry : panelSummary(model)) {
         if (groups.size() == 1 || groups.back().heading != entry.panel)
             groups.push_back({entry.panel, {}});
         groups.back().lines.emplace_back(entry.title, entry.value);
     }
-    groups.push_back(featuresSummary());
+    groups.push_back(featuresGroup(model));
     std::erase_if(groups, [](const SummaryGroup& group) { return group.lines.empty(); });
     return groups;
 }
 
-/// What a summary's entry adds to the sentence: its title for yes, nothing for no, both otherwise.
-QString JobModel::entryForSentence(const SummaryEntry& entry) const {
-    for (const PanelSet::Entry& panel : panels()) {
-        if (panel.panel->panelName() != entry.panel)
-            continue;
-        if (entry.value == panel.bundle->localizedStringForKey(QStringLiteral("RS_STitle_Yes")))
-            return entry.title;
-        if (entry.value == panel.bundle->localizedStringForKey(QStringLiteral("RS_STitle_No")))
-            return {};
-    }
-    return entry.title + u' ' + entry.value;
-}
-
-/// The paper's title; of a size that the user gave, its measures.
-QString JobModel::paperText() const {
-    const QString key = QLatin1String(kPageSize);
-    const QString name = choice(key).value_or(QString());
-    const ppd_size_t* size = ppd::markedPageSize(ppd());
-    if (!name.startsWith(QLatin1String("Custom.")) || !size)
-        return titleOf(key, name);
-    return measureOf(*size);
-}
-
-QString JobModel::sentence() const {
-    if (!hasPrinter())
+QString jobSentence(const JobModel& model) {
+    if (!model.hasPrinter())
         return {};
-    const int labels = labelCount();
-    QStringList parts;
-    const QString paper = paperText();
+    const int labels = model.labelCount();
+    const QString size = labelSizeText(model);
     const QString amount =
         labels > 0 ? hostText("OneLabel", "ManyLabels", labels) : hostText("SomeLabels");
-    parts.append(paper.isEmpty() ? amount : hostText("LabelsOnPaper").arg(amount, paper));
-    for (const SummaryEntry& entry : summary()) {
-        const QString part = withinSentence(entryForSentence(entry));
+    QStringList parts{size.isEmpty() ? amount : hostText("LabelsOnPaper").arg(amount, size)};
+    for (const SummaryEntry& entry : panelSummary(model)) {
+        const QString part = withinSentence(entry.inSentence);
         if (!part.isEmpty())
             parts.append(part);
     }
-    if (parts.size() == 1 && !panelKeywords().isEmpty())
+    if (parts.size() == 1 && !model.panelKeywords().isEmpty())
         parts.append(hostText("NoCutOptions"));
     return parts.join(hostText("SentenceSeparator"));
 }
 
-std::vector<OptionChoice> JobModel::jobChoices() const {
-    std::vector<OptionChoice> choices;
-    QStringList keys{QLatin1String(kPageSize)};
-    keys += panelKeywords();
-    keys += mWantedKeys;
-    keys += changedMarks().keys();
-    keys.removeDuplicates();
-    for (const QString& key : keys) {
-        if (const std::optional<QString> marked = choice(key))
-            choices.push_back({key, *marked});
-    }
-    return choices;
-}
-
-QString JobModel::labelcutCommand() const {
+QString labelcutCommand(const JobModel& model) {
+    const PrinterRef& printer = model.printer()->ref();
     QStringList words{QStringLiteral("labelcut"), QStringLiteral("print")};
-    words += mPrinter.isQueue() ? QStringList{QStringLiteral("--printer"), mPrinter.queue}
-                                : QStringList{QStringLiteral("--ppd"), mPrinter.ppdPath};
-    for (const OptionChoice& option : jobChoices()) {
-        if (option.key == QLatin1String(kPageSize))
-            words += {QStringLiteral("--page-size"), option.choice};
+    if (const QString* queue = queueName(printer))
+        words << QStringLiteral("--printer") << *queue;
+    else
+        words << QStringLiteral("--ppd") << *ppdPath(printer);
+    for (const Setting& setting : model.jobSettings()) {
+        if (setting.keyword == kPageSize)
+            words << QStringLiteral("--page-size") << setting.choice;
         else
-            words += {QStringLiteral("--set"), option.key + u'=' + option.choice};
+            words << QStringLiteral("--set") << setting.keyword + u'=' + setting.choice;
     }
-    if (mCopies != 1)
-        words += {QStringLiteral("--copies"), QString::number(mCopies)};
-    if (!mPages.isEverything())
-        words += {QStringLiteral("--pages"), toString(mPages)};
-    if (!mPrinter.isQueue())
-        words += {QStringLiteral("-o"), QStringLiteral("labels.ps")};
-    words += QStringLiteral("--");
-    return commandLine(words + fileWords(mFiles));
+    words += amountWords(model, "--copies", "--pages");
+    if (!queueName(printer))
+        words << QStringLiteral("-o") << QStringLiteral("labels.ps");
+    words << QStringLiteral("--");
+    return commandLine(words + fileWords(model.files()));
 }
 
-QString JobModel::lpCommand() const {
-    if (!mPrinter.isQueue())
+QString lpCommand(const JobModel& model) {
+    const QString* queue = queueName(model.printer()->ref());
+    if (!queue)
         return {};
-    QStringList words{QStringLiteral("lp"), QStringLiteral("-d"), mPrinter.queue};
-    if (mCopies != 1)
-        words += {QStringLiteral("-n"), QString::number(mCopies)};
-    if (!mPages.isEverything())
-        words += {QStringLiteral("-P"), toString(mPages)};
-    for (const OptionChoice& option : jobChoices())
-        words += {QStringLiteral("-o"), option.key + u'=' + option.choice};
-    words += QStringLiteral("--");
-    return commandLine(words + fileWords(mFiles));
+    QStringList words{QStringLiteral("lp"), QStringLiteral("-d"), *queue};
+    words += amountWords(model, "-n", "-P");
+    for (const Setting& setting : model.jobSettings())
+        words << QStringLiteral("-o") << setting.keyword + u'=' + setting.choice;
+    words << QStringLiteral("--");
+    return commandLine(words + fileWords(model.files()));
 }
 
 } // namespace labelcut

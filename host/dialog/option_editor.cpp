@@ -25,7 +25,6 @@ namespace {
 using Parameter = ppd::CustomParameter;
 
 constexpr char kCustom[] = "Custom";
-constexpr char kPageSize[] = "PageSize";
 /// How wide a field for a custom value is.
 constexpr int kFieldLetters = 20;
 /// The user sees lengths as if they were of whole points.

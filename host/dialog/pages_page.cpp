@@ -15,10 +15,6 @@
 
 namespace labelcut {
 
-namespace {
-constexpr char kPageSize[] = "PageSize";
-}
-
 PagesPage::PagesPage(JobModel& model, QWidget* parent)
     : QWidget(parent)
     , mModel(model)
@@ -46,7 +42,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(hostText("Labels"), mAll);
     form->addRow(QString(), some);
-    if (ppd::findOption(model.ppd(), kPageSize)) {
+    if (ppd::findOption(model.ppd(), kPageSize.data())) {
         mPaper = new OptionEditor(model, QLatin1String(kPageSize));
         auto* label = new QLabel(hostText("Paper"));
         label->setBuddy(mPaper->choices());

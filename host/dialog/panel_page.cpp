@@ -33,7 +33,7 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, QWidget* par
         setWidget(view);
         mHasPanelView = true;
         view->setAutoFillBackground(false);
-        followUser(*view, panel.panel);
+        followUser(*view, *panel.callback);
         return;
     }
     setWidget(plainLabel(hostText("PanelWithoutView").arg(panel.panel->panelName())));
@@ -57,8 +57,8 @@ QSize PanelPage::minimumSizeHint() const {
 
 /// Whatever a user can do to a control ends in one of these signals, and the panel, which was
 /// connected before, has carried it out by then.
-void PanelPage::followUser(QWidget& view, PDEPanel* panel) {
-    const auto used = [this, panel] { mModel.panelWasUsed(panel); };
+void PanelPage::followUser(QWidget& view, const PDEPluginCallback& callback) {
+    const auto used = [this, &callback] { mModel.noteAct(callback); };
     for (auto* button : view.findChildren<QAbstractButton*>())
         connect(button, &QAbstractButton::clicked, this, used);
     for (auto* box : view.findChildren<QComboBox*>())

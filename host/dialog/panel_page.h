@@ -19,7 +19,7 @@ public:
     QSize minimumSizeHint() const override;
 
 private:
-    void followUser(QWidget& view, PDEPanel* panel);
+    void followUser(QWidget& view, const PDEPluginCallback& callback);
 
     JobModel& mModel;
     /// Whether what is shown is the panel's, and not a line in its place.

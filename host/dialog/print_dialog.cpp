@@ -1,6 +1,5 @@
 // The dialog: the window, its printers, and what it shows of the model.
 #include "host/dialog/print_dialog.h"
-#include "host/core/copies.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -27,10 +26,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/core/copies.h"
 #include "host/core/private_folder.h"
 #include "host/dialog/accessible_check_box.h"
 #include "host/dialog/deferred_page.h"
 #include "host/dialog/features_page.h"
+#include "host/dialog/job_description.h"
 #include "host/dialog/line_icons.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
@@ -69,12 +70,6 @@ QSettings settings() {
                      QStringLiteral("labelcut"));
 }
 
-QString titleOf(const Queue& queue) {
-    return queue.info.isEmpty() || queue.info == queue.name
-               ? queue.name
-               : QStringLiteral("%1 (%2)").arg(queue.info, queue.name);
-}
-
 /// The widget, or what is in it, where the Tab key stops now. @param widget  null: nothing.
 std::vector<QWidget*> tabStopsIn(QWidget* widget) {
     const auto isStop = [](const QWidget& candidate) {
@@ -108,8 +103,9 @@ QScrollArea* scrollAreaAround(QWidget* widget) {
 PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugins,
                          const PDESystem& system, CupsConnection service, QWidget* parent)
     : QDialog(parent)
+    , mPlugins(plugins)
+    , mSystem(system)
     , mWanted(request.choices)
-    , mModel(plugins, system)
     , mDirectory(service)
     , mRun(std::move(service))
     , mCounting(this)
@@ -351,7 +347,7 @@ void PrintDialog::connectModel() {
 
 void PrintDialog::sayServiceFailure(const Error& error) {
     // A printer that is known by its PPD needs no print service.
-    const bool needsNone = mModel.hasPrinter() && !mModel.printer().isQueue();
+    const bool needsNone = mModel.hasPrinter() && !queueName(mModel.printer()->ref());
     if (needsNone || error.sentence == std::exchange(mServiceFailureSaid, error.sentence))
         return;
     const QString name = QStringLiteral("printers");
@@ -368,7 +364,9 @@ void PrintDialog::lookAgain() {
     if (!isVisible() || mFetching || mRun.isBusy() || mPrinters->view()->isVisible())
         mLookAgain.start(kLookInterval);
     else
-        mDirectory.refresh(mModel.printer().queue);
+        mDirectory.refresh(mModel.hasPrinter() && queueName(mModel.printer()->ref())
+                               ? *queueName(mModel.printer()->ref())
+                               : QString());
 }
 
 void PrintDialog::startWith(const DialogRequest& request) {
@@ -393,9 +391,8 @@ void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
     mServiceFailureSaid.clear();
     mListed.clear();
     for (const Queue& queue : queues)
-        mListed.push_back({{queue.name, QString(), titleOf(queue), queue.deviceUri},
-                           stateSentence(queue),
-                           needsAttention(queue)});
+        mListed.push_back(
+            {QueueRef{queue.name}, titleOf(queue), stateSentence(queue), needsAttention(queue)});
     listPrinters();
     if (mFetching)
         return;
@@ -412,12 +409,11 @@ void PrintDialog::queuesChanged(const std::vector<Queue>& queues) {
 }
 
 void PrintDialog::listPrinters() {
-    std::erase_if(mListed, [](const ListedPrinter& listed) { return !listed.choice.isQueue(); });
-    for (const PrinterChoice& printer : mByHand)
-        mListed.push_back({printer, QString(), false});
+    std::erase_if(mListed, [](const ListedPrinter& listed) { return !queueName(listed.ref); });
+    mListed.insert(mListed.end(), mByHand.begin(), mByHand.end());
     QStringList titles;
     for (const ListedPrinter& listed : mListed)
-        titles << listed.choice.title;
+        titles << listed.title;
     if (std::exchange(mTitles, titles) != titles || mPrinters->count() == 0) {
         mPrinters->clear();
         for (qsizetype i = 0; i < titles.size(); ++i)
@@ -428,8 +424,8 @@ void PrintDialog::listPrinters() {
     }
     const auto current = std::ranges::find_if(mListed, [this](const ListedPrinter& listed) {
         if (mFetching)
-            return listed.choice.queue == mWantedQueue;
-        return isInForce(listed.choice);
+            return listed.ref == PrinterRef(QueueRef{mWantedQueue});
+        return isInForce(listed.ref);
     });
     mPrinters->setCurrentIndex(current == mListed.end() ? -1
                                                         : mPrinters->findData(static_cast<int>(
@@ -443,18 +439,17 @@ void PrintDialog::printerActivated() {
         askForPpd();
         return;
     }
-    const PrinterChoice chosen = mListed[static_cast<std::size_t>(index)].choice;
+    const PrinterRef chosen = mListed[static_cast<std::size_t>(index)].ref;
     if (mFetching && isInForce(chosen))
         stayWithPrinter();
-    else if (chosen.isQueue())
-        openQueue(chosen.queue);
+    else if (const QString* queue = queueName(chosen))
+        openQueue(*queue);
     else
-        openPpdByHand(chosen.ppdPath, {});
+        openPpdByHand(*ppdPath(chosen), {});
 }
 
-bool PrintDialog::isInForce(const PrinterChoice& printer) const {
-    return mModel.hasPrinter() && printer.queue == mModel.printer().queue &&
-           printer.ppdPath == mModel.printer().ppdPath;
+bool PrintDialog::isInForce(const PrinterRef& printer) const {
+    return mModel.hasPrinter() && mModel.printer()->ref() == printer;
 }
 
 void PrintDialog::openQueue(const QString& name) {
@@ -494,59 +489,41 @@ void PrintDialog::askForPpd() {
     chooser->open();
 }
 
-void PrintDialog::openPpdByHand(const QString& path, const Marks& wanted) {
-    ppd::OpenError error;
-    ppd::File file = ppd::openFile(path, &error);
-    if (!file) {
+void PrintDialog::openPpdByHand(const QString& path, const Settings& wanted) {
+    Result<FoundPrinter> found = findPpdFile(path);
+    if (!found) {
         listPrinters();
-        mPrinterMessages->show(
-            QStringLiteral("ppd"), MessageBar::Kind::Warning,
-            hostText("PpdUnreadable").arg(path, error.reason, QString::number(error.line)));
+        mPrinterMessages->show(QStringLiteral("ppd"), MessageBar::Kind::Warning,
+                               found.error().sentence);
         return;
     }
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    const QString name =
-        file->nickname ? QString::fromUtf8(file->nickname) : QFileInfo(path).completeBaseName();
-    const PrinterChoice printer{QString(), absolute,
-                                QStringLiteral("%1 (%2)").arg(name, QFileInfo(path).fileName()),
-                                std::nullopt};
-    if (std::ranges::find(mByHand, printer) == mByHand.end())
-        mByHand.push_back(printer);
-    const auto remembered = rememberPpdFile(absolute);
+    const ListedPrinter listed{
+        found->ref, QStringLiteral("%1 (%2)").arg(found->title, QFileInfo(path).fileName()),
+        QString(), false};
+    if (std::ranges::find(mByHand, listed.ref, &ListedPrinter::ref) == mByHand.end())
+        mByHand.push_back(listed);
+    found->title = listed.title;
+    const auto remembered = rememberPpdFile(path);
     static_cast<void>(remembered); // only a convenience
     mDirectory.cancelFetch();
-    adoptPrinter(printer, std::move(file), absolute, wanted);
+    adoptPrinter(std::move(*found), wanted);
 }
 
 void PrintDialog::queuePpdFetched(const QString& name, const QByteArray& bytes) {
-    auto kept = std::make_unique<QTemporaryFile>();
-    Result<ppd::File> opened = openPpd(bytes, name);
-    if (!opened || !kept->open() || kept->write(bytes) != bytes.size() || !kept->flush()) {
-        giveUpQueue(opened ? Error{ErrorKind::Other, hostText("NoRoomForPpd").arg(QDir::tempPath())}
-                           : opened.error());
+    const Queue* queue = mDirectory.find(name);
+    Queue unknown;
+    unknown.name = name;
+    Result<FoundPrinter> found = foundQueue(queue ? *queue : unknown, bytes);
+    if (!found) {
+        giveUpQueue(found.error());
         return;
     }
-    const Queue* queue = mDirectory.find(name);
-    const PrinterChoice printer{name, QString(), queue ? titleOf(*queue) : name,
-                                queue ? queue->deviceUri : std::nullopt};
-    Marks wanted;
-    const StartingPoint start =
-        startingPoint(opened->get(), readSavedOptions().optionsOf({name, QString()}));
-    for (const Setting& setting : start.match.applicable)
-        wanted.insert(setting.keyword, setting.choice);
-    wanted.insert(std::exchange(mWanted, {}));
-    const QStringList missing = describe(opened->get(), start.match.missing);
     const auto remembered = rememberQueue(name);
     static_cast<void>(remembered); // only a convenience
-    const QString file = kept->fileName();
-    adoptPrinter(printer, std::move(*opened), file, wanted);
-    for (const QString& sentence : missing)
-        tell(sentence);
-    mQueuePpd = std::move(kept);
+    adoptPrinter(std::move(*found), std::exchange(mWanted, {}));
 }
 
-void PrintDialog::adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
-                               const Marks& wanted) {
+void PrintDialog::adoptPrinter(FoundPrinter printer, const Settings& wanted) {
     mFetching = false;
     mPreset.clear();
     mPrinterMessages->remove(QStringLiteral("ppd"));
@@ -554,25 +531,24 @@ void PrintDialog::adoptPrinter(const PrinterChoice& printer, ppd::File ppd, cons
     for (const char* about : {"told", "conflict", "run", "preset"})
         mMessages->remove(QLatin1String(about));
     clearTabs();
-    mModel.openPrinter(printer, std::move(ppd), file, wanted);
-    tellRefused(mModel.refused());
+    mModel.adopt(std::make_unique<OpenedPrinter>(std::move(printer), wanted, mPlugins, mSystem));
+    tellRefused(mModel.printer()->refused());
     listPrinters();
     showPrinterState();
     refreshPresets();
 }
 
 void PrintDialog::showPrinterState() {
-    const auto listed = std::ranges::find_if(mListed, [this](const ListedPrinter& candidate) {
-        return candidate.choice.isQueue() && candidate.choice.queue == mModel.printer().queue;
-    });
+    const auto listed = std::ranges::find_if(
+        mListed, [this](const ListedPrinter& candidate) { return isInForce(candidate.ref); });
     if (!mModel.hasPrinter())
         sayState(QString(), false);
-    else if (!mModel.printer().isQueue())
+    else if (!queueName(mModel.printer()->ref()))
         sayState(hostText("PrintsIntoFile"), false);
     else if (listed != mListed.end())
         sayState(listed->state, listed->needsAttention);
     else if (!mDirectory.isRefreshing())
-        sayState(goneSentence(mModel.printer().queue), true);
+        sayState(goneSentence(*queueName(mModel.printer()->ref())), true);
 }
 
 /// In a quiet line, or as a message when somebody has to do something.
@@ -627,7 +603,7 @@ void PrintDialog::refresh() {
     const QStringList& files = mModel.files();
     const int pages = mModel.pageCount();
     // A long name does not widen the window.
-    const QString whole = mModel.title();
+    const QString whole = jobTitle(files);
     const QString title =
         fontMetrics().elidedText(whole, Qt::ElideMiddle, kTitle * fontMetrics().averageCharWidth());
     mDocument->setToolTip(title == whole ? QString() : Qt::convertFromPlainText(whole));
@@ -636,12 +612,12 @@ void PrintDialog::refresh() {
         : pages > 0
             ? hostText("DocumentWithLabels").arg(title, hostText("OneLabel", "ManyLabels", pages))
             : title);
-    mSentence->setText(mModel.sentence());
+    mSentence->setText(jobSentence(mModel));
     mCopies->setValue(mModel.copies());
     const int labels = mModel.labelCount();
     mPrint->setText(labels > 0 ? hostText("PrintOne", "PrintMany", labels) : hostText("Print"));
     mPrint->setEnabled(!mRun.isBusy() && !mFetching && mModel.hasPrinter() && !files.isEmpty());
-    mReset->setEnabled(!mRun.isBusy() && mModel.marks() != mModel.defaults());
+    mReset->setEnabled(!mRun.isBusy() && !mModel.hasDefaultsOnly());
     mUndo->setEnabled(!mRun.isBusy() && mModel.canUndo());
     mSavePreset->setEnabled(mModel.hasPrinter());
     if (mModel.marks() != mPresetMarks || mModel.copies() != mPresetCopies)

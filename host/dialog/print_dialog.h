@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QTemporaryFile>
 #include <QTimer>
 
 #include <memory>
@@ -38,7 +37,7 @@ struct DialogRequest {
     /// Path of a PPD given by hand; empty: none.
     QString ppdPath;
     /// Choices beyond the defaults.
-    Marks choices;
+    Settings choices;
     int copies = 1;
     PageRange pages;
 };
@@ -66,7 +65,8 @@ protected:
 
 private:
     struct ListedPrinter {
-        PrinterChoice choice;
+        PrinterRef ref;
+        QString title;
         QString state;
         bool needsAttention = false;
     };
@@ -83,15 +83,14 @@ private:
     void queuesChanged(const std::vector<Queue>& queues);
     void listPrinters();
     void printerActivated();
-    bool isInForce(const PrinterChoice& printer) const;
+    bool isInForce(const PrinterRef& printer) const;
     void openQueue(const QString& name);
     void stayWithPrinter();
     void giveUpQueue(const Error& error);
-    void openPpdByHand(const QString& path, const Marks& wanted);
+    void openPpdByHand(const QString& path, const Settings& wanted);
     void askForPpd();
     void queuePpdFetched(const QString& name, const QByteArray& bytes);
-    void adoptPrinter(const PrinterChoice& printer, ppd::File ppd, const QString& file,
-                      const Marks& wanted);
+    void adoptPrinter(FoundPrinter printer, const Settings& wanted);
     void sayState(const QString& sentence, bool needsAttention);
     void sayServiceFailure(const Error& error);
     void lookAgain();
@@ -119,17 +118,18 @@ private:
     void keepPreset(const QString& name);
     void removePreset();
     void offerPresetBack(const QString& sentence, const Preset& preset);
-    PrinterIdentity identity() const;
 
     void print();
     bool isReadyToPrint();
     bool hasTypingProblem();
-    void startRun(PrintOrder order);
+    void startRun(const Order& order);
     void runProgressed(const QString& sentence, int percent);
     void runEnded();
     void setRunning(bool running);
 
-    Marks mWanted;
+    const PluginSearch& mPlugins;
+    const PDESystem& mSystem;
+    Settings mWanted;
     QString mWantedQueue;
     /// The queue whose PPD could not be had; empty once another is asked for.
     QString mGivenUp;
@@ -143,8 +143,7 @@ private:
     std::vector<ListedPrinter> mListed;
     /// As the pop-up shows them.
     QStringList mTitles;
-    std::vector<PrinterChoice> mByHand;
-    std::unique_ptr<QTemporaryFile> mQueuePpd;
+    std::vector<ListedPrinter> mByHand;
     QTimer mLookAgain;
     /// What was last said of the printer and of the print service: dismissed, it stays away until
     /// there is something else to say.
@@ -156,7 +155,7 @@ private:
     bool mFetching = false;
     /// The preset that is in force, and the marks and copies it made.
     QString mPreset;
-    Marks mPresetMarks;
+    Settings mPresetMarks;
     int mPresetCopies = 0;
 
     WheelGuard* mWheel;

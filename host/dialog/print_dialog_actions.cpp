@@ -30,15 +30,9 @@ int indexOfTabWith(const QTabWidget& tabs, const QWidget& page) {
 
 } // namespace
 
-PrinterIdentity PrintDialog::identity() const {
-    const PrinterChoice& printer = mModel.printer();
-    return printer.isQueue() ? PrinterIdentity::forQueue(printer.queue)
-                             : PrinterIdentity::forPpd(mModel.ppd());
-}
-
 void PrintDialog::refreshPresets(const QString& chosen) {
     mPresetList->clear();
-    const PresetList list = mPresets.list(identity());
+    const PresetList list = mPresets.list(identityOf(*mModel.printer()));
     for (const Preset& preset : list.presets)
         mPresetList->addItem(preset.name);
     mPresetList->setEnabled(mPresetList->count() > 0);
@@ -59,17 +53,14 @@ void PrintDialog::choosePreset(const QString& name) {
 }
 
 void PrintDialog::applyPreset(const QString& name) {
-    const Result<Preset> preset = mPresets.load(identity(), name);
+    const Result<Preset> preset = mPresets.load(identityOf(*mModel.printer()), name);
     if (!preset) {
         choosePreset(QString());
         tell(preset.error().sentence);
         return;
     }
     const SettingMatch match = matchSettings(mModel.ppd(), preset->settings());
-    Marks wanted;
-    for (const Setting& setting : match.applicable)
-        wanted.insert(setting.keyword, setting.choice);
-    for (const QString& sentence : mModel.chooseAll(wanted, preset->copies))
+    for (const QString& sentence : mModel.chooseAll(match.applicable, preset->copies))
         tell(sentence);
     for (const QString& sentence : describe(mModel.ppd(), match.missing))
         tell(sentence);
@@ -88,17 +79,10 @@ void PrintDialog::savePreset() {
 
 void PrintDialog::keepPreset(const QString& name) {
     mModel.save();
-    Preset preset;
-    preset.name = name.trimmed();
-    preset.copies = mModel.copies();
-    for (const OptionChoice& choice : mModel.jobChoices()) {
-        if (choice.key == QLatin1String("PageSize"))
-            preset.pageSize = choice.choice;
-        else
-            preset.options.insert(choice.key, choice.choice);
-    }
-    const Result<Preset> before = mPresets.load(identity(), preset.name);
-    const Result<PresetStore::Notes> saved = mPresets.save(identity(), preset, Overwrite::Yes);
+    const Preset preset = Preset::of(name.trimmed(), mModel.jobSettings(), mModel.copies());
+    const Result<Preset> before = mPresets.load(identityOf(*mModel.printer()), preset.name);
+    const Result<PresetStore::Notes> saved =
+        mPresets.save(identityOf(*mModel.printer()), preset, Overwrite::Yes);
     for (const QString& sentence : saved ? *saved : QStringList{saved.error().sentence})
         tell(sentence);
     refreshPresets(preset.name);
@@ -108,8 +92,8 @@ void PrintDialog::keepPreset(const QString& name) {
 
 void PrintDialog::removePreset() {
     const QString name = mPresetList->currentText();
-    const Result<Preset> preset = mPresets.load(identity(), name);
-    const Result<PresetStore::Notes> removed = mPresets.remove(identity(), name);
+    const Result<Preset> preset = mPresets.load(identityOf(*mModel.printer()), name);
+    const Result<PresetStore::Notes> removed = mPresets.remove(identityOf(*mModel.printer()), name);
     if (!removed) {
         tell(removed.error().sentence);
         return;
@@ -124,7 +108,8 @@ void PrintDialog::offerPresetBack(const QString& sentence, const Preset& preset)
     const QString name = QStringLiteral("preset");
     mMessages->show(name, MessageBar::Kind::Information, sentence,
                     {{hostText("Undo"), [this, name, preset] {
-                          const auto saved = mPresets.save(identity(), preset, Overwrite::Yes);
+                          const auto saved =
+                              mPresets.save(identityOf(*mModel.printer()), preset, Overwrite::Yes);
                           if (!saved)
                               tell(saved.error().sentence);
                           mMessages->remove(name);
@@ -166,10 +151,10 @@ void PrintDialog::print() {
     mMessages->remove(QStringLiteral("run"));
     if (mRun.isBusy() || !isReadyToPrint())
         return;
-    PrintOrder order = PrintOrder::from(mModel);
+    Order order = mModel.order();
     order.shown = mShown;
-    if (order.printer.isQueue()) {
-        startRun(std::move(order));
+    if (queueName(order.printer)) {
+        startRun(order);
         return;
     }
     auto* chooser = new QFileDialog(this, hostText("PrintIntoFile"));
@@ -178,14 +163,14 @@ void PrintDialog::print() {
     chooser->setDefaultSuffix(QStringLiteral("ps"));
     chooser->selectFile(QStringLiteral("labels.ps"));
     connect(chooser, &QFileDialog::fileSelected, this, [this, order](const QString& path) {
-        PrintOrder chosen = order;
+        Order chosen = order;
         chosen.outputPath = path;
-        startRun(std::move(chosen));
+        startRun(chosen);
     });
     chooser->open();
 }
 
-void PrintDialog::startRun(PrintOrder order) {
+void PrintDialog::startRun(const Order& order) {
     mRun.start(order);
     setRunning(true);
 }

@@ -6,33 +6,10 @@
 #include <memory>
 
 #include "host/core/background_call.h"
-#include "host/dialog/job_model.h"
-#include "host/documents/job_document.h"
 #include "host/job/job_sender.h"
+#include "host/job/order.h"
 
 namespace labelcut {
-
-/// Everything a run needs, taken from the model when the user says Print.
-struct PrintOrder {
-    PrinterChoice printer;
-    QString ppdFile;
-    QStringList files;
-    /// What the files were when the user was shown them, see JobDocument::digests(); empty when
-    /// they have not been looked at.
-    QByteArrayList shown;
-    QString title;
-    int copies = 1;
-    PageRange pages;
-    std::optional<JobPaper> paper;
-    /// What the job carries.
-    std::vector<OptionChoice> choices;
-    /// Everything that is marked, for PostScript made without a print service.
-    Marks marks;
-    /// Where to write; only for a printer that is known by its PPD only.
-    QString outputPath;
-
-    static PrintOrder from(const JobModel& model);
-};
 
 /// Each start() ends with exactly one of failed() and finished(); until then nothing else starts.
 class PrintRun : public QObject {
@@ -40,7 +17,7 @@ class PrintRun : public QObject {
 public:
     explicit PrintRun(CupsConnection service = CupsConnection(), QObject* parent = nullptr);
 
-    void start(const PrintOrder& order);
+    void start(const Order& order);
     /// Takes the job back, or stops waiting for a job that was sent.
     void cancel();
     bool isBusy() const { return mBusy; }
@@ -57,14 +34,15 @@ Q_SIGNALS:
     void documentChanged(int pages, const QByteArrayList& digests);
 
 private:
-    void refuseChanged(const JobDocument& document);
+    void deliver(const std::shared_ptr<JobDocument>& document);
+    void refuseChanged(const QString& file, const JobDocument& document);
     void send(const std::shared_ptr<JobDocument>& document);
     void write(const std::shared_ptr<JobDocument>& document);
     void end(JobEnd end);
     void fail(const QString& sentence);
     void finish(const QString& sentence);
 
-    PrintOrder mOrder;
+    Order mOrder;
     bool mBusy = false;
     std::shared_ptr<JobDocument> mDocument;
     JobSender mSender;

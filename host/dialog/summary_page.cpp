@@ -100,10 +100,10 @@ SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString&
 }
 
 /// Where the same lines are to be shown, only their values change.
-void SummaryPage::showGroups(const std::vector<JobModel::SummaryGroup>& groups) {
+void SummaryPage::showGroups(const std::vector<SummaryGroup>& groups) {
     QStringList titles;
     QStringList values;
-    for (const JobModel::SummaryGroup& group : groups) {
+    for (const SummaryGroup& group : groups) {
         titles << group.heading << QString();
         for (const auto& [title, value] : group.lines) {
             titles << title;
@@ -116,11 +116,11 @@ void SummaryPage::showGroups(const std::vector<JobModel::SummaryGroup>& groups) 
         mValues[static_cast<std::size_t>(i)]->setText(values[i]);
 }
 
-void SummaryPage::buildLines(const std::vector<JobModel::SummaryGroup>& groups) {
+void SummaryPage::buildLines(const std::vector<SummaryGroup>& groups) {
     mValues.clear();
     while (mEntries->rowCount() > 0)
         mEntries->removeRow(0);
-    for (const JobModel::SummaryGroup& group : groups) {
+    for (const SummaryGroup& group : groups) {
         mEntries->addRow(headingLabel(group.heading));
         for (const auto& [title, value] : group.lines) {
             mValues.push_back(selectableLabel(value));
@@ -130,9 +130,9 @@ void SummaryPage::buildLines(const std::vector<JobModel::SummaryGroup>& groups) 
 }
 
 void SummaryPage::refresh() {
-    showGroups(mModel.wholeSummary());
-    setText(*mLabelcut.text, mModel.labelcutCommand());
-    const QString lp = mModel.lpCommand();
+    showGroups(wholeSummary(mModel));
+    setText(*mLabelcut.text, mModel.hasPrinter() ? labelcutCommand(mModel) : QString());
+    const QString lp = mModel.hasPrinter() ? lpCommand(mModel) : QString();
     setText(*mLp.text, lp);
     mLp.row->setVisible(!lp.isEmpty());
 }

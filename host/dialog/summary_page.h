@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "host/dialog/job_model.h"
+#include "host/dialog/job_description.h"
 
 class QFormLayout;
 class QLabel;
@@ -29,8 +29,8 @@ private:
     };
     Command addCommand(QVBoxLayout& column, const QString& program, const QString& name);
 
-    void showGroups(const std::vector<JobModel::SummaryGroup>& groups);
-    void buildLines(const std::vector<JobModel::SummaryGroup>& groups);
+    void showGroups(const std::vector<SummaryGroup>& groups);
+    void buildLines(const std::vector<SummaryGroup>& groups);
 
     JobModel& mModel;
     QFormLayout* mEntries;

@@ -1,18 +1,14 @@
 // Job: one job on its way to a queue.
 #include "host/job/job_sender.h"
-#include "host/core/failure.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
 #include <QTimer>
 
 #include <atomic>
 
-#include "host/printers/printer_directory.h"
+#include "host/core/failure.h"
 #include "host/printers/printer_state.h"
 #include "host/service/print_errors.h"
-#include "host/settings/setting_match.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -27,10 +23,6 @@ constexpr int kRemoveTime = 1'000;
 constexpr int kLastLookTime = 300;
 /// Milliseconds after which a wish to stop is seen.
 constexpr int kNap = 50;
-
-Error unreadable(const QString& path, const QString& reason) {
-    return {ErrorKind::DocumentUnreadable, hostText("FileUnreadable").arg(path, reason)};
-}
 
 Error gaveUp(const JobStatus& job) {
     const QString id = QString::number(job.id);
@@ -93,8 +85,7 @@ private:
     void finish(const BackgroundCall::Link& link, JobEnd end) const {
         link.tell([to = sender, end] { to->finish(end); });
     }
-    std::optional<Error> checkPpd(const BackgroundCall::Link& link) const;
-    std::optional<Error> sendDocument(const BackgroundCall::Link& link, int id, QFile& document);
+    SubmissionReports reportsTo(const BackgroundCall::Link& link) const;
     void watch(const BackgroundCall::Link& link, int id);
     /// Looks at the job once. @return whether that was the last time.
     bool look(const BackgroundCall::Link& link, int id);
@@ -107,26 +98,10 @@ private:
 };
 
 void JobSender::Errand::run(const BackgroundCall::Link& link) {
-    if (const std::optional<Error> problem = checkPpd(link))
-        return fail(link, *problem);
-    QFile document(job.documentPath);
-    if (!QFileInfo(job.documentPath).isFile())
-        return fail(link, unreadable(job.documentPath, hostText("NoRegularFile")));
-    if (!document.open(QIODevice::ReadOnly))
-        return fail(link, unreadable(job.documentPath, document.errorString()));
-    if (link.isCancelled())
-        return fail(link, cancelled());
-
-    // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
-    const Result<int> id = service.createJob(job.request, {limits.request, nullptr});
+    const Result<int> id = submit(service, job, {limits.request, limits.document},
+                                  &link.cancelFlag(), reportsTo(link));
     if (!id)
         return fail(link, id.error());
-    link.tell([to = sender, number = *id] {
-        to->mJobId = number;
-        Q_EMIT to->jobCreated(number);
-    });
-    if (const std::optional<Error> problem = sendDocument(link, *id, document))
-        return fail(link, *problem);
     link.tell([to = sender] {
         to->mSent = true;
         Q_EMIT to->documentSent();
@@ -134,25 +109,21 @@ void JobSender::Errand::run(const BackgroundCall::Link& link) {
     watch(link, *id);
 }
 
-std::optional<Error> JobSender::Errand::checkPpd(const BackgroundCall::Link& link) const {
-    if (!job.checkPpd)
-        return std::nullopt;
-    const auto ppd = service.fetchPpd(job.request.queue, within(link, limits.request));
-    return ppd ? job.checkPpd(*ppd) : ppd.error();
-}
-
-std::optional<Error> JobSender::Errand::sendDocument(const BackgroundCall::Link& link, int id,
-                                                     QFile& document) {
-    QElapsedTimer sinceReport;
-    const SendProgress progress = [&](qint64 sent, qint64 total) {
-        if (sinceReport.isValid() && sinceReport.elapsed() < kProgressInterval && sent != total)
-            return;
-        sinceReport.start();
-        link.tell([to = sender, sent, total] { Q_EMIT to->progress(sent, total); });
+SubmissionReports JobSender::Errand::reportsTo(const BackgroundCall::Link& link) const {
+    const auto created = [link, to = sender](int number) {
+        link.tell([to, number] {
+            to->mJobId = number;
+            Q_EMIT to->jobCreated(number);
+        });
     };
-    const auto sent =
-        service.sendDocument(id, job.request, document, progress, within(link, limits.document));
-    return sent ? std::nullopt : std::optional(sent.error());
+    auto sinceReport = std::make_shared<QElapsedTimer>();
+    const auto progress = [link, to = sender, sinceReport](qint64 sent, qint64 total) {
+        if (sinceReport->isValid() && sinceReport->elapsed() < kProgressInterval && sent != total)
+            return;
+        sinceReport->start();
+        link.tell([to, sent, total] { Q_EMIT to->progress(sent, total); });
+    };
+    return {created, progress};
 }
 
 void JobSender::Errand::watch(const BackgroundCall::Link& link, int id) {
@@ -226,20 +197,6 @@ bool JobSender::Errand::sleep(const BackgroundCall::Link& link) const {
     while (goOn && !pause.isOver() && !isWatchingOver)
         goOn = link.sleep(std::min(kNap, pause.remaining()));
     return goOn;
-}
-
-PpdCheck choicesStillThere(const QString& queue, const Settings& settings) {
-    return [queue, settings](const QByteArray& bytes) -> std::optional<Error> {
-        const Result<ppd::File> ppd = openPpd(bytes, queue);
-        if (!ppd)
-            return ppd.error();
-        const SettingMatch match = matchSettings(ppd->get(), settings);
-        if (match.missing.empty())
-            return std::nullopt;
-        return Error{ErrorKind::Other,
-                     hostText("ChoicesGone")
-                         .arg(queue, joinedSentences(describe(ppd->get(), match.missing)))};
-    };
 }
 
 JobSender::JobSender(CupsConnection service, QObject* parent)

@@ -1,37 +1,15 @@
 // Job: one job on its way to a queue, watched until the printer has it.
 #pragma once
 
-#include <QByteArray>
 #include <QObject>
 #include <QString>
 
-#include <functional>
 #include <memory>
-#include <optional>
-#include <vector>
 
 #include "host/core/background_call.h"
-#include "host/service/cups_connection.h"
-#include "host/settings/ppd_calls.h"
+#include "host/job/submission.h"
 
 namespace labelcut {
-
-/// Looks at the queue's PPD as it is right before the job is made. @return why the job must not be
-/// sent like this, or nothing. It runs on the sender's own thread and must own all that it uses.
-using PpdCheck = std::function<std::optional<Error>(const QByteArray& ppd)>;
-
-/// A check that each of the job's PPD choices is still there; the failure names all that are not.
-/// @param queue     for the sentences.
-/// @param settings  PPD keywords only, none of the print service's own options.
-PpdCheck choicesStillThere(const QString& queue, const Settings& settings);
-
-struct JobToSend {
-    JobRequest request;
-    /// Absolute; must stay until the sender has sent it or has failed.
-    QString documentPath;
-    /// Empty: the PPD is not fetched.
-    PpdCheck checkPpd;
-};
 
 /// How a job ended that was sent.
 enum class JobEnd {

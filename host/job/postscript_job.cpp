@@ -165,9 +165,11 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         const auto* bytes = source.open(QIODevice::ReadOnly)
                                 ? reinterpret_cast<const char*>(source.map(0, source.size()))
                                 : nullptr;
-        if (bytes && Assembly(job, target).copy({bytes, static_cast<std::size_t>(source.size())}))
-            return std::nullopt;
-        return hostText("PagesCutShort");
+        const bool isWhole =
+            bytes && Assembly(job, target).copy({bytes, static_cast<std::size_t>(source.size())});
+        if (job.cancel && job.cancel->isCancelled())
+            return cancelled().sentence;
+        return isWhole ? std::nullopt : std::optional(hostText("PagesCutShort"));
     });
 }
 

@@ -22,7 +22,7 @@ public:
     PMPrinter* printer() override { return &mHost.mPrinter; }
     ppd_file_t* ppdFile() override { return mHost.ppd(); }
     void willChangePPDOptionKeyValue(const QString& key, const QString& choice) override {
-        mHost.panelChose(this, key, choice);
+        mHost.panelChose(*this, key, choice);
     }
     void panelViewDidResize() override {
         ++mHost.mResizes;
@@ -56,11 +56,24 @@ void PanelHost::removePanel(PDEPanel* panel) {
 }
 
 bool PanelHost::mark(const QString& key, const QString& choice) {
-    return ppd::markOption(ppd(), key.toUtf8().constData(), choice.toUtf8().constData());
+    if (!ppd::markOption(ppd(), key.toUtf8().constData(), choice.toUtf8().constData()))
+        return false;
+    keepForJob(key, choice);
+    return true;
+}
+
+/// Most pairs stand there already: a panel writes all of its state at every save.
+void PanelHost::keepForJob(const QString& key, const QString& choice) {
+    QVariant kept;
+    if (mSettings.value(key, &kept) != noErr || kept != QVariant(choice))
+        mSettings.setValue(key, choice, false);
 }
 
 bool PanelHost::unmark(const QString& key) {
-    return ppd::unmarkOption(ppd(), key.toUtf8().constData());
+    if (!ppd::unmarkOption(ppd(), key.toUtf8().constData()))
+        return false;
+    mSettings.setValue(key, QVariant(), false);
+    return true;
 }
 
 bool PanelHost::changeFromOutside(const QString& key, const QString& choice) {
@@ -74,7 +87,7 @@ std::optional<QString> PanelHost::marked(const QString& key) const {
     return ppd::markedValue(ppd(), key.toUtf8().constData());
 }
 
-std::vector<OptionChoice> PanelHost::takeChanges() {
+Settings PanelHost::takeChanges() {
     return std::exchange(mChanges, {});
 }
 
@@ -82,7 +95,7 @@ int PanelHost::takeResizes() {
     return std::exchange(mResizes, 0);
 }
 
-void PanelHost::onChange(std::function<void(const OptionChoice&)> listener) {
+void PanelHost::onChange(ChangeListener listener) {
     mOnChange = std::move(listener);
 }
 
@@ -108,7 +121,7 @@ void PanelHost::tellTroubleOnce(const QString& sentence) {
     tellTrouble(sentence);
 }
 
-void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
+void PanelHost::panelChose(const PDEPluginCallback& writer, const QString& key,
                            const QString& choice) {
     // Kept for somebody who takes them soon, not for a day of choices.
     if (mChanges.size() >= kMostChanges)
@@ -116,9 +129,9 @@ void PanelHost::panelChose(const PDEPluginCallback* writer, const QString& key,
     mChanges.push_back({key, choice});
     if (!mark(key, choice))
         return;
-    notify(writer, key, choice);
+    notify(&writer, key, choice);
     if (mOnChange)
-        mOnChange({key, choice});
+        mOnChange(writer, {key, choice});
 }
 
 void PanelHost::notify(const PDEPluginCallback* except, const QString& key, const QString& choice) {

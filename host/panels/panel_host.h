@@ -13,16 +13,10 @@
 #include "host/panels/host_objects.h"
 #include "host/panels/plugin_loader.h"
 #include "host/settings/ppd_calls.h"
+#include "host/settings/setting.h"
 #include "platform/dialog/pde_plugin.h"
 
 namespace labelcut {
-
-/// A PPD option keyword and one of its choice keywords.
-struct OptionChoice {
-    QString key;
-    QString choice;
-    bool operator==(const OptionChoice&) const = default;
-};
 
 /// What a host has at hand when it opens panels. Anything may be missing.
 struct PanelHostSetup {
@@ -49,9 +43,10 @@ public:
     void addPanel(const std::shared_ptr<PDEPluginCallback>& callback, PDEPanel* panel);
     void removePanel(PDEPanel* panel);
 
-    /// Marks without telling anybody. @return false when the PPD lacks the pair, or there is no
-    /// PPD.
+    /// Marks, and keeps the pair among the print settings, without telling any panel.
+    /// @return false, and nothing done, when the PPD lacks the pair, or there is no PPD.
     bool mark(const QString& key, const QString& choice);
+    /// Takes both back. @return false when the PPD lacks the option.
     bool unmark(const QString& key);
     /// The same, then every panel is told (a change from outside all panels).
     bool changeFromOutside(const QString& key, const QString& choice);
@@ -61,12 +56,15 @@ public:
 
     /// What panels sent through willChangePPDOptionKeyValue since the last call, in order. Beyond
     /// kMostChanges that nobody has taken, the counting begins anew.
-    std::vector<OptionChoice> takeChanges();
+    Settings takeChanges();
     static constexpr std::size_t kMostChanges = 10'000;
     /// How often panelViewDidResize arrived since the last call.
     int takeResizes();
-    /// Called after a panel changed a mark; at most one listener.
-    void onChange(std::function<void(const OptionChoice&)> listener);
+    /// Called after a panel wrote a choice that the PPD has, changed or not; at most one listener.
+    /// @param writer  the callback that it came through.
+    using ChangeListener =
+        std::function<void(const PDEPluginCallback& writer, const Setting& setting)>;
+    void onChange(ChangeListener listener);
     /// Called when a panel's view has a new size.
     void onResize(std::function<void()> listener);
     /// Called with a sentence for the user when a panel does not keep the rules. Until there is a
@@ -91,7 +89,8 @@ private:
         const PDEPluginCallback* callback;
         PDEPanel* panel;
     };
-    void panelChose(const PDEPluginCallback* writer, const QString& key, const QString& choice);
+    void panelChose(const PDEPluginCallback& writer, const QString& key, const QString& choice);
+    void keepForJob(const QString& key, const QString& choice);
     void notify(const PDEPluginCallback* except, const QString& key, const QString& choice);
 
     ppd::File mPpd;
@@ -101,13 +100,13 @@ private:
     HostPageFormat mPageFormat;
     bool mOffersSettings;
     std::vector<Listener> mListeners;
-    std::vector<OptionChoice> mChanges;
+    Settings mChanges;
     int mResizes = 0;
     /// Of the change that panels are being told of, and its answers.
     int mNotices = 0;
-    /// What an answer was about that nobody was told of any more.
+    /// Keyword of the notice that was suppressed at the limit; empty if none.
     QString mDisputed;
-    std::function<void(const OptionChoice&)> mOnChange;
+    ChangeListener mOnChange;
     std::function<void()> mOnResize;
     std::function<void(const QString&)> mOnTrouble;
     QStringList mToldOnce;
@@ -117,6 +116,7 @@ private:
 class PanelSet {
 public:
     struct Entry {
+        /// Shared by the panels of one plug-in.
         std::shared_ptr<PDEPluginCallback> callback;
         std::shared_ptr<const PDEBundle> bundle;
         std::shared_ptr<PDEPlugin> plugin;
@@ -138,8 +138,9 @@ public:
     const std::vector<RefusedPlugin>& refused() const { return mRefused; }
     /// All keywords that panels claim, in order, each once, that the PPD has as options.
     QStringList keywords() const;
-    /// Asks every panel to write its state / to reread the marks.
+    /// Asks every panel to write its state.
     void save();
+    /// Asks every panel to reread the marks.
     void restore();
     /// Whether every panel lets the job be printed.
     bool shouldPrint();

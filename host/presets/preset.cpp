@@ -14,8 +14,6 @@ namespace {
 constexpr qsizetype kMaxReadablePart = 40;
 constexpr qsizetype kHashDigits = 16;
 
-const QString kPageSize = QStringLiteral("PageSize");
-
 bool isAsciiLetterOrDigit(QChar c) {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
 }
@@ -65,6 +63,12 @@ QString PrinterIdentity::fileName() const {
 
 bool PrinterIdentity::operator==(const PrinterIdentity& other) const {
     return fileName() == other.fileName();
+}
+
+PrinterIdentity identityOf(const OpenedPrinter& printer) {
+    if (const QString* queue = queueName(printer.ref()))
+        return PrinterIdentity::forQueue(*queue);
+    return PrinterIdentity::forPpd(printer.ppd());
 }
 
 Preset Preset::of(const QString& name, const Settings& settings, int copies) {

@@ -9,7 +9,8 @@
 #include <optional>
 #include <vector>
 
-#include "host/settings/ppd_calls.h"
+#include "host/printers/opened_printer.h"
+#include "host/settings/setting.h"
 
 namespace labelcut {
 
@@ -39,6 +40,9 @@ private:
     QString mTitle;
     QString mKey;
 };
+
+/// Whose presets an opened printer takes.
+PrinterIdentity identityOf(const OpenedPrinter& printer);
 
 /// What a user keeps under a name.
 struct Preset {

@@ -1,6 +1,5 @@
 // Presets: the contents of one preset file.
 #include "host/presets/preset_file.h"
-#include "host/core/copies.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/core/copies.h"
 #include "host/settings/ppd_calls.h"
 #include "host/texts/host_text.h"
 

@@ -1,12 +1,8 @@
 // Printers: the queues of a print service.
 #include "host/printers/printer_directory.h"
 
-#include <QTemporaryFile>
-
 #include <algorithm>
 #include <utility>
-
-#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -99,22 +95,6 @@ void PrinterDirectory::showAll(std::vector<Queue> queues) {
 void PrinterDirectory::endRefresh() {
     mRefreshing = false;
     Q_EMIT finished();
-}
-
-Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue) {
-    const auto failure = [&](const QString& reason) {
-        return Error{ErrorKind::Other, hostText("PpdUnusable").arg(queue, reason)};
-    };
-    QTemporaryFile file;
-    if (!file.open() || file.write(ppd) != ppd.size() || !file.flush())
-        return failure(file.errorString());
-    ppd::OpenError error;
-    ppd::File opened = ppd::openFile(file.fileName(), &error);
-    if (opened)
-        return opened;
-    return failure(error.line == 0
-                       ? error.reason
-                       : hostText("ReasonInLine").arg(error.reason, QString::number(error.line)));
 }
 
 } // namespace labelcut

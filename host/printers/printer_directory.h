@@ -9,7 +9,6 @@
 
 #include "host/core/background_call.h"
 #include "host/service/cups_connection.h"
-#include "host/settings/ppd_calls.h"
 
 namespace labelcut {
 
@@ -68,10 +67,5 @@ private:
     BackgroundCall mRefresh;
     BackgroundCall mFetch;
 };
-
-/// Opens the PPD that was fetched; a file of it exists only meanwhile, readable by the user alone.
-/// Nothing is marked. May be called on any thread.
-/// @param queue  for the sentence of the failure.
-Result<ppd::File> openPpd(const QByteArray& ppd, const QString& queue);
 
 } // namespace labelcut

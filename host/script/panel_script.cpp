@@ -209,14 +209,14 @@ QJsonObject hostChange(Stage& stage, const QJsonObject& line) {
 QJsonObject mark(Stage& stage, const QJsonObject& line) {
     const QString key = script::text(line, "key");
     const QString choice = script::text(line, "choice");
-    if (!stage.host->mark(key, choice))
+    if (!ppd::markOption(stage.host->ppd(), key.toUtf8().constData(), choice.toUtf8().constData()))
         refusePair(key, choice);
     return {};
 }
 
 QJsonObject unmark(Stage& stage, const QJsonObject& line) {
     const QString key = script::text(line, "key");
-    if (!stage.host->unmark(key))
+    if (!ppd::unmarkOption(stage.host->ppd(), key.toUtf8().constData()))
         refuse(QStringLiteral("the PPD has no option \"%1\"").arg(key));
     return {};
 }
@@ -289,8 +289,8 @@ QJsonObject marked(const PanelHost& host) {
 
 QJsonArray calls(PanelHost& host) {
     QJsonArray all;
-    for (const OptionChoice& change : host.takeChanges())
-        all.append(QJsonArray{change.key, change.choice});
+    for (const Setting& change : host.takeChanges())
+        all.append(QJsonArray{change.keyword, change.choice});
     return all;
 }
 

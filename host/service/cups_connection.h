@@ -17,6 +17,7 @@
 
 #include "host/core/result.h"
 #include "host/service/ipp_exchange.h"
+#include "host/settings/setting.h"
 #include "platform/printing/print_objects.h"
 
 namespace labelcut {
@@ -66,7 +67,7 @@ struct JobRequest {
     /// PPD main keyword and choice keyword, sent as they are: "PageSize", "DC24". The service takes
     /// choices that the PPD lacks without a word and prints the default, so check them before.
     /// A medium is never sent but as PageSize: its IPP name may select another of equal measure.
-    std::vector<std::pair<QString, QString>> options;
+    Settings options;
 };
 
 /// IPP "job-state" (RFC 8011, 5.3.7).

@@ -1,6 +1,5 @@
 // Print service: one request to a print service and its answer.
 #include "host/service/ipp_exchange.h"
-#include "host/core/failure.h"
 
 #include <QIODevice>
 
@@ -17,6 +16,7 @@
 #include <semaphore>
 #include <thread>
 
+#include "host/core/failure.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {

@@ -1,6 +1,5 @@
 // Settings: the options that "lpoptions" keeps for a queue.
 #include "host/settings/saved_options.h"
-#include "host/core/copies.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +7,7 @@
 
 #include <algorithm>
 
+#include "host/core/copies.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {

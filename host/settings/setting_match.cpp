@@ -11,8 +11,6 @@ namespace labelcut {
 
 namespace {
 
-const QString kPageSize = QStringLiteral("PageSize");
-
 void matchOne(ppd_file_t* ppd, const Setting& setting, SettingMatch& match) {
     using Reason = MissingChoice::Reason;
     const auto leaveOut = [&](Reason reason) {

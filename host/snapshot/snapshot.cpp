@@ -38,16 +38,6 @@ QPalette darkPalette() {
     return palette;
 }
 
-/// What is marked for the panels' keywords.
-std::vector<OptionChoice> marksOf(const PanelHost& host, const QStringList& keywords) {
-    std::vector<OptionChoice> marks;
-    for (const QString& key : keywords) {
-        if (const std::optional<QString> choice = host.marked(key))
-            marks.push_back({key, *choice});
-    }
-    return marks;
-}
-
 QImage stacked(const std::vector<QImage>& images) {
     QSize size;
     for (const QImage& image : images)
@@ -82,25 +72,20 @@ QImage takeSnapshot(QWidget& widget) {
     return image;
 }
 
-Result<QImage> takePanelSnapshot(PanelHost& host, const PanelSet& panels) {
+Result<QImage> takePanelSnapshot(OpenedPrinter& printer) {
     std::vector<QImage> images;
-    for (const PanelSet::Entry& entry : panels.entries()) {
+    for (const PanelSet::Entry& entry : printer.panels().entries()) {
         if (entry.keys.isEmpty())
             continue;
-        const std::vector<OptionChoice> wanted = marksOf(host, entry.keys);
-        QWidget* view = entry.panel->panelView();
+        Unkept unkept;
+        const QWidget* view = printer.showPanel(entry, &unkept);
         if (!view)
             return Error{
                 ErrorKind::Other,
                 QStringLiteral("The panel \"%1\" has no view: its interface file is missing or "
                                "damaged. Install Labelcut anew.")
                     .arg(entry.panel->panelName())};
-        // The first showing writes the PPD's defaults; what is wanted is marked again and reread.
-        entry.panel->willShow();
-        for (const OptionChoice& mark : wanted)
-            host.mark(mark.key, mark.choice);
-        entry.panel->restoreValuesAndReturnError(nullptr);
-        images.push_back(takeSnapshot(*view));
+        images.push_back(takeSnapshot(*entry.panel->panelView()));
     }
     if (images.empty())
         return Error{

@@ -3,10 +3,8 @@
 
 #include <QImage>
 
-#include <vector>
-
 #include "host/core/result.h"
-#include "host/panels/panel_host.h"
+#include "host/printers/opened_printer.h"
 
 class QWidget;
 
@@ -21,8 +19,8 @@ void setSnapshotLook(bool dark);
 QImage takeSnapshot(QWidget& widget);
 
 /// One picture of all panels of a printer, below each other.
-/// @param host    with what is wanted marked. @param panels  of that host; none has a view yet.
+/// @param printer  with what is wanted chosen; none of its panels has a view yet.
 /// @return the failure is a sentence: no panel for this printer, or a panel without view.
-Result<QImage> takePanelSnapshot(PanelHost& host, const PanelSet& panels);
+Result<QImage> takePanelSnapshot(OpenedPrinter& printer);
 
 } // namespace labelcut

@@ -89,7 +89,7 @@ class LostDocumentTest : public DocumentFaultTest, public testing::WithParamInte
 TEST_P(LostDocumentTest, IsNamedAndNothingElseIsLost) {
     const QString document = fileWith(mHome.path(QStringLiteral("shelf.pdf")), contentOf(kLabels));
     auto dialog = open({document});
-    const Marks marks = dialog->model().marks();
+    const Settings marks = dialog->model().marks();
 
     GetParam().happens(document);
     pressPrint(*dialog, output());
@@ -119,7 +119,7 @@ TEST_F(DocumentFaultTest, WhatHasChangedSinceItWasShownIsToldBeforeItIsPrinted) 
     const QString first = fileWith(mHome.path(QStringLiteral("first.pdf")), contentOf(kLabels));
     const QString second = fileWith(mHome.path(QStringLiteral("second.pdf")), contentOf(kLabels));
     auto dialog = open({first, second});
-    const Marks marks = dialog->model().marks();
+    const Settings marks = dialog->model().marks();
     ASSERT_EQ(dialog->model().pageCount(), 2 * kLabelCount);
 
     largePdf(second, 10);
@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(Steps, InterruptedWorkTest, testing::Values("copy0", "j
 TEST_F(DocumentFaultTest, CancelEndsWorkOnManyPages) {
     auto dialog = open({fileWith(mHome.path(QStringLiteral("many.pdf")), pdfOfPages(kManyPages))});
     ASSERT_TRUE(turnUntil([&] { return mTemporaries.entries().isEmpty(); })) << "counted";
-    const Marks marks = dialog->model().marks();
+    const Settings marks = dialog->model().marks();
     pressPrint(*dialog, output());
     ASSERT_TRUE(turnUntil([&] { return !mTemporaries.entries().isEmpty(); }));
     turnFor(500);

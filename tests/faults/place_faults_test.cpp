@@ -55,7 +55,7 @@ protected:
     PrivateHome mHome;
     PrivateTemporaries mTemporaries;
     std::unique_ptr<PrintDialog> mDialog;
-    Marks mMarks;
+    Settings mMarks;
 };
 
 } // namespace

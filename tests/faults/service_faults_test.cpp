@@ -108,7 +108,7 @@ protected:
     PrivateTemporaries mTemporaries;
     HoldingProxy mProxy{mService.socketPath()};
     std::unique_ptr<PrintDialog> mDialog;
-    Marks mMarks;
+    Settings mMarks;
 };
 
 /// Something that happens to the queue or service between opening and printing.
@@ -457,7 +457,7 @@ TEST_P(SilentPpdTest, TheWindowSaysWhatItWaitsForAndKeepsThePrinterThatIsInForce
     QPushButton* again = offer(mDialog->printerMessages(), QStringLiteral("Try"));
     ASSERT_TRUE(again) << "the way out";
     click(*again);
-    EXPECT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == kOther; }));
+    EXPECT_TRUE(turnUntil([&] { return queueOf(mDialog->model()) == kOther; }));
     EXPECT_EQ(inForce(), "roll");
     EXPECT_THAT(messagesOf(*mDialog), testing::Not(HasSubstr("has not arrived")));
 }
@@ -477,7 +477,7 @@ TEST_P(SilentPpdTest, TheUserNeedNotWaitButCanGoBackOrElsewhere) {
     ask(kOther);
     ASSERT_TRUE(turnUntil([&] { return mProxy.silenced() > 1; }));
     ask(QStringLiteral("third"));
-    EXPECT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == u"third"; }, kSoon * 5));
+    EXPECT_TRUE(turnUntil([&] { return queueOf(mDialog->model()) == u"third"; }, kSoon * 5));
     EXPECT_EQ(inForce(), "third");
     EXPECT_TRUE(turnUntil([&] { return part<QPushButton>(*mDialog, "print")->isEnabled(); }));
 }
@@ -497,7 +497,7 @@ TEST_P(SilentPpdTest, AWindowThatOpensOnThatQueueNamesItOnceAndCanUseAnother) {
     expectTold("tape");
     EXPECT_EQ(mProxy.silenced(), 1);
     ask(kOther);
-    EXPECT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == kOther; }));
+    EXPECT_TRUE(turnUntil([&] { return queueOf(mDialog->model()) == kOther; }));
     EXPECT_TRUE(part<QPushButton>(*mDialog, "print")->isEnabled());
     EXPECT_EQ(messagesOf(*mDialog), "");
 }

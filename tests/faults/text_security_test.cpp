@@ -177,18 +177,18 @@ TEST_F(TextSecurityTest, CopiedCommandsAreReadByAShellAsTheyAreMeant) {
     for (const QString& name : names)
         files << folder + name;
     auto dialog = open(kTapePpd, files);
-    const QString command = dialog->model().labelcutCommand();
+    const QString command = labelcutCommand(dialog->model());
     EXPECT_EQ(wordsOf(command).mid(wordsOf(command).size() - files.size()), files);
     for (const QChar c : command)
         EXPECT_TRUE(c == u'\n' || !isActedOn(c)) << "a terminal would act on it when it is pasted";
 
     // Names that stand in front of nothing.
     dialog = open(kTapePpd, {QStringLiteral("-"), QStringLiteral("-n"), QStringLiteral("=ls")});
-    const QStringList last = wordsOf(dialog->model().labelcutCommand());
+    const QStringList last = wordsOf(labelcutCommand(dialog->model()));
     EXPECT_EQ(last.mid(last.size() - 4),
               (QStringList{QStringLiteral("--"), QStringLiteral("./-"), QStringLiteral("./-n"),
                            QStringLiteral("=ls")}));
-    EXPECT_TRUE(dialog->model().labelcutCommand().endsWith(QStringLiteral("'=ls'")));
+    EXPECT_TRUE(labelcutCommand(dialog->model()).endsWith(QStringLiteral("'=ls'")));
 }
 
 TEST_F(TextSecurityTest, ATitleIsOneLineAndShowsWhatItIs) {
@@ -203,7 +203,7 @@ TEST_F(TextSecurityTest, ATitleIsOneLineAndShowsWhatItIs) {
     for (const auto& [name, shown] : rows) {
         const QString document = fileWith(mHome.path(QString::fromUtf8(name)), contentOf(kLabels));
         auto dialog = open(kTapePpd, {document});
-        EXPECT_EQ(dialog->model().title().toStdString(), shown);
+        EXPECT_EQ(jobTitle(dialog->model().files()).toStdString(), shown);
         const Outcome outcome =
             run({QStringLiteral("print"), document, QStringLiteral("--ppd"), kTapePpd,
                  QStringLiteral("-o"), mHome.path(QStringLiteral("out.ps"))});

@@ -58,10 +58,13 @@ private:
     }
 
     void useIn(const QString& path, ppd::File file) {
-        JobModel model(mPlugins, mSystem);
-        PrinterChoice printer;
-        printer.ppdPath = path;
-        model.openPrinter(printer, std::move(file), path, {});
+        JobModel model;
+        FoundPrinter found;
+        found.ref = PpdFileRef{path};
+        found.ppd = std::move(file);
+        ppd::markDefaults(found.ppd.get());
+        model.adopt(
+            std::make_unique<OpenedPrinter>(std::move(found), Settings(), mPlugins, mSystem));
         for (const PanelSet::Entry& entry : model.panels()) {
             if (!entry.keys.isEmpty())
                 fail(path, QStringLiteral("a panel claims %1").arg(entry.keys.join(u' ')));

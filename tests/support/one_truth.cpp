@@ -16,6 +16,10 @@ namespace {
 
 const QString kPageSize = QStringLiteral("PageSize");
 
+QString valueOf(const Settings& marks, const QString& keyword) {
+    return choiceFor(marks, keyword).value_or(QString());
+}
+
 struct Tick {
     const char* control;
     const char* keyword;
@@ -33,24 +37,24 @@ constexpr Tick kTicks[] = {
     {"mRemoveBlkSpaceChkBx", "KvRemoveBlkSpace", false},
 };
 
-void comparePanel(PrintDialog& dialog, const Marks& marks) {
-    const bool special = marks.value(QStringLiteral("KvSpecialTape")) == u"ON";
+void comparePanel(PrintDialog& dialog, const Settings& marks) {
+    const bool special = valueOf(marks, QStringLiteral("KvSpecialTape")) == u"ON";
     for (const Tick& tick : kTicks) {
         const auto* box = dialog.findChild<QCheckBox*>(QLatin1String(tick.control));
         if (!box || box->isHidden() || (special && tick.excludedBySpecialTape))
             continue;
         EXPECT_EQ(box->checkState() == Qt::Checked,
-                  marks.value(QLatin1String(tick.keyword)) == u"ON")
+                  valueOf(marks, QLatin1String(tick.keyword)) == u"ON")
             << tick.control;
     }
     const auto* count = dialog.findChild<QLineEdit*>(QStringLiteral("mCutEveryTxBx"));
     if (count && !count->isHidden()) {
         EXPECT_EQ(count->text().toStdString(),
-                  marks.value(QStringLiteral("KvCutLabel")).toStdString());
+                  valueOf(marks, QStringLiteral("KvCutLabel")).toStdString());
     }
 }
 
-void compareFields(PrintDialog& dialog, const Marks& marks) {
+void compareFields(PrintDialog& dialog, const Settings& marks) {
     for (const QComboBox* box : dialog.findChildren<QComboBox*>()) {
         if (!box->objectName().startsWith(QStringLiteral("choices-")))
             continue;
@@ -59,7 +63,7 @@ void compareFields(PrintDialog& dialog, const Marks& marks) {
         if (editor && !editor->problem().isEmpty())
             continue;
         const QString keyword = box->objectName().mid(8);
-        const QString mark = marks.value(keyword);
+        const QString mark = valueOf(marks, keyword);
         const bool custom = mark.startsWith(QStringLiteral("Custom.")) || mark.startsWith(u'{');
         EXPECT_EQ(box->currentData().toString().toStdString(),
                   custom ? "Custom" : mark.toStdString())
@@ -68,31 +72,31 @@ void compareFields(PrintDialog& dialog, const Marks& marks) {
 }
 
 /// The keywords of the summary's entries, in its order.
-QStringList summedUp(const Marks& marks) {
+QStringList summedUp(const Settings& marks) {
     QStringList keys;
     for (const char* keyword : {"KvCutLabel", "KvAutoTapeCut", "KvCutAtEnd", "KvHalfCut",
                                 "KvSpecialTape", "KvChainPrint", "KvMirror", "KvRemoveBlkSpace"}) {
-        if (marks.contains(QLatin1String(keyword)))
+        if (choiceFor(marks, QLatin1String(keyword)))
             keys << QLatin1String(keyword);
     }
     if (keys.contains(QStringLiteral("KvCutLabel")))
         keys.removeOne(QStringLiteral("KvAutoTapeCut"));
-    const QString paper = marks.value(kPageSize);
+    const QString paper = valueOf(marks, kPageSize);
     if (paper.startsWith(QStringLiteral("DC")) || paper.startsWith(QStringLiteral("AV")))
         keys.removeOne(QStringLiteral("KvRemoveBlkSpace"));
     return keys;
 }
 
-void compareSummary(const JobModel& model, const Marks& marks) {
+void compareSummary(const JobModel& model, const Settings& marks) {
     const QStringList keys = summedUp(marks);
-    const std::vector<JobModel::SummaryEntry> entries = model.summary();
+    const std::vector<SummaryEntry> entries = panelSummary(model);
     ASSERT_EQ(entries.size(), static_cast<std::size_t>(keys.size()));
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const QString& key = keys[static_cast<qsizetype>(i)];
         const bool counts = key == u"KvCutLabel";
-        const bool on = marks.value(counts ? QStringLiteral("KvAutoTapeCut") : key) == u"ON";
+        const bool on = valueOf(marks, counts ? QStringLiteral("KvAutoTapeCut") : key) == u"ON";
         const QString yes =
-            counts ? marks.value(key) + QStringLiteral(" labels") : QStringLiteral("Yes");
+            counts ? valueOf(marks, key) + QStringLiteral(" labels") : QStringLiteral("Yes");
         EXPECT_EQ(entries[i].value.toStdString(), (on ? yes : QStringLiteral("No")).toStdString())
             << key.toStdString();
     }
@@ -104,7 +108,7 @@ void compareSummaryPage(PrintDialog& dialog) {
     for (const QLabel* label : part<QGroupBox>(dialog, "summary")->findChildren<QLabel*>())
         shown << label->text();
     QStringList expected;
-    for (const JobModel::SummaryGroup& group : dialog.model().wholeSummary()) {
+    for (const SummaryGroup& group : wholeSummary(dialog.model())) {
         expected << group.heading;
         for (const auto& [title, value] : group.lines)
             expected << title << value;
@@ -125,31 +129,31 @@ QStringList argumentsOf(const QStringList& words, const QString& option) {
 /// "keyword=choice" for each choice of the job.
 QStringList pairsOf(const JobModel& model) {
     QStringList pairs;
-    for (const OptionChoice& choice : model.jobChoices())
-        pairs << choice.key + u'=' + choice.choice;
+    for (const Setting& choice : model.jobSettings())
+        pairs << choice.keyword + u'=' + choice.choice;
     return pairs;
 }
 
-void compareJob(const JobModel& model, const Marks& marks) {
+void compareJob(const JobModel& model, const Settings& marks) {
     const QStringList pairs = pairsOf(model);
-    for (const OptionChoice& choice : model.jobChoices())
-        EXPECT_EQ(choice.choice.toStdString(), marks.value(choice.key).toStdString())
-            << choice.key.toStdString();
-    for (const QString& key : model.panelKeywords() + model.changedMarks().keys())
-        EXPECT_TRUE(pairs.contains(key + u'=' + marks.value(key))) << key.toStdString();
+    for (const Setting& choice : model.jobSettings())
+        EXPECT_EQ(choice.choice.toStdString(), valueOf(marks, choice.keyword).toStdString())
+            << choice.keyword.toStdString();
+    for (const QString& key : model.panelKeywords() + keywordsOf(model.changedMarks()))
+        EXPECT_TRUE(pairs.contains(key + u'=' + valueOf(marks, key))) << key.toStdString();
 }
 
 void compareCommands(PrintDialog& dialog) {
     const JobModel& model = dialog.model();
     const QStringList pairs = pairsOf(model);
     const QString command = part<QPlainTextEdit>(dialog, "commandLabelcut")->toPlainText();
-    EXPECT_EQ(command.toStdString(), model.labelcutCommand().toStdString());
+    EXPECT_EQ(command.toStdString(), labelcutCommand(model).toStdString());
     const QStringList words = shellWords(command);
     QStringList said = argumentsOf(words, QStringLiteral("--set"));
     for (const QString& paper : argumentsOf(words, QStringLiteral("--page-size")))
         said.prepend(kPageSize + u'=' + paper);
     EXPECT_EQ(said.join(u' ').toStdString(), pairs.join(u' ').toStdString());
-    if (model.printer().isQueue()) {
+    if (!queueOf(model).isEmpty()) {
         const QString lp = part<QPlainTextEdit>(dialog, "commandLp")->toPlainText();
         EXPECT_EQ(argumentsOf(shellWords(lp), QStringLiteral("-o")).join(u' ').toStdString(),
                   pairs.join(u' ').toStdString());
@@ -160,7 +164,7 @@ void compareCommands(PrintDialog& dialog) {
 
 void expectOneTruth(PrintDialog& dialog) {
     JobModel& model = dialog.model();
-    const Marks marks = model.marks();
+    const Settings marks = model.marks();
     comparePanel(dialog, marks);
     compareFields(dialog, marks);
     compareSummary(model, marks);
@@ -171,7 +175,7 @@ void expectOneTruth(PrintDialog& dialog) {
     }
     compareJob(model, marks);
     EXPECT_EQ(part<QLabel>(dialog, "sentence")->text().toStdString(),
-              model.sentence().toStdString());
+              jobSentence(model).toStdString());
     // What a panel still had to write would show now.
     model.save();
     EXPECT_EQ(model.marks(), marks);

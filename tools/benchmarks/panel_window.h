@@ -32,7 +32,7 @@ public:
     /// Lets everything that is waiting happen, painting included.
     static void settle();
 
-    /// Marks the last of the PPD's counts as another program would, and has the panel reread it.
+    /// Settings the last of the PPD's counts as another program would, and has the panel reread it.
     /// @return false when the printer has no counts.
     bool chooseLastCount();
 

@@ -47,11 +47,11 @@ QByteArray markedName(ppd_file_t* ppd, const char* keyword) {
     return choice ? QByteArray(choice->choice) : QByteArray();
 }
 
-using Marks = std::vector<const ppd_choice_t*>;
+using Settings = std::vector<const ppd_choice_t*>;
 
-Marks marksOf(ppd_file_t* ppd) {
+Settings marksOf(ppd_file_t* ppd) {
     const int count = cupsArrayCount(ppd->marked);
-    Marks marks;
+    Settings marks;
     marks.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         marks.push_back(static_cast<const ppd_choice_t*>(cupsArrayIndex(ppd->marked, i)));
@@ -268,14 +268,14 @@ private:
 
     void checkSaving() {
         save();
-        const Marks saved = marksOf(ppd());
+        const Settings saved = marksOf(ppd());
         save();
         require(marksOf(ppd()) == saved, "a second save changes nothing");
 
         mPanel.restoreValuesAndReturnError(nullptr);
         require(marksOf(ppd()) == saved && mHost->sent.empty(), "a restore marks nothing");
         save();
-        const Marks restored = marksOf(ppd());
+        const Settings restored = marksOf(ppd());
         mPanel.restoreValuesAndReturnError(nullptr);
         save();
         require(marksOf(ppd()) == restored, "a save after a restore changes nothing");
@@ -353,7 +353,7 @@ private:
     }
 
     void checkPpdCalls() {
-        const Marks before = marksOf(ppd());
+        const Settings before = marksOf(ppd());
         checkConflicts();
         require(marksOf(ppd()) == before, "looking for conflicts changes no mark");
         checkEmission();

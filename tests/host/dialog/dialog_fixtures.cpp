@@ -42,6 +42,18 @@ QString conflictingPpd(const PrivateHome& home) {
     return extendedPpd(home, constraints);
 }
 
+std::unique_ptr<OpenedPrinter> openedPpd(const QString& path, const Settings& wanted) {
+    Result<FoundPrinter> found = findPpdFile(path);
+    if (!found)
+        qFatal("%s", qPrintable(found.error().sentence));
+    return std::make_unique<OpenedPrinter>(std::move(*found), wanted, plugins(), hostSystem());
+}
+
+QString queueOf(const JobModel& model) {
+    const QString* queue = model.hasPrinter() ? queueName(model.printer()->ref()) : nullptr;
+    return queue ? *queue : QString();
+}
+
 CupsConnection noService() {
     return CupsConnection(*ServiceAddress::fromText(QStringLiteral("/nonexistent/cups.sock")));
 }
@@ -64,7 +76,7 @@ std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
     return dialog;
 }
 
-std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Marks& choices) {
+std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Settings& choices) {
     DialogRequest request;
     request.files = {kLabels};
     request.ppdPath = ppd;

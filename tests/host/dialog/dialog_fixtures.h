@@ -11,6 +11,7 @@
 
 #include <memory>
 
+#include "host/dialog/job_description.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/print_dialog.h"
 #include "tests/support/event_loop.h"
@@ -52,6 +53,12 @@ private:
     ExpectedWarning mComplaint{QStringLiteral("^This plugin does not support ")};
 };
 
+/// A printer known by its PPD, open with the plug-ins of the build tree.
+std::unique_ptr<OpenedPrinter> openedPpd(const QString& path, const Settings& wanted = {});
+
+/// The name of the model's queue; empty for a printer without one.
+QString queueOf(const JobModel& model);
+
 /// A way to no print service.
 CupsConnection noService();
 
@@ -62,7 +69,7 @@ void lookAtEveryPage(PrintDialog& dialog);
 std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
                                         const CupsConnection& service = noService());
 /// The same for a PPD given by hand.
-std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Marks& choices = {});
+std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Settings& choices = {});
 /// Waits until what was scheduled is done.
 void settle();
 

@@ -130,9 +130,9 @@ void takePrintersByPpd(Camera& camera, const PrivateHome& home) {
         *openDialog(conflictingPpd(home), {{QStringLiteral("Density"), QStringLiteral("Dark")},
                                            {QStringLiteral("Quality"), QStringLiteral("Best")}}),
         QStringLiteral("conflict"));
-    Marks unknown;
+    Settings unknown;
     for (int i = 0; i < 7; ++i)
-        unknown.insert(QStringLiteral("Unknown%1").arg(i), QStringLiteral("ON"));
+        unknown.push_back({QStringLiteral("Unknown%1").arg(i), QStringLiteral("ON")});
     camera.take(*openDialog(kTapePpd, unknown), QStringLiteral("told"));
 
     const auto paper = openDialog(kTapePpd);

@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include "host/dialog/job_description.h"
 #include "host/dialog/job_model.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 
@@ -26,17 +27,19 @@ const QString kOff = QStringLiteral("OFF");
 
 class JobModelTest : public testing::Test {
 protected:
-    JobModelTest()
-        : mModel(plugins(), hostSystem()) {
+    JobModelTest() {
         QObject::connect(&mModel, &JobModel::told, [this](const QString& sentence) {
             mTold.push_back(sentence.toStdString());
         });
         QObject::connect(&mModel, &JobModel::changed, [this] { ++mChanges; });
     }
-    void open(const QString& path, const Marks& wanted = {}) {
-        PrinterChoice printer;
-        printer.ppdPath = path;
-        mModel.openPrinter(printer, ppd::openFile(path, nullptr), path, wanted);
+    void open(const QString& path, const Settings& wanted = {}) {
+        mModel.adopt(openedPpd(path, wanted));
+    }
+    /// The user has acted in the panel, and the event loop is back.
+    void act() {
+        mModel.noteAct(*mModel.panels().front().callback);
+        mModel.followActs();
     }
     /// The way the window does it: the panel's view enters it.
     QWidget& showPanel() {
@@ -49,7 +52,7 @@ protected:
         return mModel.choice(key).value_or(QStringLiteral("(none)")).toStdString();
     }
     std::string valueOf(const char* title) const {
-        for (const JobModel::SummaryEntry& entry : mModel.summary()) {
+        for (const SummaryEntry& entry : panelSummary(mModel)) {
             if (entry.title == QLatin1String(title))
                 return entry.value.toStdString();
         }
@@ -67,10 +70,10 @@ protected:
 TEST_F(JobModelTest, WithoutAPrinterEverythingIsEmptyAndNothingFails) {
     EXPECT_FALSE(mModel.hasPrinter());
     EXPECT_EQ(mModel.ppd(), nullptr);
-    EXPECT_TRUE(mModel.marks().isEmpty());
+    EXPECT_TRUE(mModel.marks().empty());
     EXPECT_TRUE(mModel.panels().empty());
-    EXPECT_TRUE(mModel.summary().empty());
-    EXPECT_TRUE(mModel.jobChoices().empty());
+    EXPECT_TRUE(panelSummary(mModel).empty());
+    EXPECT_TRUE(mModel.jobSettings().empty());
     EXPECT_TRUE(mModel.conflicts().empty());
     EXPECT_FALSE(mModel.proposedFix());
     EXPECT_TRUE(mModel.conflictSentence().isEmpty());
@@ -80,10 +83,10 @@ TEST_F(JobModelTest, WithoutAPrinterEverythingIsEmptyAndNothingFails) {
     mModel.resetToDefaults();
     mModel.applyFix();
     mModel.save();
-    mModel.panelWasUsed();
+    mModel.followActs();
     mModel.close(false);
     EXPECT_FALSE(mModel.shouldPrint());
-    EXPECT_TRUE(mModel.sentence().isEmpty());
+    EXPECT_TRUE(jobSentence(mModel).isEmpty());
 }
 
 TEST_F(JobModelTest, OpeningMarksTheDefaultsAndWhatIsWanted) {
@@ -92,7 +95,8 @@ TEST_F(JobModelTest, OpeningMarksTheDefaultsAndWhatIsWanted) {
     EXPECT_EQ(choice(kQuality), "Best");
     EXPECT_EQ(choice(kAutoCut), "ON");
     EXPECT_EQ(mModel.defaultChoice(kHalfCut), kOff);
-    EXPECT_EQ(mModel.changedMarks(), (Marks{{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}}));
+    EXPECT_EQ(mModel.changedMarks(),
+              (Settings{{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}}));
     EXPECT_THAT(mTold, IsEmpty());
     EXPECT_FALSE(mModel.canUndo());
 }
@@ -100,7 +104,7 @@ TEST_F(JobModelTest, OpeningMarksTheDefaultsAndWhatIsWanted) {
 TEST_F(JobModelTest, WhatThePrinterLacksIsTold) {
     open(kTapePpd, {{QStringLiteral("Nonsense"), kOn}, {kHalfCut, QStringLiteral("MAYBE")}});
     EXPECT_EQ(choice(kHalfCut), "OFF");
-    EXPECT_THAT(mTold, ElementsAre(HasSubstr("MAYBE"), HasSubstr("Nonsense")));
+    EXPECT_THAT(mTold, ElementsAre(HasSubstr("Nonsense"), HasSubstr("MAYBE")));
 }
 
 TEST_F(JobModelTest, ShowingAPanelKeepsWhatWasWanted) {
@@ -127,9 +131,9 @@ TEST_F(JobModelTest, MirrorIsKeptByThePanelsOwnActs) {
     open(kTapePpd);
     QWidget& view = showPanel();
     part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
-    mModel.panelWasUsed(mModel.panels().front().panel);
+    act();
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed(mModel.panels().front().panel);
+    act();
     EXPECT_EQ(choice(kMirror), "ON");
     EXPECT_EQ(choice(kHalfCut), "ON");
     EXPECT_THAT(mTold, IsEmpty());
@@ -138,9 +142,9 @@ TEST_F(JobModelTest, MirrorIsKeptByThePanelsOwnActs) {
 TEST_F(JobModelTest, APanelsActCanBeUndone) {
     open(kTapePpd);
     QWidget& view = showPanel();
-    const Marks before = mModel.marks();
+    const Settings before = mModel.marks();
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed(mModel.panels().front().panel);
+    act();
     ASSERT_TRUE(mModel.canUndo());
     mModel.undo();
     EXPECT_EQ(mModel.marks(), before);
@@ -152,7 +156,7 @@ TEST_F(JobModelTest, SpecialTapeIsWrittenWithWhatItExcludes) {
     open(kTapePpd);
     QWidget& view = showPanel();
     part<QCheckBox>(view, "mSpecialTapeChkBx")->click();
-    mModel.panelWasUsed(mModel.panels().front().panel);
+    act();
     EXPECT_EQ(choice(kSpecialTape), "ON");
     EXPECT_EQ(choice(kAutoCut), "OFF");
     EXPECT_TRUE(part<QCheckBox>(view, "mAutoCutChkBx")->isChecked()) << "the tick is kept";
@@ -215,7 +219,8 @@ TEST_F(JobModelTest, OptionsOfGroupsWithinGroupsAreChoicesLikeAnyOther) {
                             "*CloseSubGroup: Inner\n"
                             "*CloseGroup: Outer\n"));
     EXPECT_EQ(choice(QStringLiteral("Cover")), "Red");
-    EXPECT_EQ(mModel.marks().value(QStringLiteral("Cover")).toStdString(), "Red");
+    EXPECT_EQ(choiceFor(mModel.marks(), QStringLiteral("Cover")).value_or(QString()).toStdString(),
+              "Red");
 }
 
 TEST_F(JobModelTest, WhatAPanelMakesOfTheDefaultsIsTold) {
@@ -246,7 +251,7 @@ TEST_F(JobModelTest, SeveralChoicesAreOneStep) {
     EXPECT_TRUE(lacking.front().contains(QStringLiteral("Nonsense")));
     EXPECT_TRUE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
     mModel.undo();
-    EXPECT_TRUE(mModel.changedMarks().isEmpty());
+    EXPECT_TRUE(mModel.changedMarks().empty());
     EXPECT_FALSE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
 }
 
@@ -261,7 +266,7 @@ TEST_F(JobModelTest, ResettingGoesBackToThePrintersDefaultsAndCanBeUndone) {
     open(kTapePpd, {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}});
     showPanel();
     mModel.resetToDefaults();
-    EXPECT_TRUE(mModel.changedMarks().isEmpty());
+    EXPECT_TRUE(mModel.changedMarks().empty());
     mModel.undo();
     EXPECT_EQ(choice(kHalfCut), "ON");
     EXPECT_EQ(choice(kQuality), "Best");
@@ -287,10 +292,10 @@ TEST_F(JobModelTest, ACustomPaperIsAChoiceLikeAnyOther) {
     showPanel();
     EXPECT_TRUE(mModel.choose(kPageSize, QStringLiteral("Custom.60x300")));
     EXPECT_EQ(choice(kPageSize), "Custom.60x300");
-    EXPECT_TRUE(mModel.labelcutCommand().contains(QStringLiteral("--page-size Custom.60x300")));
+    EXPECT_TRUE(labelcutCommand(mModel).contains(QStringLiteral("--page-size Custom.60x300")));
     const QLocale before;
     QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
-    EXPECT_THAT(mModel.sentence().toStdString(), HasSubstr("Labels on 21 mm × 106 mm, "));
+    EXPECT_THAT(jobSentence(mModel).toStdString(), HasSubstr("Labels on 21 mm × 106 mm, "));
     QLocale::setDefault(before);
     mModel.undo();
     EXPECT_EQ(choice(kPageSize), "T24");
@@ -318,7 +323,7 @@ TEST_F(JobModelTest, AnActInAPanelIsTheLatestChoiceToo) {
     QWidget& view = showPanel();
     mModel.choose(kQuality, QStringLiteral("Draft"));
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
-    mModel.panelWasUsed(mModel.panels().front().panel);
+    act();
     ASSERT_FALSE(mModel.conflicts().empty());
     mModel.applyFix();
     EXPECT_TRUE(mModel.conflicts().empty());
@@ -354,18 +359,18 @@ TEST_F(JobModelTest, LabelsAreCountedByPagesRangeAndCopies) {
     EXPECT_EQ(mModel.labelCount(), 0);
     mModel.setFiles({kLabels, kLabels});
     EXPECT_EQ(mModel.pageCount(), 0) << "counted anew";
-    EXPECT_EQ(mModel.title().toStdString(), "labels.pdf and 1 more");
+    EXPECT_EQ(jobTitle(mModel.files()).toStdString(), "labels.pdf and 1 more");
 }
 
 TEST_F(JobModelTest, TheSentenceSaysWhatWillHappen) {
     open(kTapePpd, {{kHalfCut, kOn}});
     showPanel();
     mModel.setFiles({kLabels});
-    EXPECT_EQ(mModel.sentence().toStdString(), "Labels on 24 mm tape, auto cut, half cut");
+    EXPECT_EQ(jobSentence(mModel).toStdString(), "Labels on 24 mm tape, auto cut, half cut");
     mModel.setPageCount(1);
-    EXPECT_EQ(mModel.sentence().toStdString(), "1 label on 24 mm tape, auto cut, half cut");
+    EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, auto cut, half cut");
     mModel.chooseAll({{kHalfCut, kOff}, {kAutoCut, kOff}});
-    EXPECT_EQ(mModel.sentence().toStdString(), "1 label on 24 mm tape, no cut options");
+    EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, no cut options");
 }
 
 TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) {
@@ -373,22 +378,22 @@ TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) 
     showPanel();
     mModel.setCopies(3);
     mModel.setPages({2, 5});
-    const std::vector<JobModel::SummaryGroup> groups = mModel.wholeSummary();
+    const std::vector<SummaryGroup> groups = wholeSummary(mModel);
     ASSERT_EQ(groups.size(), 3U);
-    const auto text = [](const JobModel::SummaryGroup& group) {
+    const auto text = [](const SummaryGroup& group) {
         QStringList lines{group.heading};
         for (const auto& [title, value] : group.lines)
             lines << title + u'=' + value;
         return lines.join(u'\n').toStdString();
     };
-    EXPECT_EQ(text(groups[0]),
-              "Job\nPrinter=\nPaper=24 mm tape (24 mm × 50 mm)\nLabels=2-5\nCopies=3");
+    EXPECT_EQ(text(groups[0]), "Job\nPrinter=Labelcut Tape Sample, 1.0\nPaper=24 mm tape (24 mm × "
+                               "50 mm)\nLabels=2-5\nCopies=3");
     EXPECT_THAT(text(groups[1]), HasSubstr("Half cut=Yes"));
     EXPECT_EQ(text(groups[2]), "Printer Features\nQuality=Best");
     mModel.choose(kQuality, QStringLiteral("Normal"));
     mModel.setPages({});
-    EXPECT_EQ(mModel.wholeSummary().size(), 2U) << "nothing else differs from the defaults";
-    EXPECT_THAT(text(mModel.wholeSummary()[0]), HasSubstr("Labels=All"));
+    EXPECT_EQ(wholeSummary(mModel).size(), 2U) << "nothing else differs from the defaults";
+    EXPECT_THAT(text(wholeSummary(mModel)[0]), HasSubstr("Labels=All"));
 }
 
 TEST_F(JobModelTest, UndoTakesBackCopiesAndPagesToo) {
@@ -450,12 +455,12 @@ TEST_F(JobModelTest, TheCommandsSayTheSameAsTheJob) {
     mModel.setFiles({QStringLiteral("/tmp/it's a label.pdf")});
     mModel.setCopies(2);
     mModel.setPages({2, 5});
-    EXPECT_EQ(mModel.labelcutCommand().toStdString(),
+    EXPECT_EQ(labelcutCommand(mModel).toStdString(),
               "labelcut print --ppd " + kRollPpd.toStdString() +
                   " --page-size W62x29 --set KvCutLabel=5 --set KvCutAtEnd=OFF --set KvMirror=OFF"
                   " --set KvAutoTapeCut=ON --set KvRemoveBlkSpace=OFF --copies 2 --pages 2-5"
                   " -o labels.ps -- '/tmp/it'\\''s a label.pdf'");
-    EXPECT_TRUE(mModel.lpCommand().isEmpty()) << "no queue";
+    EXPECT_TRUE(lpCommand(mModel).isEmpty()) << "no queue";
 }
 
 TEST_F(JobModelTest, ADefaultThatTakesBackWhatWasSavedIsSaidToCommands) {
@@ -463,7 +468,7 @@ TEST_F(JobModelTest, ADefaultThatTakesBackWhatWasSavedIsSaidToCommands) {
     open(kTapePpd, {{kQuality, QStringLiteral("Best")}});
     showPanel();
     mModel.choose(kQuality, QStringLiteral("Normal"));
-    EXPECT_THAT(mModel.labelcutCommand().toStdString(), HasSubstr("--set Quality=Normal"));
+    EXPECT_THAT(labelcutCommand(mModel).toStdString(), HasSubstr("--set Quality=Normal"));
 }
 
 TEST_F(JobModelTest, APrintersChangeForgetsTheStepsOfTheOneBefore) {

@@ -67,11 +67,8 @@ constexpr char kAskingOptions[] = R"ppd(
 class AskingEditor {
 public:
     explicit AskingEditor(const char* keyword)
-        : mModel(plugins(), hostSystem())
-        , mKeyword(QLatin1String(keyword)) {
-        PrinterChoice printer;
-        printer.ppdPath = extendedPpd(mHome, kAskingOptions);
-        mModel.openPrinter(printer, ppd::openFile(printer.ppdPath, nullptr), printer.ppdPath, {});
+        : mKeyword(QLatin1String(keyword)) {
+        mModel.adopt(openedPpd(extendedPpd(mHome, kAskingOptions)));
         lookAnew();
     }
     /// Makes the fields anew, as another page's would be.
@@ -155,10 +152,8 @@ TEST(LengthTest, WhatIsShownIsReadBack) {
 TEST(OptionEditorTest, EveryBoundOfACustomValueCanBeChosen) {
     for (const char* country : {"de_DE", "en_US"}) {
         const Country here(country);
-        JobModel model(plugins(), hostSystem());
-        PrinterChoice printer;
-        printer.ppdPath = kTapePpd;
-        model.openPrinter(printer, ppd::openFile(kTapePpd, nullptr), kTapePpd, {});
+        JobModel model;
+        model.adopt(openedPpd(kTapePpd));
         OptionEditor editor(model, QStringLiteral("PageSize"));
         editor.choices()->setCurrentIndex(editor.choices()->findData(QStringLiteral("Custom")));
         Q_EMIT editor.choices()->activated(editor.choices()->currentIndex());

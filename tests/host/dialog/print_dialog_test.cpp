@@ -35,7 +35,7 @@ const QString kOn = QStringLiteral("ON");
 
 class PrintDialogTest : public testing::Test {
 protected:
-    void open(const QString& ppd = kTapePpd, const Marks& choices = {}) {
+    void open(const QString& ppd = kTapePpd, const Settings& choices = {}) {
         mDialog.reset();
         mDialog = openDialog(ppd, choices);
     }
@@ -194,7 +194,7 @@ TEST_F(PrintDialogTest, AFeatureIsChosenAndSetBack) {
 TEST_F(PrintDialogTest, EverythingIsSetBackAtOnceAndTakenBack) {
     open(kTapePpd, {{kQuality, QStringLiteral("Best")}, {QStringLiteral("KvHalfCut"), kOn}});
     press("reset");
-    EXPECT_TRUE(model().changedMarks().isEmpty());
+    EXPECT_TRUE(model().changedMarks().empty());
     expectOneTruth(*mDialog);
     QTest::keySequence(mDialog.get(), QKeySequence::Undo);
     settle();
@@ -360,7 +360,7 @@ TEST_F(PrintDialogTest, ADismissedConflictComesBackWhenPrintIsPressed) {
 TEST_F(PrintDialogTest, TheWheelChangesNothingWithoutFocus) {
     for (const QString& ppd : {kTapePpd, kRollPpd}) {
         open(ppd);
-        const Marks marks = model().marks();
+        const Settings marks = model().marks();
         for (int tab = 0; tab < mDialog->tabs().count(); ++tab) {
             openTab(*mDialog, tab);
             control<QPushButton>("cancel").setFocus();
@@ -493,7 +493,7 @@ TEST_F(PrintDialogTest, TheCommandIsCopied) {
     QApplication::clipboard()->clear();
     press("copyLabelcut");
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
-              model().labelcutCommand().toStdString());
+              labelcutCommand(model()).toStdString());
     EXPECT_FALSE(control<QPushButton>("copyLp").isVisible()) << "no queue, no lp";
 }
 
@@ -552,7 +552,7 @@ TEST_F(PrintDialogTest, APresetFileThatFailsWhileTheWindowIsOpenIsToldAndChanges
     click(control<QCheckBox>("mHalfCutChkBx"));
     savePreset(QStringLiteral("Mine"));
     const QString path = PresetStore().filePath(PrinterIdentity::forPpd(model().ppd()));
-    const Marks marks = model().marks();
+    const Settings marks = model().marks();
     overwrite(path, "{ broken");
     auto& list = control<QComboBox>("presets");
     choose(list, 0);
@@ -623,7 +623,7 @@ TEST_F(PrintDialogTest, APrinterWithoutOptionsOfItsOwnSaysSo) {
 
 TEST_F(PrintDialogTest, APpdThatCannotBeReadLeavesThePrinterInForce) {
     open();
-    const Marks marks = model().marks();
+    const Settings marks = model().marks();
     QFile broken(mHome.path(QStringLiteral("broken.ppd")));
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("this is no PPD\n");

@@ -156,7 +156,7 @@ TEST_F(IntoFileTest, TheFileIsWhatTheShownCommandMakes) {
 TEST_F(IntoFileTest, AFileThatCannotBeWrittenKeepsDialogAndChoices) {
     mDialog = openDialog(kTapePpd);
     makeChoices();
-    const Marks marks = mDialog->model().marks();
+    const Settings marks = mDialog->model().marks();
     click(control<QPushButton>("print"));
     auto* chooser = mDialog->findChild<QFileDialog*>();
     ASSERT_TRUE(chooser);
@@ -240,7 +240,7 @@ TEST_F(OnServiceTest, LabelsThatTheDocumentHasNotAreToldAndNoJobIsMade) {
 TEST_F(OnServiceTest, AJobThatSomebodyElseRemovesIsToldAndTheChoicesStay) {
     open();
     makeChoices();
-    const Marks marks = mDialog->model().marks();
+    const Settings marks = mDialog->model().marks();
     ASSERT_TRUE(sService->pause(kQueue));
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntilSays("waits for its turn"));
@@ -261,7 +261,7 @@ TEST_F(OnServiceTest, AJobThatTheServiceGivesUpIsToldWithItsReasonAndTheChoicesS
     own.breakPrinter("The tape is jammed.");
     open(own);
     makeChoices();
-    const Marks marks = mDialog->model().marks();
+    const Settings marks = mDialog->model().marks();
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("gave up job 1 (The tape is jammed.)")));
@@ -321,7 +321,7 @@ TEST_F(OnServiceTest, AJobThatWasSentCanBeLeftAlone) {
 TEST_F(OnServiceTest, AChoiceThatVanishedFromThePpdIsTold) {
     open();
     makeChoices();
-    const Marks marks = mDialog->model().marks();
+    const Settings marks = mDialog->model().marks();
     QByteArray text = contentOf(kTapePpd);
     text.replace("Density Dark/", "Density Darker/");
     QFile changed(mHome.path(QStringLiteral("changed.ppd")));
@@ -340,7 +340,7 @@ TEST_F(OnServiceTest, AChoiceThatVanishedFromThePpdIsTold) {
 TEST_F(OnServiceTest, ARejectingQueueKeepsDialogAndChoices) {
     open();
     makeChoices();
-    const Marks marks = mDialog->model().marks();
+    const Settings marks = mDialog->model().marks();
     ASSERT_TRUE(sService->reject(kQueue));
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
@@ -388,7 +388,7 @@ TEST_F(OnServiceTest, TheLastPrinterIsRemembered) {
     request.files = {kLabels};
     mDialog = openDialog(request, service());
     ASSERT_TRUE(turnUntil([&] { return mDialog->model().hasPrinter(); }));
-    EXPECT_EQ(mDialog->model().printer().queue, kQueue);
+    EXPECT_EQ(queueOf(mDialog->model()), kQueue);
 }
 
 TEST_F(OnServiceTest, WhileAnotherQueuesPpdIsOnItsWayPrintIsOff) {
@@ -399,7 +399,7 @@ TEST_F(OnServiceTest, WhileAnotherQueuesPpdIsOnItsWayPrintIsOff) {
     printers.setCurrentIndex(printers.findText(QStringLiteral("roll")));
     Q_EMIT printers.activated(printers.currentIndex());
     EXPECT_FALSE(control<QPushButton>("print").isEnabled());
-    ASSERT_TRUE(turnUntil([&] { return mDialog->model().printer().queue == u"roll"; }));
+    ASSERT_TRUE(turnUntil([&] { return queueOf(mDialog->model()) == u"roll"; }));
     settle();
     EXPECT_TRUE(control<QPushButton>("print").isEnabled());
     EXPECT_EQ(printers.currentText().toStdString(), "roll");

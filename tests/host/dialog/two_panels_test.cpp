@@ -69,7 +69,7 @@ TEST_F(TwoPanelsTest, BothHaveAPageAndTheirEntriesInTheSummary) {
     EXPECT_FALSE(mDialog->findChild<QComboBox*>(QStringLiteral("choices-PrintQuality")))
         << "claimed, so not offered twice";
     std::vector<std::string> titles;
-    for (const JobModel::SummaryEntry& entry : mDialog->model().summary())
+    for (const SummaryEntry& entry : panelSummary(mDialog->model()))
         titles.push_back(entry.title.toStdString());
     EXPECT_THAT(titles,
                 testing::ElementsAre("Auto cut", "Half cut", "Special tape", "Chain printing",

@@ -76,9 +76,9 @@ TEST_F(ExamplePanel, HearsOfTheOthersChangeAndNotOfItsOwn) {
 
     child<QPushButton>(*example, "proof").click();
     EXPECT_EQ(host->takeChanges(),
-              (std::vector<OptionChoice>{{QStringLiteral("KvMirror"), QStringLiteral("ON")},
-                                         {QStringLiteral("PrintQuality"), QStringLiteral("Draft")},
-                                         {QStringLiteral("KvMirror"), QStringLiteral("OFF")}}));
+              (Settings{{QStringLiteral("KvMirror"), QStringLiteral("ON")},
+                        {QStringLiteral("PrintQuality"), QStringLiteral("Draft")},
+                        {QStringLiteral("KvMirror"), QStringLiteral("OFF")}}));
     EXPECT_EQ(news().size(), 1) << "nothing of its own came back";
     EXPECT_FALSE(child<QLabel>(*example, "mirrorNote").isVisibleTo(example->panelView()));
     EXPECT_EQ(child<QComboBox>(*example, "quality").currentText(), QStringLiteral("Quick"));

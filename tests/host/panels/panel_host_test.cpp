@@ -15,8 +15,8 @@ const QString kOff = QStringLiteral("OFF");
 /// A panel that writes down what it hears, and may answer it.
 class Listener : public PDEPanel {
 public:
-    std::vector<OptionChoice> heard;
-    std::function<void(const OptionChoice&)> onHeard;
+    Settings heard;
+    std::function<void(const Setting&)> onHeard;
 
     QWidget* panelView() override { return nullptr; }
     QString panelName() override { return {}; }
@@ -36,7 +36,7 @@ public:
     bool restoreValuesAndReturnError(QString*) override { return true; }
     std::optional<QVariantMap> summaryInfo() override { return std::nullopt; }
 
-    std::vector<OptionChoice> take() { return std::exchange(heard, {}); }
+    Settings take() { return std::exchange(heard, {}); }
 };
 
 /// A host with three panels: two of one plug-in, one of another.
@@ -93,26 +93,26 @@ TEST_F(Host, MarksWhatAPanelChoosesAndTellsTheOtherPluginsPanelsOnly) {
     EXPECT_EQ(host->marked(kMirror), kOn);
     EXPECT_TRUE(first.heard.empty()) << "the panels of the plug-in that wrote hear nothing";
     EXPECT_TRUE(second.heard.empty());
-    EXPECT_EQ(third.take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+    EXPECT_EQ(third.take(), (Settings{{kMirror, kOn}}));
 
     other->willChangePPDOptionKeyValue(kMirror, kOff);
     EXPECT_EQ(host->marked(kMirror), kOff);
-    EXPECT_EQ(first.take(), (std::vector<OptionChoice>{{kMirror, kOff}}));
-    EXPECT_EQ(second.take(), (std::vector<OptionChoice>{{kMirror, kOff}}));
+    EXPECT_EQ(first.take(), (Settings{{kMirror, kOff}}));
+    EXPECT_EQ(second.take(), (Settings{{kMirror, kOff}}));
     EXPECT_TRUE(third.heard.empty());
 }
 
 TEST_F(Host, MarksBeforeItTells) {
     std::optional<QString> markedMeanwhile;
-    third.onHeard = [&](const OptionChoice& change) { markedMeanwhile = host->marked(change.key); };
+    third.onHeard = [&](const Setting& change) { markedMeanwhile = host->marked(change.keyword); };
     one->willChangePPDOptionKeyValue(kMirror, kOn);
     EXPECT_EQ(markedMeanwhile, kOn);
 }
 
 TEST_F(Host, IgnoresPairsThatThePpdLacksAndTellsNobody) {
     int changes = 0;
-    host->onChange([&](const OptionChoice&) { ++changes; });
-    const OptionChoice lacking[] = {
+    host->onChange([&](const PDEPluginCallback&, const Setting&) { ++changes; });
+    const Setting lacking[] = {
         {QStringLiteral("KvCutLabel"), QStringLiteral("1")},
         {kMirror, QStringLiteral("MAYBE")},
         {QString(), kOn},
@@ -121,17 +121,16 @@ TEST_F(Host, IgnoresPairsThatThePpdLacksAndTellsNobody) {
         {kMirror, QString(100'000, u'O')},
         {QStringLiteral("KvÉ"), kOn},
     };
-    for (const OptionChoice& pair : lacking) {
-        one->willChangePPDOptionKeyValue(pair.key, pair.choice);
-        EXPECT_FALSE(host->mark(pair.key, pair.choice));
-        EXPECT_FALSE(host->changeFromOutside(pair.key, pair.choice));
+    for (const Setting& pair : lacking) {
+        one->willChangePPDOptionKeyValue(pair.keyword, pair.choice);
+        EXPECT_FALSE(host->mark(pair.keyword, pair.choice));
+        EXPECT_FALSE(host->changeFromOutside(pair.keyword, pair.choice));
     }
     EXPECT_EQ(host->marked(kMirror), kOff);
     EXPECT_EQ(changes, 0);
     for (const Listener* panel : {&first, &second, &third})
         EXPECT_TRUE(panel->heard.empty());
-    EXPECT_EQ(host->takeChanges(),
-              std::vector<OptionChoice>(std::begin(lacking), std::end(lacking)))
+    EXPECT_EQ(host->takeChanges(), Settings(std::begin(lacking), std::end(lacking)))
         << "what was sent is kept as it was sent";
 }
 
@@ -139,7 +138,7 @@ TEST_F(Host, TellsEveryPanelOfAChangeFromOutside) {
     EXPECT_TRUE(host->changeFromOutside(kMirror, kOn));
     EXPECT_EQ(host->marked(kMirror), kOn);
     for (Listener* panel : {&first, &second, &third})
-        EXPECT_EQ(panel->take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+        EXPECT_EQ(panel->take(), (Settings{{kMirror, kOn}}));
     EXPECT_TRUE(host->takeChanges().empty()) << "no panel sent it";
 }
 
@@ -158,28 +157,27 @@ TEST_F(Host, KeepsWhatPanelsSentUntilItIsTaken) {
     one->willChangePPDOptionKeyValue(kMirror, kOn);
     other->willChangePPDOptionKeyValue(kHalfCut, kOn);
     one->willChangePPDOptionKeyValue(kMirror, kOn);
-    EXPECT_EQ(host->takeChanges(),
-              (std::vector<OptionChoice>{{kMirror, kOn}, {kHalfCut, kOn}, {kMirror, kOn}}));
+    EXPECT_EQ(host->takeChanges(), (Settings{{kMirror, kOn}, {kHalfCut, kOn}, {kMirror, kOn}}));
     EXPECT_TRUE(host->takeChanges().empty());
 }
 
 TEST_F(Host, DoesNotKeepADayOfChoicesThatNobodyTakes) {
     for (std::size_t i = 0; i < 3 * PanelHost::kMostChanges + 5; ++i)
         one->willChangePPDOptionKeyValue(kMirror, i % 2 == 0 ? kOn : kOff);
-    const std::vector<OptionChoice> kept = host->takeChanges();
+    const Settings kept = host->takeChanges();
     EXPECT_EQ(kept.size(), 5U);
-    EXPECT_EQ(kept.back(), (OptionChoice{kMirror, kOn}));
+    EXPECT_EQ(kept.back(), (Setting{kMirror, kOn}));
 }
 
 TEST_F(Host, TellsItsListenerAfterThePanels) {
-    std::vector<OptionChoice> changes;
+    Settings changes;
     bool panelsKnew = false;
-    host->onChange([&](const OptionChoice& change) {
+    host->onChange([&](const PDEPluginCallback&, const Setting& change) {
         changes.push_back(change);
         panelsKnew = !third.heard.empty();
     });
     one->willChangePPDOptionKeyValue(kMirror, kOn);
-    EXPECT_EQ(changes, (std::vector<OptionChoice>{{kMirror, kOn}}));
+    EXPECT_EQ(changes, (Settings{{kMirror, kOn}}));
     EXPECT_TRUE(panelsKnew);
     host->changeFromOutside(kMirror, kOff);
     EXPECT_EQ(changes.size(), 1U) << "only panels' changes";
@@ -199,21 +197,21 @@ TEST_F(Host, CountsResizesAndTellsTheirListener) {
 }
 
 TEST_F(Host, LetsAPanelAnswerAChangeWithAnother) {
-    third.onHeard = [&](const OptionChoice& change) {
-        if (change.key == kMirror)
+    third.onHeard = [&](const Setting& change) {
+        if (change.keyword == kMirror)
             other->willChangePPDOptionKeyValue(kHalfCut, kOn);
     };
     one->willChangePPDOptionKeyValue(kMirror, kOn);
     EXPECT_EQ(host->marked(kHalfCut), kOn);
-    EXPECT_EQ(first.take(), (std::vector<OptionChoice>{{kHalfCut, kOn}}));
-    EXPECT_EQ(third.take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+    EXPECT_EQ(first.take(), (Settings{{kHalfCut, kOn}}));
+    EXPECT_EQ(third.take(), (Settings{{kMirror, kOn}}));
 }
 
 /// A panel that never lets `key` be anything but `wanted`.
 void insist(Listener& panel, const std::shared_ptr<PDEPluginCallback>& callback, const QString& key,
             const QString& wanted) {
-    panel.onHeard = [callback, key, wanted](const OptionChoice& change) {
-        if (change.key == key && change.choice != wanted)
+    panel.onHeard = [callback, key, wanted](const Setting& change) {
+        if (change.keyword == key && change.choice != wanted)
             callback->willChangePPDOptionKeyValue(key, wanted);
     };
 }
@@ -234,7 +232,7 @@ TEST_F(Host, EndsAQuarrelOfTwoPanelsAndTellsIt) {
         << "both hear of the change, and one panel of each notice after it";
     // The next change is told as ever, and its quarrel too.
     host->changeFromOutside(kMirror, kOn);
-    EXPECT_EQ(third.take(), (std::vector<OptionChoice>{{kMirror, kOn}}));
+    EXPECT_EQ(third.take(), (Settings{{kMirror, kOn}}));
     EXPECT_EQ(told.size(), 1U);
     host->changeFromOutside(kHalfCut, kOff);
     EXPECT_EQ(told.size(), 2U);
@@ -244,8 +242,8 @@ TEST_F(Host, TellsOfTheKeywordThatIsDisputedRatherThanOfTheFirst) {
     QString told;
     host->onTrouble([&](const QString& sentence) { told += sentence; });
     insist(first, one, kHalfCut, kOff);
-    third.onHeard = [&](const OptionChoice& change) {
-        if (change.choice != kOn || change.key == kMirror)
+    third.onHeard = [&](const Setting& change) {
+        if (change.choice != kOn || change.keyword == kMirror)
             other->willChangePPDOptionKeyValue(kHalfCut, kOn);
     };
     one->willChangePPDOptionKeyValue(kMirror, kOn);

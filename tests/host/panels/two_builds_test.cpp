@@ -73,8 +73,7 @@ TEST_F(SideBySide, EachHasItsOwnResources) {
 
 TEST_F(SideBySide, BothPanelsLiveAndHearOfEachOtherOnly) {
     box(*first, "mHalfCutChkBx").click();
-    EXPECT_EQ(host->takeChanges(),
-              (std::vector<OptionChoice>{{QStringLiteral("KvHalfCut"), QStringLiteral("ON")}}));
+    EXPECT_EQ(host->takeChanges(), (Settings{{QStringLiteral("KvHalfCut"), QStringLiteral("ON")}}));
     EXPECT_EQ(choice(*first, "mHalfCut_Selection"), QStringLiteral("ON"));
     EXPECT_EQ(choice(*second, "mHalfCut_Selection"), QStringLiteral("ON"));
     EXPECT_FALSE(box(*second, "mHalfCutChkBx").isChecked()) << "until it is refreshed";

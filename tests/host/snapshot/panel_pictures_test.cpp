@@ -12,7 +12,7 @@
 namespace labelcut::test {
 namespace {
 
-using Choices = std::vector<OptionChoice>;
+using Choices = Settings;
 
 /// Every combination that the pop-up offers for the family.
 std::vector<Choices> rollCombinations() {
@@ -36,16 +36,16 @@ std::vector<Choices> tapeCombinations() {
 }
 
 QImage panelWith(const QString& ppdPath, const Choices& choices) {
-    PanelHostSetup setup;
-    setup.ppd = ppd::openFile(ppdPath, nullptr);
-    PanelHost host(std::move(setup));
-    ppd::markDefaults(host.ppd());
-    for (const OptionChoice& choice : choices)
-        EXPECT_TRUE(host.mark(choice.key, choice.choice)) << choice.key.toStdString();
+    Result<FoundPrinter> found = findPpdFile(ppdPath);
+    if (!found) {
+        ADD_FAILURE() << found.error().sentence.toStdString();
+        return {};
+    }
     const PluginSearch plugins = loadPlugins(QStringLiteral(LABELCUT_PLUGIN_DIR));
     const HostSystem system;
-    const PanelSet panels(host, plugins.loaded, system);
-    const Result<QImage> image = takePanelSnapshot(host, panels);
+    OpenedPrinter printer(std::move(*found), choices, plugins, system);
+    EXPECT_TRUE(printer.unkeptAtFirst().lacking.empty());
+    const Result<QImage> image = takePanelSnapshot(printer);
     EXPECT_TRUE(image) << (image ? "" : image.error().sentence.toStdString());
     return image ? *image : QImage();
 }

@@ -1,0 +1,106 @@
+// Job: one order, from documents to a queue or to a file.
+#include "host/job/order.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+#include "host/core/failure.h"
+#include "host/core/harmless_text.h"
+#include "host/job/marked_paper.h"
+#include "host/job/postscript_job.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+/// The PPD with the order's marks, opened anew: the printer that the order was made of may be used
+/// meanwhile. The failure is a sentence: the file is gone, or lacks a choice by now.
+Result<FoundPrinter> reopened(const Order& order) {
+    Result<FoundPrinter> printer = findPpdFile(*ppdPath(order.printer));
+    if (!printer)
+        return printer;
+    QStringList lacking;
+    for (const Setting& setting : order.marks) {
+        if (!ppd::markOption(printer->ppd.get(), setting.keyword.toUtf8().constData(),
+                             setting.choice.toUtf8().constData()))
+            lacking.append(setting.keyword + u'=' + setting.choice);
+    }
+    if (lacking.isEmpty())
+        return printer;
+    return failure(hostText("PrinterChanged").arg(order.printerTitle, lacking.join(u' ')));
+}
+
+} // namespace
+
+Order orderFor(const OpenedPrinter& printer, const Amount& amount) {
+    Order order;
+    order.printer = printer.ref();
+    order.printerTitle = printer.title();
+    order.amount = amount;
+    order.title = jobTitle(amount.files);
+    order.paper = markedPaper(printer.ppd());
+    order.settings = printer.jobSettings();
+    order.marks = printer.marks();
+    return order;
+}
+
+QString jobTitle(const QStringList& files) {
+    if (files.isEmpty())
+        return hostText("Untitled");
+    const QString first = harmless(QFileInfo(files.front()).fileName());
+    if (files.size() == 1)
+        return first;
+    return hostText("TitleAndMore").arg(first, QString::number(files.size() - 1));
+}
+
+Result<JobDocument> prepareDocument(const Order& order, const CancelFlag* cancel) {
+    return JobDocument::prepare(order.amount.files, order.paper, cancel);
+}
+
+std::optional<Error> reasonAgainst(const Order& order, const JobDocument& document) {
+    if (document.pagesIn(order.amount.pages) > 0)
+        return std::nullopt;
+    return failure(noSuchPage(order.amount.pages, document.pages()));
+}
+
+std::optional<QString> changedFile(const Order& order, const JobDocument& document) {
+    if (order.shown.isEmpty())
+        return std::nullopt;
+    const QByteArrayList& now = document.digests();
+    const auto changed = std::ranges::mismatch(order.shown, now).in2;
+    if (changed == now.end())
+        return std::nullopt;
+    return order.amount.files.value(changed - now.begin());
+}
+
+JobToSend jobFor(const Order& order, const JobDocument& document) {
+    JobRequest request;
+    request.queue = *queueName(order.printer);
+    request.title = order.title;
+    request.documentFormat = QStringLiteral("application/pdf");
+    request.copies = order.amount.copies;
+    const PageRange& pages = order.amount.pages;
+    if (!pages.isEverything())
+        request.pageRanges.emplace_back(pages.first, std::min(pages.last, document.pages()));
+    request.options = order.settings;
+    return {request, document.pdf(), choicesStillThere(request.queue, order.settings)};
+}
+
+Result<qint64> writeJob(const Order& order, const JobDocument& document, const CancelFlag* cancel) {
+    const Result<FoundPrinter> printer = reopened(order);
+    if (!printer)
+        return printer.error();
+    PostScriptJob job;
+    job.ppd = printer->ppd.get();
+    job.document = &document;
+    job.title = order.title;
+    job.user = CupsConnection::userName();
+    job.copies = order.amount.copies;
+    job.pages = order.amount.pages;
+    job.cancel = cancel;
+    return writePostScript(job, order.outputPath);
+}
+
+} // namespace labelcut
