@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "host/settings/ppd_calls.h"
+#include "platform/printing/ppd_lookup.h"
 
 namespace example {
 
