@@ -33,10 +33,17 @@ bool isPaperOf(const ppd_file_t* ppd, const char* name) {
 /// A stored number as 32 bits hold it: of an integer the lower ones, of a fraction its whole part.
 std::optional<std::int32_t> numberOf(const QVariant& value) {
     switch (value.typeId()) {
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
     case QMetaType::Int:
     case QMetaType::UInt:
+    case QMetaType::Long:
     case QMetaType::LongLong:
         return static_cast<std::int32_t>(value.toLongLong());
+    case QMetaType::ULong:
     case QMetaType::ULongLong:
         return static_cast<std::int32_t>(value.toULongLong());
     case QMetaType::Float:

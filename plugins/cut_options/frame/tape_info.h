@@ -13,7 +13,8 @@
 
 namespace labelcut {
 
-/// Inches in a millimetre, as the printers' own software has it; deliberately not 1/25.4.
+/// Inches in a millimetre. The factor is rounded: every length here is converted with it alone,
+/// so that lengths agree to the last digit wherever they are compared. Deliberately not 1/25.4.
 inline constexpr double kInchesPerMillimetre = 0.0393701;
 
 struct TapeInfo {

@@ -318,6 +318,15 @@ TEST(TicketFromSession, GivesTheStoredNumber) {
         {qlonglong{1} << 31, std::numeric_limits<std::int32_t>::min()},
         {(qlonglong{1} << 40) + 9, 9},
         {qulonglong{7}, 7},
+        {std::numeric_limits<qulonglong>::max(), -1},
+        {QVariant::fromValue<long>(-8), -8},
+        {QVariant::fromValue<unsigned long>(8), 8},
+        {QVariant::fromValue(std::numeric_limits<unsigned long>::max()), -1},
+        {QVariant::fromValue<short>(-9), -9},
+        {QVariant::fromValue<unsigned short>(65535), 65535},
+        {QVariant::fromValue<char>('A'), 65},
+        {QVariant::fromValue<signed char>(-10), -10},
+        {QVariant::fromValue<unsigned char>(200), 200},
         {3.7, 3},
         {-3.7, -3},
         {2.5F, 2},
@@ -330,7 +339,7 @@ TEST(TicketFromSession, GivesTheStoredNumber) {
         session.values.insert(kTicket, c.value);
         std::int32_t number = 77;
         EXPECT_EQ(GetTicketFromSession(&session, kTicket, &number), noErr);
-        EXPECT_EQ(number, c.number) << c.value.toString().toStdString();
+        EXPECT_EQ(number, c.number) << c.value.typeName();
     }
 }
 
