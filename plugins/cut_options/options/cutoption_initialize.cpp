@@ -83,6 +83,7 @@ void OptionPDE13_v400_::readTapeState() {
     GetTapeInfo(printSession, hostPrintSettings(), hostPageFormat(), ppd, &tape);
     setTapeState(tape.tapeState);
     mRemoveBlkSpaceChkBx.setEnabled(getTapeState() == 0);
+    explainDisabledControls();
 }
 
 void OptionPDE13_v400_::enabledCheck_OP() {
@@ -114,10 +115,8 @@ void OptionPDE13_v400_::excludeBySpecialTape() {
         if (control.isEnabled() != enable)
             control.setEnabled(enable);
     };
-    set(mAutoCutChkBx);
-    set(mChainPrintChkBx);
-    set(mHalfCutChkBx);
-    set(mCutEveryChkBx);
+    for (const Row* row : rowsBy(&Row::exclusionRank))
+        set(this->*row->checkBox);
     if (enable)
         return;
     set(mCutEveryTxBx);
@@ -143,12 +142,13 @@ void OptionPDE13_v400_::explainDisabledControls() {
             return;
         control.setToolTip(control.isEnabled() ? QString() : localized(QLatin1String(key)));
     };
-    for (Button* box : {&mAutoCutChkBx, &mChainPrintChkBx, &mHalfCutChkBx, &mCutEveryChkBx})
-        explain(*box, "TT_SpecialTapeExcludes");
+    for (const Row& row : rows()) {
+        if (row.disabledToolTipKey)
+            explain(this->*row.checkBox, row.disabledToolTipKey);
+    }
     const bool cutEveryUsable = mCutEveryChkBx.isEnabled();
     for (View* control : {static_cast<View*>(&mCutEveryTxBx), static_cast<View*>(&mCutEveryStpr)})
         explain(*control, cutEveryUsable ? "TT_CountFollowsCutEvery" : "TT_SpecialTapeExcludes");
-    explain(mRemoveBlkSpaceChkBx, "TT_PaperForbidsRemoveBlkSpace");
 }
 
 } // namespace labelcut

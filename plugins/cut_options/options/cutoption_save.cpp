@@ -24,10 +24,12 @@ std::optional<QString> keywordText(const char* bytes) {
 
 } // namespace
 
+bool OptionPDE13_v400_::specialTapeExcludes() const {
+    return !mSpecialTapeChkBx.isHidden() && mSpecialTapeChkBx.state() != 0;
+}
+
 std::int32_t OptionPDE13_v400_::indexForSaveAutoChain(const Button& control) const {
-    if (!control)
-        return 0;
-    if (!mSpecialTapeChkBx.isHidden() && mSpecialTapeChkBx.state() != 0)
+    if (!control || specialTapeExcludes())
         return 0;
     return control.state();
 }
@@ -42,7 +44,7 @@ std::int32_t OptionPDE13_v400_::indexToSave(const Row& row) const {
     const Button& box = this->*row.checkBox;
     if (!box)
         return markedOrDefaultIndex(this->*row.choices, row.keyword);
-    return row.saveReader == SaveReader::AutoChain ? indexForSaveAutoChain(box) : box.state();
+    return row.exclusionRank != 0 ? indexForSaveAutoChain(box) : box.state();
 }
 
 void OptionPDE13_v400_::saveSetting(const Row& row) {

@@ -1,7 +1,6 @@
-// Cut-options panel: selections that follow the PPD's marks and the host's notices.
+// Cut-options panel: selections that follow the PPD's marks and the host's notices, and one control
+// that follows its selection.
 #include "plugins/cut_options/options/option_pde.h"
-
-#include <algorithm>
 
 #include "plugins/cut_options/frame/pde_utils_method.h"
 
@@ -30,10 +29,19 @@ void OptionPDE13_v400_::updateMarkedSelections(std::uint32_t mask) {
 void OptionPDE13_v400_::PPDOptionKeyValueDidChange(const QString& key, const QString& choice) {
     if (key.isNull() || choice.isNull())
         return;
-    const auto row = std::ranges::find_if(
-        rows(), [&](const Row& candidate) { return key == QLatin1String(candidate.keyword); });
-    if (row != rows().end())
+    if (const Row* row = rowOfKeyword(key))
         this->*row->selection = PDEUtilsMethod13::findChoiceForString(choice, this->*row->choices);
+}
+
+void OptionPDE13_v400_::showChoice(const QString& keyword) {
+    const Row* row = rowOfKeyword(keyword);
+    if (!row)
+        return;
+    // Without a row of its own automatic cut shows in the tick of the cut-every box.
+    const bool inCutEvery = row->item == item::kAutoCut && mAutoCutHideKey_dec != 1;
+    const std::uint32_t shown = inCutEvery ? item::kCutLabel : row->item;
+    updateMarkedSelections(shown);
+    updateUIItem(static_cast<std::int32_t>(shown));
 }
 
 } // namespace labelcut

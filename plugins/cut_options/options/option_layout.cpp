@@ -10,8 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
-#include <vector>
 
 #include "platform/toolkit/points.h"
 #include "platform/toolkit/stepper.h"
@@ -27,31 +25,14 @@ constexpr double kRowPitch = 26;
 constexpr double kFieldDrop = 4;
 constexpr double kStepperDrop = 5;
 constexpr double kLabelRise = 2;
-constexpr int kCutEveryRows = 52;
-constexpr int kOneRow = 26;
+/// Height that the panel loses with a line that it does not show; whole points.
+constexpr int kLineHeight = 26;
 constexpr double kMinimumHeight = 150;
 constexpr double kPreviewOffset = 130;
 
-/// Names of the mirror-off pictures, which are the entries' titles in the interface file.
+/// The entries for "nothing at all" of each family; their titles are picture names.
 constexpr char kNoneRV[] = "EveryEndMirrorOffOffOff";
-constexpr char kCutAtEndRV[] = "EveryEndMirrorOffOnOff";
-constexpr char kCutEveryRV[] = "EveryEndMirrorOnOffOff";
 constexpr char kNoneSG[] = "AHCMOffOffOffOff";
-constexpr char kChain[] = "AHCMOffOffOnOff";
-constexpr char kHalf[] = "AHCMOffOnOffOff";
-constexpr char kHalfChain[] = "AHCMOffOnOnOff";
-constexpr char kAuto[] = "AHCMOnOffOffOff";
-constexpr char kAutoChain[] = "AHCMOnOffOnOff";
-constexpr char kAutoHalf[] = "AHCMOnOnOffOff";
-constexpr char kAutoHalfChain[] = "AHCMOnOnOnOff";
-constexpr char kSpecial[] = "SPMROnOff";
-
-using Titles = std::initializer_list<const char*>;
-
-void removeTitles(PopUpButton& popUp, Titles titles) {
-    for (const char* title : titles)
-        popUp.removeItemWithTitle(QLatin1String(title));
-}
 
 void moveTo(View& control, double y) {
     control.setFrameOrigin({control.frame().origin.x, y});
@@ -69,19 +50,10 @@ WidgetFactories OptionPDE13_v400_::widgetFactories() const {
 }
 
 void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
-    static constexpr std::pair<const char*, Button OptionPDE13_v400_::*> kCheckBoxes[] = {
-        {"mCutEveryChkBx", &OptionPDE13_v400_::mCutEveryChkBx},
-        {"mCutAndEndChkBx", &OptionPDE13_v400_::mCutAndEndChkBx},
-        {"mMirrorPrintChkBx", &OptionPDE13_v400_::mMirrorPrintChkBx},
-        {"mAutoCutChkBx", &OptionPDE13_v400_::mAutoCutChkBx},
-        {"mHalfCutChkBx", &OptionPDE13_v400_::mHalfCutChkBx},
-        {"mChainPrintChkBx", &OptionPDE13_v400_::mChainPrintChkBx},
-        {"mSpecialTapeChkBx", &OptionPDE13_v400_::mSpecialTapeChkBx},
-        {"mRemoveBlkSpaceChkBx", &OptionPDE13_v400_::mRemoveBlkSpaceChkBx},
-    };
-    for (const auto& [name, outlet] : kCheckBoxes) {
-        connectOutlet<Button, QCheckBox>(contents, name, this->*outlet);
-        if (auto* box = qobject_cast<QCheckBox*>((this->*outlet).widget()))
+    for (const Row& row : rows()) {
+        Button& outlet = this->*row.checkBox;
+        connectOutlet<Button, QCheckBox>(contents, row.outlet, outlet);
+        if (auto* box = qobject_cast<QCheckBox*>(outlet.widget()))
             connect(box, &QCheckBox::clicked, this, [this, box] { changeOption(View(box)); });
     }
     connectOutlet<TextField, QLineEdit>(contents, "mCutEveryTxBx", mCutEveryTxBx);
@@ -109,8 +81,7 @@ void OptionPDE13_v400_::connectOutlets(QWidget& contents) {
 double OptionPDE13_v400_::missingWidth() const {
     double missing = 0;
     for (const Row& row : rows()) {
-        // Automatic cut without a row of its own is never read.
-        if (!(this->*row.choices) || (row.item == item::kAutoCut && mAutoCutHideKey_dec != 1))
+        if (!isShown(row))
             continue;
         const Button& box = this->*row.checkBox;
         const double needed = box.widthForTitle(titleOfOption(row.keyword, row.titleKey));
@@ -148,21 +119,23 @@ void OptionPDE13_v400_::fitTitles() {
     points::setRootSize(*root, QSizeF(rect.width() + missing, rect.height()));
 }
 
+bool OptionPDE13_v400_::isShown(const Row& row) const {
+    return this->*row.choices && (!row.shownFlag || this->*row.shownFlag == 1);
+}
+
+std::array<View*, 3> OptionPDE13_v400_::countControls() {
+    return {&mCutEveryTxBx, &mCutEveryStpr, &mCutEveryStr};
+}
+
 void OptionPDE13_v400_::hideRows() {
-    for (View* control : std::initializer_list<View*>{
-             &mCutEveryChkBx, &mCutEveryTxBx, &mCutEveryStpr, &mCutEveryStr, &mAutoCutChkBx,
-             &mCutAndEndChkBx, &mMirrorPrintChkBx, &mHalfCutChkBx, &mChainPrintChkBx,
-             &mSpecialTapeChkBx, &mRemoveBlkSpaceChkBx})
+    for (const Row& row : rows())
+        (this->*row.checkBox).setHidden(true);
+    for (View* control : countControls())
         control->setHidden(true);
 }
 
-void OptionPDE13_v400_::pruneFamily(bool isRV) {
-    removeTitles(mOptionPopUpButton, {isRV ? kNoneSG : kNoneRV});
-}
-
 void OptionPDE13_v400_::placeCountRow(double y) {
-    for (View* control :
-         std::initializer_list<View*>{&mCutEveryTxBx, &mCutEveryStpr, &mCutEveryStr})
+    for (View* control : countControls())
         control->setHidden(false);
     const double row = std::trunc(y - kRowPitch);
     moveTo(mCutEveryTxBx, row - kFieldDrop);
@@ -177,65 +150,33 @@ void OptionPDE13_v400_::createPreview(bool isRV) {
         return;
     preview->setObjectName(QStringLiteral("mOptionView"));
     preview->setAccessibleName(localized(QStringLiteral("AX_OptionView")));
-    // One that never entered a view is nobody else's.
+    // A preview without a parent is still ours to delete.
     delete mOptionView.data();
     mOptionView = preview.release();
     mOptionDummyView.superview().replaceSubview(mOptionDummyView, View(mOptionView));
-    mOptionView->setCutEveryChkBx(mCutEveryChkBx);
-    mOptionView->setCutAndEndChkBx(mCutAndEndChkBx);
-    mOptionView->setMirrorPrintChkBx(mMirrorPrintChkBx);
-    mOptionView->setAutoCutChkBx(mAutoCutChkBx);
-    mOptionView->setHalfCutChkBx(mHalfCutChkBx);
-    mOptionView->setChainPrintChkBx(mChainPrintChkBx);
-    mOptionView->setSpecialTapeChkBx(mSpecialTapeChkBx);
-    mOptionView->setRemoveBlkSpaceChkBx(mRemoveBlkSpaceChkBx);
+    for (const Row& row : rows())
+        mOptionView->setCheckBox(row.inCombination, this->*row.checkBox);
 }
 
 void OptionPDE13_v400_::awakeFromNib() {
-    struct LayoutRow {
-        Button* checkBox;
-        bool shown;
-        /// Height that the panel loses without the row.
-        int dropped;
-        /// Entries that mean nothing without the row.
-        Titles titles;
-    };
-    const LayoutRow kRows[] = {
-        {&mCutEveryChkBx, mCutEvery_Choices.has_value(), kCutEveryRows, {kCutEveryRV}},
-        {&mAutoCutChkBx,
-         mAutoCut_Choices && mAutoCutHideKey_dec == 1,
-         kOneRow,
-         {kAuto, kAutoChain, kAutoHalf, kAutoHalfChain}},
-        {&mCutAndEndChkBx, mCutEnd_Choices.has_value(), kOneRow, {kCutAtEndRV}},
-        {&mHalfCutChkBx,
-         mHalfCut_Choices.has_value(),
-         kOneRow,
-         {kHalf, kHalfChain, kAutoHalf, kAutoHalfChain}},
-        {&mSpecialTapeChkBx, mSpecialTape_Choices.has_value(), kOneRow, {kSpecial}},
-        {&mChainPrintChkBx,
-         mChainPrint_Choices.has_value(),
-         kOneRow,
-         {kChain, kHalfChain, kAutoChain, kAutoHalfChain}},
-        {&mMirrorPrintChkBx, mMirror_Choices.has_value(), kOneRow, {}},
-        {&mRemoveBlkSpaceChkBx, mRemoveBlkSpace_Choices.has_value(), kOneRow, {}},
-    };
-
     const Size size = View(kPDEView).frame().size;
     hideRows();
     const bool isRV = isRVPrinter();
-    pruneFamily(isRV);
+    mOptionPopUpButton.removeItemWithTitle(QLatin1String(isRV ? kNoneSG : kNoneRV));
 
     double y = size.height - kFirstRow;
     int dropped = 0;
-    for (const LayoutRow& row : kRows) {
-        if (!row.shown) {
-            dropped += row.dropped;
-            removeTitles(mOptionPopUpButton, row.titles);
+    for (const Row* row : rowsBy(&Row::displayRank)) {
+        if (!isShown(*row)) {
+            dropped += row->lines * kLineHeight;
+            for (const char* const* title = row->popUpEntries.data(); *title; ++title)
+                mOptionPopUpButton.removeItemWithTitle(QLatin1String(*title));
             continue;
         }
-        row.checkBox->setHidden(false);
-        moveTo(*row.checkBox, y);
-        if (row.checkBox == &mCutEveryChkBx) {
+        Button& box = this->*row->checkBox;
+        box.setHidden(false);
+        moveTo(box, y);
+        if (row->item == item::kCutLabel) {
             placeCountRow(y);
             y = std::trunc(y - kRowPitch);
         }

@@ -10,7 +10,7 @@
 //   option_following.cpp      selections that follow the PPD's marks
 //   option_refresh.cpp        controls that follow the selections, and the combination pop-up
 //   option_layout.cpp         the view for the printer at hand
-//   option_summary.cpp        the summary
+//   option_summary.cpp        the summary and the remark
 #pragma once
 
 #include <QPointer>
@@ -18,6 +18,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "plugins/cut_options/frame/base_pde.h"
 #include "plugins/cut_options/preview/option_view.h"
@@ -65,6 +66,10 @@ public:
     void PPDOptionKeyValueDidChange(const QString& key, const QString& choice) override;
     std::optional<QVariantMap> summaryInfo() override;
     bool shouldPrint() override;
+    void showChoice(const QString& keyword) override;
+    SummaryWords summaryWords() override;
+    /// While special tape is on: the ticked options that are sent as off because of it.
+    QString remark() override;
     QVariantMap inspect() const override;
     /// @}
 
@@ -100,6 +105,8 @@ public:
     void changeOption(const View& sender);
     void changeOptionPopUpButton();
     void changeCutEveryValue(const View& sender);
+    /// The host's tabs changed; the panel has nothing to do then.
+    void tabView(const View&, const View&) {}
     /// The text of a field changed while it is typed into.
     void controlTextDidChange(const View& field);
     /// @}
@@ -114,7 +121,7 @@ public:
     void saveSetting_ChainPrint();
     void saveSetting_SpecialTape();
     void saveSetting_RemoveBlkSpace();
-    /// The state of a checkbox as a choice index; 0 while special tape is on.
+    /// The state of a checkbox as a choice index; 0 while special tape excludes it.
     std::int32_t indexForSaveAutoChain(const Button& control) const;
     /// @}
 
@@ -127,28 +134,52 @@ public:
 
     void awakeFromNib() override;
 
-    /// @name The fields of one option, its names and its places; see option_rows.cpp
+    /// @name All that makes an option; see option_rows.cpp
     /// @{
-    enum class SaveReader { State, AutoChain };
     struct Row {
         const char* keyword;
         std::uint32_t item;
         ppd_option_t* OptionPDE13_v400_::*option;
         PDEChoices OptionPDE13_v400_::*choices;
         const PDEChoice* OptionPDE13_v400_::*selection;
+        /// What inspect() calls the selection.
+        const char* selectionName;
+
         Button OptionPDE13_v400_::*checkBox;
+        /// Object name of the checkbox in the interface file.
+        const char* outlet;
+        /// The checkbox's place among those that the preview and the pop-up are derived from.
+        Button CutCheckBoxes::*inCombination;
         /// String-table keys of the checkbox's title and the summary's, for options without a text.
         const char* titleKey;
         const char* summaryTitleKey;
+        /// String-table key of the tool tip while a rule disables the checkbox; null: none does.
+        const char* disabledToolTipKey = nullptr;
         /// The default choice with which the checkbox starts ticked.
-        const char* onChoice;
-        SaveReader saveReader;
+        const char* onChoice = "ON";
+
         /// The named operations, for the sequences.
         void (OptionPDE13_v400_::*initialize)();
         void (OptionPDE13_v400_::*save)();
+
+        /// Place in the column of checkboxes, from the top, and in the summary; and how many lines
+        /// it takes in the column.
+        int displayRank;
+        int lines = 1;
+        /// The checkbox is shown where the PPD has the option and, if there is a flag, the flag
+        /// is 1.
+        std::uint8_t OptionPDE13_v400_::*shownFlag = nullptr;
+        /// Titles of the pop-up entries that mean nothing without the checkbox; null ends the list.
+        std::array<const char*, 5> popUpEntries{};
+        /// Place among the options that special tape excludes: their checkboxes are disabled while
+        /// it is on, and what is sent for them is the first choice. 0: it does not exclude this
+        /// one.
+        int exclusionRank = 0;
     };
     static std::span<const Row> rows();
     static const Row& rowOf(std::uint32_t itemBit);
+    /// The rows by one of their ranks, lowest first, without those of rank 0.
+    static std::vector<const Row*> rowsBy(int Row::*rank);
     /// @}
 
 protected:
@@ -210,6 +241,9 @@ private:
         std::int32_t max;
     };
     CutCheckBoxes cutCheckBoxes() const;
+    static const Row* rowOfKeyword(const QString& keyword);
+    bool isShown(const Row& row) const;
+    bool specialTapeExcludes() const;
 
     void detectUsb();
     void findOptions();
@@ -238,8 +272,8 @@ private:
 
     double missingWidth() const;
     void fitTitles();
+    std::array<View*, 3> countControls();
     void hideRows();
-    void pruneFamily(bool isRV);
     void placeCountRow(double y);
     void createPreview(bool isRV);
 

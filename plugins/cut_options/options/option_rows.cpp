@@ -1,48 +1,185 @@
-// Cut-options panel: the table of its eight options, in the order of every sequence over them.
+// Cut-options panel: the table of its eight options, in the order of every sequence over them. All
+// that tells one option from another stands here, unless it is a rule that only one of them has.
 #include "plugins/cut_options/options/option_pde.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace labelcut {
 
 std::span<const OptionPDE13_v400_::Row> OptionPDE13_v400_::rows() {
     using P = OptionPDE13_v400_;
     static constexpr Row kRows[] = {
-        {keyword::kCutLabel, item::kCutLabel, &P::mCutEvery_Option, &P::mCutEvery_Choices,
-         &P::mCutEvery_Selection, &P::mCutEveryChkBx, "RS_CutAtEvery", "RS_STitle_CutLabels", "1",
-         SaveReader::AutoChain, &P::initializeUI_CutLabel, &P::saveSetting_CutLabel},
-        {keyword::kCutAtEnd, item::kCutAtEnd, &P::mCutEnd_Option, &P::mCutEnd_Choices,
-         &P::mCutEnd_Selection, &P::mCutAndEndChkBx, "RS_CutAtEnd", "RS_STitle_CutAtEnd", "ON",
-         SaveReader::State, &P::initializeUI_CutAtEnd, &P::saveSetting_CutAtEnd},
-        {keyword::kMirror, item::kMirror, &P::mMirror_Option, &P::mMirror_Choices,
-         &P::mMirror_Selection, &P::mMirrorPrintChkBx, "RS_MirrorPrinting",
-         "RS_STitle_MirrorPrinting", "ON", SaveReader::State, &P::initializeUI_Mirror,
-         &P::saveSetting_Mirror},
-        {keyword::kAutoCut, item::kAutoCut, &P::mAutoCut_Option, &P::mAutoCut_Choices,
-         &P::mAutoCut_Selection, &P::mAutoCutChkBx, "RS_AutoTapeCut", "RS_STitle_AutoTapeCut", "ON",
-         SaveReader::AutoChain, &P::initializeUI_AutoCut, &P::saveSetting_AutoCut},
-        {keyword::kHalfCut, item::kHalfCut, &P::mHalfCut_Option, &P::mHalfCut_Choices,
-         &P::mHalfCut_Selection, &P::mHalfCutChkBx, "RS_HalfCut", "RS_STitle_HalfCut", "ON",
-         SaveReader::AutoChain, &P::initializeUI_HalfCut, &P::saveSetting_HalfCut},
-        {keyword::kChainPrint, item::kChainPrint, &P::mChainPrint_Option, &P::mChainPrint_Choices,
-         &P::mChainPrint_Selection, &P::mChainPrintChkBx, "RS_ChainPrinting",
-         "RS_STitle_ChainPrint", "ON", SaveReader::AutoChain, &P::initializeUI_ChainPrint,
-         &P::saveSetting_ChainPrint},
-        {keyword::kSpecialTape, item::kSpecialTape, &P::mSpecialTape_Option,
-         &P::mSpecialTape_Choices, &P::mSpecialTape_Selection, &P::mSpecialTapeChkBx,
-         "RS_SpecialTape", "RS_STitle_SpecialTape", "ON", SaveReader::State,
-         &P::initializeUI_SpecialTape, &P::saveSetting_SpecialTape},
-        {keyword::kRemoveBlkSpace, item::kRemoveBlkSpace, &P::mRemoveBlkSpace_Option,
-         &P::mRemoveBlkSpace_Choices, &P::mRemoveBlkSpace_Selection, &P::mRemoveBlkSpaceChkBx,
-         "RS_RemoveBlkSpace", "RS_STitle_RemoveBlkSpace", "ON", SaveReader::State,
-         &P::initializeUI_RemoveBlkSpace, &P::saveSetting_RemoveBlkSpace},
+        {
+            .keyword = keyword::kCutLabel,
+            .item = item::kCutLabel,
+            .option = &P::mCutEvery_Option,
+            .choices = &P::mCutEvery_Choices,
+            .selection = &P::mCutEvery_Selection,
+            .selectionName = "mCutEvery_Selection",
+            .checkBox = &P::mCutEveryChkBx,
+            .outlet = "mCutEveryChkBx",
+            .inCombination = &CutCheckBoxes::cutEvery,
+            .titleKey = "RS_CutAtEvery",
+            .summaryTitleKey = "RS_STitle_CutLabels",
+            .disabledToolTipKey = "TT_SpecialTapeExcludes",
+            .onChoice = "1",
+            .initialize = &P::initializeUI_CutLabel,
+            .save = &P::saveSetting_CutLabel,
+            .displayRank = 1,
+            .lines = 2,
+            .popUpEntries = {"EveryEndMirrorOnOffOff"},
+            .exclusionRank = 4,
+        },
+        {
+            .keyword = keyword::kCutAtEnd,
+            .item = item::kCutAtEnd,
+            .option = &P::mCutEnd_Option,
+            .choices = &P::mCutEnd_Choices,
+            .selection = &P::mCutEnd_Selection,
+            .selectionName = "mCutEnd_Selection",
+            .checkBox = &P::mCutAndEndChkBx,
+            .outlet = "mCutAndEndChkBx",
+            .inCombination = &CutCheckBoxes::cutAndEnd,
+            .titleKey = "RS_CutAtEnd",
+            .summaryTitleKey = "RS_STitle_CutAtEnd",
+            .initialize = &P::initializeUI_CutAtEnd,
+            .save = &P::saveSetting_CutAtEnd,
+            .displayRank = 3,
+            .popUpEntries = {"EveryEndMirrorOffOnOff"},
+        },
+        {
+            .keyword = keyword::kMirror,
+            .item = item::kMirror,
+            .option = &P::mMirror_Option,
+            .choices = &P::mMirror_Choices,
+            .selection = &P::mMirror_Selection,
+            .selectionName = "mMirror_Selection",
+            .checkBox = &P::mMirrorPrintChkBx,
+            .outlet = "mMirrorPrintChkBx",
+            .inCombination = &CutCheckBoxes::mirrorPrint,
+            .titleKey = "RS_MirrorPrinting",
+            .summaryTitleKey = "RS_STitle_MirrorPrinting",
+            .initialize = &P::initializeUI_Mirror,
+            .save = &P::saveSetting_Mirror,
+            .displayRank = 7,
+        },
+        {
+            .keyword = keyword::kAutoCut,
+            .item = item::kAutoCut,
+            .option = &P::mAutoCut_Option,
+            .choices = &P::mAutoCut_Choices,
+            .selection = &P::mAutoCut_Selection,
+            .selectionName = "mAutoCut_Selection",
+            .checkBox = &P::mAutoCutChkBx,
+            .outlet = "mAutoCutChkBx",
+            .inCombination = &CutCheckBoxes::autoCut,
+            .titleKey = "RS_AutoTapeCut",
+            .summaryTitleKey = "RS_STitle_AutoTapeCut",
+            .disabledToolTipKey = "TT_SpecialTapeExcludes",
+            .initialize = &P::initializeUI_AutoCut,
+            .save = &P::saveSetting_AutoCut,
+            .displayRank = 2,
+            .shownFlag = &P::mAutoCutHideKey_dec,
+            .popUpEntries = {"AHCMOnOffOffOff", "AHCMOnOffOnOff", "AHCMOnOnOffOff",
+                             "AHCMOnOnOnOff"},
+            .exclusionRank = 1,
+        },
+        {
+            .keyword = keyword::kHalfCut,
+            .item = item::kHalfCut,
+            .option = &P::mHalfCut_Option,
+            .choices = &P::mHalfCut_Choices,
+            .selection = &P::mHalfCut_Selection,
+            .selectionName = "mHalfCut_Selection",
+            .checkBox = &P::mHalfCutChkBx,
+            .outlet = "mHalfCutChkBx",
+            .inCombination = &CutCheckBoxes::halfCut,
+            .titleKey = "RS_HalfCut",
+            .summaryTitleKey = "RS_STitle_HalfCut",
+            .disabledToolTipKey = "TT_SpecialTapeExcludes",
+            .initialize = &P::initializeUI_HalfCut,
+            .save = &P::saveSetting_HalfCut,
+            .displayRank = 4,
+            .popUpEntries = {"AHCMOffOnOffOff", "AHCMOffOnOnOff", "AHCMOnOnOffOff",
+                             "AHCMOnOnOnOff"},
+            .exclusionRank = 3,
+        },
+        {
+            .keyword = keyword::kChainPrint,
+            .item = item::kChainPrint,
+            .option = &P::mChainPrint_Option,
+            .choices = &P::mChainPrint_Choices,
+            .selection = &P::mChainPrint_Selection,
+            .selectionName = "mChainPrint_Selection",
+            .checkBox = &P::mChainPrintChkBx,
+            .outlet = "mChainPrintChkBx",
+            .inCombination = &CutCheckBoxes::chainPrint,
+            .titleKey = "RS_ChainPrinting",
+            .summaryTitleKey = "RS_STitle_ChainPrint",
+            .disabledToolTipKey = "TT_SpecialTapeExcludes",
+            .initialize = &P::initializeUI_ChainPrint,
+            .save = &P::saveSetting_ChainPrint,
+            .displayRank = 6,
+            .popUpEntries = {"AHCMOffOffOnOff", "AHCMOffOnOnOff", "AHCMOnOffOnOff",
+                             "AHCMOnOnOnOff"},
+            .exclusionRank = 2,
+        },
+        {
+            .keyword = keyword::kSpecialTape,
+            .item = item::kSpecialTape,
+            .option = &P::mSpecialTape_Option,
+            .choices = &P::mSpecialTape_Choices,
+            .selection = &P::mSpecialTape_Selection,
+            .selectionName = "mSpecialTape_Selection",
+            .checkBox = &P::mSpecialTapeChkBx,
+            .outlet = "mSpecialTapeChkBx",
+            .inCombination = &CutCheckBoxes::specialTape,
+            .titleKey = "RS_SpecialTape",
+            .summaryTitleKey = "RS_STitle_SpecialTape",
+            .initialize = &P::initializeUI_SpecialTape,
+            .save = &P::saveSetting_SpecialTape,
+            .displayRank = 5,
+            .popUpEntries = {"SPMROnOff"},
+        },
+        {
+            .keyword = keyword::kRemoveBlkSpace,
+            .item = item::kRemoveBlkSpace,
+            .option = &P::mRemoveBlkSpace_Option,
+            .choices = &P::mRemoveBlkSpace_Choices,
+            .selection = &P::mRemoveBlkSpace_Selection,
+            .selectionName = "mRemoveBlkSpace_Selection",
+            .checkBox = &P::mRemoveBlkSpaceChkBx,
+            .outlet = "mRemoveBlkSpaceChkBx",
+            .inCombination = &CutCheckBoxes::removeBlkSpace,
+            .titleKey = "RS_RemoveBlkSpace",
+            .summaryTitleKey = "RS_STitle_RemoveBlkSpace",
+            .disabledToolTipKey = "TT_PaperForbidsRemoveBlkSpace",
+            .initialize = &P::initializeUI_RemoveBlkSpace,
+            .save = &P::saveSetting_RemoveBlkSpace,
+            .displayRank = 8,
+        },
     };
     return kRows;
 }
 
 const OptionPDE13_v400_::Row& OptionPDE13_v400_::rowOf(std::uint32_t itemBit) {
     return *std::ranges::find(rows(), itemBit, &Row::item);
+}
+
+std::vector<const OptionPDE13_v400_::Row*> OptionPDE13_v400_::rowsBy(int Row::*rank) {
+    std::vector<const Row*> ranked;
+    for (const Row& row : rows()) {
+        if (row.*rank != 0)
+            ranked.push_back(&row);
+    }
+    std::ranges::sort(ranked, {}, [rank](const Row* row) { return row->*rank; });
+    return ranked;
+}
+
+const OptionPDE13_v400_::Row* OptionPDE13_v400_::rowOfKeyword(const QString& keyword) {
+    const auto row = std::ranges::find_if(
+        rows(), [&](const Row& candidate) { return keyword == QLatin1String(candidate.keyword); });
+    return row == rows().end() ? nullptr : &*row;
 }
 
 } // namespace labelcut

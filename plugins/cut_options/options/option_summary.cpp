@@ -1,15 +1,13 @@
-// Cut-options panel: its share of the dialog's summary, composed afresh on every call.
+// Cut-options panel: its share of the dialog's summary, and the remark below its controls; both
+// composed afresh on every call.
 #include "plugins/cut_options/options/option_pde.h"
 
 namespace labelcut {
 
 namespace {
 
-/// The order in which the dialog shows the entries; it is not the order of the options' table.
-constexpr std::uint32_t kSummaryOrder[] = {
-    item::kCutLabel,    item::kAutoCut,    item::kCutAtEnd, item::kHalfCut,
-    item::kSpecialTape, item::kChainPrint, item::kMirror,   item::kRemoveBlkSpace,
-};
+constexpr char kYes[] = "RS_STitle_Yes";
+constexpr char kNo[] = "RS_STitle_No";
 
 QString userTitle(const PDEChoice& choice) {
     return choice.userTitle().value_or(QString());
@@ -21,12 +19,16 @@ QString OptionPDE13_v400_::summaryTitle(const Row& row) const {
     return titleOfOption(row.keyword, row.summaryTitleKey);
 }
 
+SummaryWords OptionPDE13_v400_::summaryWords() {
+    return {localized(QLatin1String(kYes)), localized(QLatin1String(kNo))};
+}
+
 QString OptionPDE13_v400_::yesNoValue(const Row& row) const {
     switch (indexOfMarkedOption(this->*row.choices, QLatin1String(row.keyword))) {
     case 1:
-        return localized(QStringLiteral("RS_STitle_Yes"));
+        return localized(QLatin1String(kYes));
     case 0:
-        return localized(QStringLiteral("RS_STitle_No"));
+        return localized(QLatin1String(kNo));
     default:
         return userTitle(*(this->*row.selection));
     }
@@ -36,7 +38,7 @@ QString OptionPDE13_v400_::yesNoValue(const Row& row) const {
 QString OptionPDE13_v400_::countValue() const {
     switch (indexOfMarkedOption(mAutoCut_Choices, QLatin1String(keyword::kAutoCut))) {
     case 0:
-        return localized(QStringLiteral("RS_STitle_No"));
+        return localized(QLatin1String(kNo));
     case 1:
         return mCutEvery_Selection->ppdTitle().value_or(QString()) + u' ' +
                localized(QStringLiteral("RS_Labels"));
@@ -48,19 +50,35 @@ QString OptionPDE13_v400_::countValue() const {
 std::optional<QVariantMap> OptionPDE13_v400_::summaryInfo() {
     QVariantMap summary;
     QStringList order;
-    for (const std::uint32_t itemBit : kSummaryOrder) {
-        const Row& row = rowOf(itemBit);
-        const bool isCount = itemBit == item::kCutLabel;
-        if (!(this->*row.selection) || (itemBit == item::kAutoCut && mCutEvery_Selection) ||
-            (itemBit == item::kRemoveBlkSpace && mTapeState != 0))
+    for (const Row* row : rowsBy(&Row::displayRank)) {
+        if (!(this->*row->selection) || (row->item == item::kAutoCut && mCutEvery_Selection) ||
+            (row->item == item::kRemoveBlkSpace && mTapeState != 0))
             continue;
-        const QString title = summaryTitle(row);
+        const QString title = summaryTitle(*row);
         order.append(title);
-        summary.insert(title, isCount ? countValue() : yesNoValue(row));
+        summary.insert(title, row->item == item::kCutLabel ? countValue() : yesNoValue(*row));
     }
     // Last, so that the whole list stands there whatever an option is called.
     summary.insert(QLatin1String(kSummaryDisplayOrder), order);
     return summary;
+}
+
+QString OptionPDE13_v400_::remark() {
+    if (!specialTapeExcludes())
+        return {};
+    QString titles;
+    for (const Row* row : rowsBy(&Row::displayRank)) {
+        const Button& box = this->*row->checkBox;
+        if (row->exclusionRank == 0 || box.isHidden() || box.state() == 0)
+            continue;
+        titles = titles.isEmpty()
+                     ? box.title()
+                     : localized(QStringLiteral("RM_OneAfterAnother")).arg(titles, box.title());
+    }
+    if (titles.isEmpty())
+        return {};
+    return localized(QStringLiteral("RM_SpecialTapeExcludes"))
+        .arg(mSpecialTapeChkBx.title(), titles);
 }
 
 } // namespace labelcut

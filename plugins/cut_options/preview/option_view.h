@@ -71,6 +71,8 @@ public:
     void setIsRV(bool isRV) { mIsRV = isRV; }
     bool isRV() const { return mIsRV; }
 
+    /// Hands over one of the checkboxes. @param which  its place in CutCheckBoxes.
+    void setCheckBox(Button CutCheckBoxes::*which, const Button& box) { mBoxes.*which = box; }
     void setCutEveryChkBx(const Button& box) { mBoxes.cutEvery = box; }
     void setCutAndEndChkBx(const Button& box) { mBoxes.cutAndEnd = box; }
     void setMirrorPrintChkBx(const Button& box) { mBoxes.mirrorPrint = box; }

@@ -279,5 +279,119 @@ TEST(Asymmetry, KvAutoTapeCutNoticesDoNotTouchTheCutEverySelection) {
     EXPECT_EQ(panel.mAutoCut_CutEvery_Selection, before);
 }
 
+// Showing the choice of one keyword.
+
+/// A panel of that family whose options are marked, restored from the marks as a dialog does it.
+struct Restored : PanelOnHost {
+    explicit Restored(std::initializer_list<std::pair<const char*, const char*>> marks,
+                      bool isRV = false, bool autoCutShown = true, unsigned offers = kAllOptions)
+        : PanelOnHost(printerOffering(offers, isRV, autoCutShown).open()) {
+        show();
+        for (const auto& [key, choice] : marks)
+            EXPECT_TRUE(ppd::markOption(host->ppd.get(), key, choice));
+        panel->restoreValuesAndReturnError(nullptr);
+        EXPECT_TRUE(host->sent.empty());
+    }
+    std::int64_t entry() const { return panel->mOptionPopUpButton.selectedTag(); }
+};
+
+TEST(ShowChoice, BringsBackMirrorThatARestoreSwitchedOff) {
+    Restored setting({{"KvMirror", "ON"}, {"KvHalfCut", "ON"}});
+    PanelUnderTest& panel = *setting.panel;
+    ASSERT_EQ(panel.mMirrorPrintChkBx.state(), 0) << "the pop-up's entry was applied";
+    panel.showChoice(QStringLiteral("KvMirror"));
+    EXPECT_EQ(panel.mMirrorPrintChkBx.state(), 1);
+    EXPECT_EQ(panel.mHalfCutChkBx.state(), 1);
+    EXPECT_EQ(setting.entry(), 6);
+    EXPECT_TRUE(setting.host->sent.empty());
+
+    panel.saveValuesAndReturnError(nullptr);
+    EXPECT_EQ(markedIn(*setting.host, Mirror), QStringLiteral("ON"));
+    EXPECT_EQ(markedIn(*setting.host, HalfCut), QStringLiteral("ON"));
+}
+
+TEST(ShowChoice, PointsThePopUpAtTheEntryWithoutApplyingIt) {
+    Restored setting({{"KvMirror", "ON"}});
+    PanelUnderTest& panel = *setting.panel;
+    panel.showChoice(QStringLiteral("KvMirror"));
+    ASSERT_EQ(setting.entry(), 4);
+    ASSERT_TRUE(ppd::markOption(setting.host->ppd.get(), "KvChainPrint", "ON"));
+    panel.showChoice(QStringLiteral("KvChainPrint"));
+    EXPECT_EQ(setting.entry(), 5);
+    EXPECT_EQ(panel.mChainPrintChkBx.state(), 1);
+    EXPECT_EQ(panel.mMirrorPrintChkBx.state(), 1) << "the entry would have switched it off";
+    EXPECT_TRUE(setting.host->sent.empty());
+}
+
+TEST(ShowChoice, SetsEachControlAlone) {
+    for (const bool isRV : {false, true}) {
+        for (std::size_t option = CutAtEnd; option < kOptionCount; ++option) {
+            Restored setting({}, isRV);
+            PanelUnderTest& panel = *setting.panel;
+            // All marks differ from what is shown, and one of them is asked for.
+            for (std::size_t other = CutAtEnd; other < kOptionCount; ++other)
+                ppd::markOption(setting.host->ppd.get(), kKeywords[other], "ON");
+            panel.showChoice(QLatin1String(kKeywords[option]));
+            for (std::size_t other = CutLabel; other < kOptionCount; ++other)
+                EXPECT_EQ((panel.*kBoxes[other]).state(), other == option ? 1 : 0)
+                    << kKeywords[option] << " and " << kKeywords[other];
+            EXPECT_TRUE(setting.host->sent.empty());
+        }
+    }
+}
+
+TEST(ShowChoice, SetsTheCountAndItsTick) {
+    Restored setting({{"KvAutoTapeCut", "OFF"}}, true, false);
+    PanelUnderTest& panel = *setting.panel;
+    ASSERT_EQ(panel.mCutEveryChkBx.state(), 0);
+    ppd::markOption(setting.host->ppd.get(), "KvCutLabel", "7");
+    ppd::markOption(setting.host->ppd.get(), "KvAutoTapeCut", "ON");
+    panel.showChoice(QStringLiteral("KvCutLabel"));
+    EXPECT_EQ(panel.mCutEveryTxBx.stringValue(), QStringLiteral("7"));
+    EXPECT_EQ(panel.mCutEveryStpr.intValue(), 7);
+    EXPECT_EQ(panel.mCutEveryChkBx.state(), 1);
+    EXPECT_TRUE(panel.mCutEveryTxBx.isEnabled()) << "the rules follow";
+    EXPECT_EQ(setting.entry(), 3);
+}
+
+TEST(ShowChoice, ShowsAutomaticCutWithoutARowInTheTickOfTheCutEveryBox) {
+    Restored without({{"KvAutoTapeCut", "OFF"}}, true, false);
+    ASSERT_EQ(without.panel->mCutEveryChkBx.state(), 0);
+    ppd::markOption(without.host->ppd.get(), "KvAutoTapeCut", "ON");
+    without.panel->showChoice(QStringLiteral("KvAutoTapeCut"));
+    EXPECT_EQ(without.panel->mCutEveryChkBx.state(), 1);
+    EXPECT_EQ(without.panel->mAutoCutChkBx.state(), 0);
+
+    Restored with({}, true, true);
+    ppd::markOption(with.host->ppd.get(), "KvAutoTapeCut", "ON");
+    with.panel->showChoice(QStringLiteral("KvAutoTapeCut"));
+    EXPECT_EQ(with.panel->mCutEveryChkBx.state(), 0);
+    EXPECT_EQ(with.panel->mAutoCutChkBx.state(), 1);
+}
+
+TEST(ShowChoice, IgnoresAnUnknownKeyword) {
+    Restored setting({{"KvMirror", "ON"}});
+    PanelUnderTest& panel = *setting.panel;
+    for (const QString& other : {QStringLiteral("PageSize"), QStringLiteral("kvmirror"),
+                                 QStringLiteral("*KvMirror"), QStringLiteral(""), QString()})
+        panel.showChoice(other);
+    EXPECT_EQ(panel.mMirrorPrintChkBx.state(), 0);
+}
+
+TEST(ShowChoice, DoesNothingForAnOptionThatThePpdLacks) {
+    Restored setting({}, false, true, kAllOptions & ~offer(Mirror));
+    PanelUnderTest& panel = *setting.panel;
+    panel.mMirrorPrintChkBx.setState(1);
+    panel.showChoice(QStringLiteral("KvMirror"));
+    EXPECT_EQ(panel.mMirrorPrintChkBx.state(), 1);
+    EXPECT_EQ(panel.mMirror_Selection, nullptr);
+}
+
+TEST(ShowChoice, NeedsNoView) {
+    Marked setting;
+    setting.panel->showChoice(QStringLiteral("KvMirror"));
+    EXPECT_EQ(keywordOf(setting.panel->mMirror_Selection), QStringLiteral("ON"));
+}
+
 } // namespace
 } // namespace labelcut::test

@@ -61,6 +61,23 @@ TEST(OptionTable, TiesEachKeywordToItsFieldsControlAndItem) {
     EXPECT_EQ(item::kPopUp, 0x40000U);
 }
 
+TEST(OptionTable, RanksEveryOptionOnceFromOneUpward) {
+    const auto keywords = [](int P::Row::*rank) {
+        QStringList all;
+        int expected = 0;
+        for (const P::Row* row : P::rowsBy(rank)) {
+            EXPECT_EQ(row->*rank, ++expected) << row->keyword;
+            all.append(QLatin1String(row->keyword));
+        }
+        return all.join(u' ');
+    };
+    EXPECT_EQ(keywords(&P::Row::displayRank),
+              QStringLiteral("KvCutLabel KvAutoTapeCut KvCutAtEnd KvHalfCut KvSpecialTape "
+                             "KvChainPrint KvMirror KvRemoveBlkSpace"));
+    EXPECT_EQ(keywords(&P::Row::exclusionRank),
+              QStringLiteral("KvAutoTapeCut KvChainPrint KvHalfCut KvCutLabel"));
+}
+
 TEST(OptionConstruction, FindsEveryPresentOptionAndLeavesTheOthersAbsent) {
     for (unsigned set = 0; set <= kAllOptions; ++set) {
         PanelOnHost setting(ppdWith(set, false).open());

@@ -377,5 +377,32 @@ TEST(ToolTips, SayWhyAControlCannotBeUsed) {
     EXPECT_EQ(tip(panel.mRemoveBlkSpaceChkBx), QString());
 }
 
+TEST(ToolTips, FollowThePaperThatASaveReads) {
+    PanelOnHost setting(printerOffering(kAllOptions, true, true).open());
+    PanelUnderTest& panel = setting.show();
+    const auto tip = [&] { return panel.mRemoveBlkSpaceChkBx.widget()->toolTip(); };
+    ASSERT_EQ(tip(), QString());
+
+    setting.host->format.choose(QStringLiteral("DC24"));
+    panel.saveValuesAndReturnError(nullptr);
+    EXPECT_FALSE(panel.mRemoveBlkSpaceChkBx.isEnabled());
+    EXPECT_EQ(tip(), QStringLiteral("This paper has a fixed length, so blank space stays"));
+
+    setting.host->format.choose(QStringLiteral("W62"));
+    panel.saveValuesAndReturnError(nullptr);
+    EXPECT_TRUE(panel.mRemoveBlkSpaceChkBx.isEnabled());
+    EXPECT_EQ(tip(), QString());
+}
+
+TEST(ToolTips, StandAtFirstDisplayAlready) {
+    PanelOnHost setting(printerOffering(kAllOptions, true, true).open());
+    setting.host->format.choose(QStringLiteral("DC24"));
+    PanelUnderTest& panel = setting.load();
+    panel.initUI();
+    EXPECT_FALSE(panel.mRemoveBlkSpaceChkBx.isEnabled());
+    EXPECT_EQ(panel.mRemoveBlkSpaceChkBx.widget()->toolTip(),
+              QStringLiteral("This paper has a fixed length, so blank space stays"));
+}
+
 } // namespace
 } // namespace labelcut::test

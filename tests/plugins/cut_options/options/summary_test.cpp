@@ -289,5 +289,84 @@ TEST(Summary, ChangesNothingAndAsksNoControl) {
     EXPECT_TRUE(setting.host->sent.empty());
 }
 
+TEST(SummaryWords, AreTheOnesThatTheSummaryUses) {
+    Summarised setting(printer());
+    const SummaryWords words = setting.panel->summaryWords();
+    EXPECT_EQ(words.yes, QStringLiteral("Yes"));
+    EXPECT_EQ(words.no, QStringLiteral("No"));
+    setting.mark(HalfCut, "ON");
+    EXPECT_EQ(setting.summary().value(QStringLiteral("KvHalfCut")), words.yes);
+    EXPECT_EQ(setting.summary().value(QStringLiteral("KvMirror")), words.no);
+}
+
+// The remark below the panel's view.
+
+TEST(Remark, NamesTheTickedOptionsThatSpecialTapeSendsAsOff) {
+    PpdBuilder ppd;
+    ppd.attribute("KvAutoCutObjHidden", "False").counts(1, 9, "1").onOff("KvCutAtEnd");
+    ppd.onOff("KvMirror").onOff("KvAutoTapeCut", "OFF", "Auto").onOff("KvHalfCut", "OFF", "Half");
+    ppd.onOff("KvChainPrint", "OFF", "Chain").onOff("KvSpecialTape", "OFF", "Special");
+    PanelOnHost setting(ppd.onOff("KvRemoveBlkSpace").open());
+    PanelUnderTest& panel = setting.show();
+    for (const auto control : kBoxes)
+        (panel.*control).setState(1);
+    EXPECT_EQ(panel.remark(),
+              QStringLiteral("While “Special” is on, these are sent as off although they are "
+                             "ticked: Cut every, Auto, Half, Chain."));
+    panel.mAutoCutChkBx.setState(0);
+    panel.mHalfCutChkBx.setHidden(true);
+    panel.mCutEveryChkBx.setState(0);
+    EXPECT_EQ(panel.remark(),
+              QStringLiteral("While “Special” is on, these are sent as off although they are "
+                             "ticked: Chain."));
+}
+
+TEST(Remark, NamesWhatASaveSendsAsOffAndNothingElse) {
+    for (unsigned ticks = 0; ticks < 256; ++ticks) {
+        PanelOnHost setting(printerOffering(kAllOptions, false, true).open());
+        PanelUnderTest& panel = setting.show();
+        for (std::size_t option = 0; option < kOptionCount; ++option)
+            (panel.*kBoxes[option]).setState((ticks >> option & 1U) != 0 ? 1 : 0);
+        panel.saveValuesAndReturnError(nullptr);
+        const QString remark = panel.remark();
+        const qsizetype colon = remark.indexOf(u':');
+        for (const OptionIndex option : {AutoCut, HalfCut, ChainPrint}) {
+            const bool ticked = (ticks >> option & 1U) != 0;
+            const bool lost = ticked && markedIn(*setting.host, option) == QStringLiteral("OFF");
+            EXPECT_EQ(remark.indexOf(box(panel, option).title(), colon + 1) > 0, lost) << ticks;
+        }
+        for (const OptionIndex option : {CutAtEnd, Mirror, SpecialTape, RemoveBlk})
+            EXPECT_LT(remark.indexOf(box(panel, option).title(), colon + 1), 0) << ticks;
+    }
+}
+
+TEST(Remark, IsEmptyWithNothingTickedOrWithoutSpecialTape) {
+    PanelOnHost setting(printerOffering(kAllOptions, false, true).open());
+    EXPECT_TRUE(setting.construct().remark().isEmpty()) << "no view yet";
+    PanelUnderTest& panel = setting.show();
+    panel.mSpecialTapeChkBx.setState(1);
+    panel.mMirrorPrintChkBx.setState(1);
+    EXPECT_TRUE(panel.remark().isEmpty());
+    panel.mHalfCutChkBx.setState(1);
+    EXPECT_FALSE(panel.remark().isEmpty());
+    panel.mSpecialTapeChkBx.setHidden(true);
+    EXPECT_TRUE(panel.remark().isEmpty());
+    panel.mSpecialTapeChkBx.setHidden(false);
+    panel.mSpecialTapeChkBx.setState(0);
+    EXPECT_TRUE(panel.remark().isEmpty());
+}
+
+TEST(Remark, ShowsTitlesAsThePpdHasThem) {
+    PpdBuilder ppd;
+    ppd.onOff("KvSpecialTape", "OFF", "Cloth %1").onOff("KvHalfCut", "OFF", "Kiss & cut %2");
+    PanelOnHost setting(ppd.open());
+    PanelUnderTest& panel = setting.show();
+    panel.mSpecialTapeChkBx.setState(1);
+    panel.mHalfCutChkBx.setState(1);
+    EXPECT_EQ(panel.remark(),
+              QStringLiteral("While “Cloth %1” is on, these are sent as off although they are "
+                             "ticked: Kiss & cut %2."));
+}
+
 } // namespace
 } // namespace labelcut::test
