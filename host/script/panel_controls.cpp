@@ -9,7 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include <array>
+#include <utility>
 
 #include "host/script/script_fields.h"
 #include "platform/toolkit/check_box.h"
@@ -20,15 +20,12 @@ namespace labelcut::script {
 
 namespace {
 
-constexpr std::array kCheckBoxes = {
-    "mCutEveryChkBx", "mCutAndEndChkBx",  "mMirrorPrintChkBx", "mAutoCutChkBx",
-    "mHalfCutChkBx",  "mChainPrintChkBx", "mSpecialTapeChkBx", "mRemoveBlkSpaceChkBx",
-};
-constexpr char kCountField[] = "mCutEveryTxBx";
-constexpr char kStepper[] = "mCutEveryStpr";
-constexpr char kCountLabel[] = "mCutEveryStr";
-constexpr char kPopUp[] = "mOptionPopUpButton";
-constexpr char kPreview[] = "mOptionView";
+constexpr char kCheckBox[] = "checkBox";
+constexpr char kField[] = "field";
+constexpr char kStepper[] = "stepper";
+constexpr char kLabel[] = "label";
+constexpr char kPopUp[] = "popUp";
+constexpr char kPreview[] = "preview";
 
 template<typename Widget>
 Widget* find(const QWidget* view, const QString& name) {
@@ -52,14 +49,6 @@ Widget& usable(const QWidget* view, const QString& name) {
     if (!handle.isEnabled())
         refuse(QStringLiteral("the control \"%1\" is disabled").arg(name));
     return widget;
-}
-
-QString checkBoxName(const QString& name) {
-    for (const char* box : kCheckBoxes) {
-        if (name == QLatin1String(box))
-            return name;
-    }
-    refuse(QStringLiteral("\"%1\" is not one of the panel's checkboxes").arg(name));
 }
 
 void press(QWidget& widget, const QString& characters) {
@@ -95,8 +84,8 @@ QJsonValue checkBox(const QWidget* view, const QString& name) {
     return object;
 }
 
-QJsonValue countField(const QWidget* view) {
-    auto* field = find<QLineEdit>(view, QLatin1String(kCountField));
+QJsonValue field(const QWidget* view, const QString& name) {
+    auto* field = find<QLineEdit>(view, name);
     if (!field)
         return {};
     QJsonObject object = common(*field);
@@ -104,8 +93,8 @@ QJsonValue countField(const QWidget* view) {
     return object;
 }
 
-QJsonValue stepper(const QWidget* view) {
-    auto* widget = find<QWidget>(view, QLatin1String(kStepper));
+QJsonValue stepper(const QWidget* view, const QString& name) {
+    auto* widget = find<QWidget>(view, name);
     if (!widget)
         return {};
     QJsonObject object = common(*widget);
@@ -113,8 +102,8 @@ QJsonValue stepper(const QWidget* view) {
     return object;
 }
 
-QJsonValue countLabel(const QWidget* view) {
-    auto* label = find<QLabel>(view, QLatin1String(kCountLabel));
+QJsonValue label(const QWidget* view, const QString& name) {
+    auto* label = find<QLabel>(view, name);
     if (!label)
         return {};
     QJsonObject object = common(*label);
@@ -125,12 +114,35 @@ QJsonValue countLabel(const QWidget* view) {
 
 } // namespace
 
-void click(QWidget* view, const QString& control) {
-    usable<QCheckBox>(view, checkBoxName(control)).click();
+PanelControls::PanelControls(QWidget* view, const QVariantMap& inspected)
+    : mView(view) {
+    for (const QVariant& listed : inspected.value(QStringLiteral("controls")).toList()) {
+        const QVariantMap control = listed.toMap();
+        mNames[control.value(QStringLiteral("kind")).toString()].append(
+            control.value(QStringLiteral("name")).toString());
+    }
 }
 
-void enter(QWidget* view, const QString& text) {
-    auto& field = usable<QLineEdit>(view, QLatin1String(kCountField));
+QString PanelControls::first(const char* kind) const {
+    const auto names = mNames.find(QLatin1String(kind));
+    if (names == mNames.end())
+        refuse(QStringLiteral("the panel has no %1").arg(QLatin1String(kind)));
+    return names->second.front();
+}
+
+QString PanelControls::listedCheckBox(const QString& name) const {
+    const auto names = mNames.find(QLatin1String(kCheckBox));
+    if (names == mNames.end() || !names->second.contains(name))
+        refuse(QStringLiteral("\"%1\" is not one of the panel's checkboxes").arg(name));
+    return name;
+}
+
+void PanelControls::click(const QString& checkBox) const {
+    usable<QCheckBox>(mView, listedCheckBox(checkBox)).click();
+}
+
+void PanelControls::enter(const QString& text) const {
+    auto& field = usable<QLineEdit>(mView, first(kField));
     field.selectAll();
     if (text.isEmpty())
         field.del();
@@ -138,21 +150,22 @@ void enter(QWidget* view, const QString& text) {
         field.insert(text);
 }
 
-void type(QWidget* view, const QString& text) {
-    auto& field = usable<QLineEdit>(view, QLatin1String(kCountField));
+void PanelControls::type(const QString& text) const {
+    auto& field = usable<QLineEdit>(mView, first(kField));
     field.selectAll();
     for (const char32_t character : text.toUcs4())
         press(field, QString::fromUcs4(&character, 1));
 }
 
-void step(QWidget* view, int value) {
-    auto& widget = usable<QWidget>(view, QLatin1String(kStepper));
+void PanelControls::step(int value) const {
+    const QString name = first(kStepper);
+    auto& widget = usable<QWidget>(mView, name);
     if (!QMetaObject::invokeMethod(&widget, "stepTo", Q_ARG(int, value)))
-        refuse(QStringLiteral("the control \"%1\" is not a stepper").arg(QLatin1String(kStepper)));
+        refuse(QStringLiteral("the control \"%1\" is not a stepper").arg(name));
 }
 
-void choosePopUp(QWidget* view, int tag) {
-    auto& box = usable<QComboBox>(view, QLatin1String(kPopUp));
+void PanelControls::choosePopUp(int tag) const {
+    auto& box = usable<QComboBox>(mView, first(kPopUp));
     const int index = box.findData(tag, PopUpButton::kTagRole);
     if (index < 0)
         refuse(QStringLiteral("the pop-up has no entry with the tag %1").arg(tag));
@@ -160,22 +173,28 @@ void choosePopUp(QWidget* view, int tag) {
     Q_EMIT box.activated(index);
 }
 
-void setState(QWidget* view, const QString& control, int state) {
-    setCheckBoxState(present<QCheckBox>(view, checkBoxName(control)), state);
+void PanelControls::setState(const QString& checkBox, int state) const {
+    setCheckBoxState(present<QCheckBox>(mView, listedCheckBox(checkBox)), state);
 }
 
-QJsonObject controls(const QWidget* view) {
-    QJsonObject all;
-    for (const char* name : kCheckBoxes)
-        all.insert(QLatin1String(name), checkBox(view, QLatin1String(name)));
-    all.insert(QLatin1String(kCountField), countField(view));
-    all.insert(QLatin1String(kStepper), stepper(view));
-    all.insert(QLatin1String(kCountLabel), countLabel(view));
-    return all;
+QJsonObject PanelControls::all() const {
+    using Look = QJsonValue (*)(const QWidget*, const QString&);
+    static constexpr std::pair<const char*, Look> kLooks[] = {
+        {kCheckBox, &checkBox}, {kField, &field}, {kStepper, &stepper}, {kLabel, &label}};
+    QJsonObject seen;
+    for (const auto& [kind, look] : kLooks) {
+        const auto names = mNames.find(QLatin1String(kind));
+        if (names == mNames.end())
+            continue;
+        for (const QString& name : names->second)
+            seen.insert(name, look(mView, name));
+    }
+    return seen;
 }
 
-QJsonValue popUp(const QWidget* view) {
-    const auto* box = find<QComboBox>(view, QLatin1String(kPopUp));
+QJsonValue PanelControls::popUp() const {
+    const auto names = mNames.find(QLatin1String(kPopUp));
+    const auto* box = names == mNames.end() ? nullptr : find<QComboBox>(mView, names->second[0]);
     if (!box)
         return {};
     QJsonArray entries;
@@ -189,8 +208,9 @@ QJsonValue popUp(const QWidget* view) {
                         selected.isValid() ? QJsonValue(selected.toInt()) : QJsonValue()}};
 }
 
-QJsonValue previewPlace(const QWidget* view) {
-    const auto* preview = find<QWidget>(view, QLatin1String(kPreview));
+QJsonValue PanelControls::previewPlace() const {
+    const auto names = mNames.find(QLatin1String(kPreview));
+    const auto* preview = names == mNames.end() ? nullptr : find<QWidget>(mView, names->second[0]);
     return preview ? QJsonValue(place(*preview)) : QJsonValue();
 }
 

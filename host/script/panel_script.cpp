@@ -7,7 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <array>
 #include <map>
 #include <utility>
 
@@ -42,11 +41,6 @@ struct PanelScript::Stage {
 namespace {
 
 using Stage = PanelScript::Stage;
-
-constexpr std::array kKeywords = {
-    "KvCutLabel", "KvCutAtEnd",   "KvMirror",      "KvAutoTapeCut",
-    "KvHalfCut",  "KvChainPrint", "KvSpecialTape", "KvRemoveBlkSpace",
-};
 
 QJsonValue orNull(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue();
@@ -236,28 +230,32 @@ QJsonObject localize(Stage& stage, const QJsonObject& line) {
     return textAnswer(stage.bundle->localizedStringForKey(script::text(line, "key")));
 }
 
+script::PanelControls controls(const Stage& stage) {
+    return {stage.view, stage.panel->inspect()};
+}
+
 QJsonObject click(Stage& stage, const QJsonObject& line) {
-    script::click(stage.view, script::text(line, "control"));
+    controls(stage).click(script::text(line, "control"));
     return {};
 }
 
 QJsonObject enter(Stage& stage, const QJsonObject& line) {
-    script::enter(stage.view, script::text(line, "text"));
+    controls(stage).enter(script::text(line, "text"));
     return {};
 }
 
 QJsonObject type(Stage& stage, const QJsonObject& line) {
-    script::type(stage.view, script::text(line, "text"));
+    controls(stage).type(script::text(line, "text"));
     return {};
 }
 
 QJsonObject step(Stage& stage, const QJsonObject& line) {
-    script::step(stage.view, script::integer(line, "value"));
+    controls(stage).step(script::integer(line, "value"));
     return {};
 }
 
 QJsonObject popup(Stage& stage, const QJsonObject& line) {
-    script::choosePopUp(stage.view, script::integer(line, "tag"));
+    controls(stage).choosePopUp(script::integer(line, "tag"));
     return {};
 }
 
@@ -265,25 +263,29 @@ QJsonObject set(Stage& stage, const QJsonObject& line) {
     const int state = script::integer(line, "state");
     if (state < -1 || state > 1)
         script::refuseType("state", "-1, 0 or 1");
-    script::setState(stage.view, script::text(line, "control"), state);
+    controls(stage).setState(script::text(line, "control"), state);
     return {};
 }
 
-QJsonValue preview(const Stage& stage, const QVariantMap& inspected) {
-    const QJsonValue place = script::previewPlace(stage.view);
+QJsonObject part(const QVariantMap& inspected, const char* name) {
+    return QJsonObject::fromVariantMap(inspected.value(QLatin1String(name)).toMap());
+}
+
+/// What the panel says of its picture, and where it is shown; null where it is not.
+QJsonValue preview(const script::PanelControls& controls, const QVariantMap& inspected) {
+    const QJsonValue place = controls.previewPlace();
     if (!place.isObject())
         return {};
-    QJsonObject object = place.toObject();
-    const QString image = inspected.value(QStringLiteral("image")).toString();
-    object.insert(QStringLiteral("slot"), inspected.value(QStringLiteral("slot")).toInt());
-    object.insert(QStringLiteral("image"), image.isNull() ? QJsonValue() : QJsonValue(image));
+    QJsonObject object = part(inspected, "preview");
+    for (const QString& key : place.toObject().keys())
+        object.insert(key, place[key]);
     return object;
 }
 
-QJsonObject marked(const PanelHost& host) {
+QJsonObject marked(const PanelHost& host, const QStringList& keywords) {
     QJsonObject all;
-    for (const char* keyword : kKeywords)
-        all.insert(QLatin1String(keyword), orNull(host.marked(QLatin1String(keyword))));
+    for (const QString& keyword : keywords)
+        all.insert(keyword, orNull(host.marked(keyword)));
     return all;
 }
 
@@ -296,24 +298,19 @@ QJsonArray calls(PanelHost& host) {
 
 QJsonObject state(Stage& stage, const QJsonObject&) {
     const QVariantMap inspected = stage.panel->inspect();
-    const auto asInt = [&](const char* field) {
-        return inspected.value(QLatin1String(field)).toInt();
-    };
-    return {
-        {QStringLiteral("controls"), script::controls(stage.view)},
-        {QStringLiteral("popup"), script::popUp(stage.view)},
-        {QStringLiteral("preview"), preview(stage, inspected)},
-        {QStringLiteral("selections"),
-         QJsonObject::fromVariantMap(inspected.value(QStringLiteral("selections")).toMap())},
-        {QStringLiteral("marked"), marked(*stage.host)},
-        {QStringLiteral("tapeState"), asInt("mTapeState")},
-        {QStringLiteral("usb"), asInt("usb_dec")},
-        {QStringLiteral("autoCutShown"), asInt("mAutoCutHideKey_dec")},
-        {QStringLiteral("isRV"), inspected.value(QStringLiteral("isRVPrinter")).toBool()},
-        {QStringLiteral("panelSize"), sizeOf(stage.view)},
-        {QStringLiteral("calls"), calls(*stage.host)},
-        {QStringLiteral("resized"), stage.host->takeResizes()},
-    };
+    const script::PanelControls controls(stage.view, inspected);
+    const QStringList keywords = inspected.value(QStringLiteral("keywords")).toStringList();
+    // What the panel adds of its own stands among the rest.
+    QJsonObject answer = part(inspected, "state");
+    answer.insert(QStringLiteral("controls"), controls.all());
+    answer.insert(QStringLiteral("popup"), controls.popUp());
+    answer.insert(QStringLiteral("preview"), preview(controls, inspected));
+    answer.insert(QStringLiteral("selections"), part(inspected, "selections"));
+    answer.insert(QStringLiteral("marked"), marked(*stage.host, keywords));
+    answer.insert(QStringLiteral("panelSize"), sizeOf(stage.view));
+    answer.insert(QStringLiteral("calls"), calls(*stage.host));
+    answer.insert(QStringLiteral("resized"), stage.host->takeResizes());
+    return answer;
 }
 
 using Command = QJsonObject (*)(Stage&, const QJsonObject&);

@@ -95,8 +95,17 @@ public:
     /// that a blank line parts. Only asked where shouldShowHelp() is true.
     virtual QString helpText() { return {}; }
 
-    /// What the panel keeps beside its controls, for automation and tests; reading it changes
-    /// nothing. Keys are the panel's own field names. A panel need not offer any.
+    /// What automation and tests may know of the panel; reading it changes nothing. Labelcut's
+    /// script driver (docs/panel-script.md) looks for these keys, each of which may be missing:
+    ///   "controls"    what it may act on and look at: a list of maps of "name", the object name
+    ///                 within the view, and "kind", one of "checkBox" (QCheckBox), "field"
+    ///                 (QLineEdit), "stepper" (a widget with a property "value" and an invokable
+    ///                 stepTo(int)), "label" (QLabel), "popUp" (QComboBox) and "preview";
+    ///   "keywords"    the PPD keywords whose marks it reports (QStringList);
+    ///   "selections"  a map of choice keywords by the panel's own names;
+    ///   "preview"     a map of what the control of that kind shows;
+    ///   "state"       a map of further values, which it reports under their keys.
+    /// Any other key is the panel's own.
     virtual QVariantMap inspect() const { return {}; }
     /// @}
 };

@@ -115,6 +115,13 @@ labelcut::SummaryWords SupplyPanel::summaryWords() {
     return {QStringLiteral("Watched"), QStringLiteral("Not watched")};
 }
 
+QVariantMap SupplyPanel::inspect() const {
+    const QVariantMap watch{{QStringLiteral("name"), QStringLiteral("watchSupply")},
+                            {QStringLiteral("kind"), QStringLiteral("checkBox")}};
+    return {{QStringLiteral("controls"), QVariantList{watch}},
+            {QStringLiteral("state"), QVariantMap{{QStringLiteral("usedUp"), isUsedUp()}}}};
+}
+
 labelcut::PDEPanelArray*
 SupplyPlugin::PDEPanelsForType(const QString& type,
                                std::shared_ptr<labelcut::PDEPluginCallback> hostInfo) {

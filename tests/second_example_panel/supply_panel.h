@@ -13,6 +13,7 @@
 //    makes room: panelViewDidResize().
 //  - What it keeps is in the print session, under a key of its own, and goes with the dialog.
 //  - The user may fold it away (shouldHide()), and its help button shows helpText().
+//  - Scripts can work its check box, because inspect() lists it.
 //  - summaryWords() are the words with which its summary says yes and no.
 #pragma once
 
@@ -55,6 +56,8 @@ public:
     /// False while no tape is left; the remark says why.
     bool shouldPrint() override { return !isUsedUp(); }
     void printWindowWillClose(bool) override {}
+    /// The check box, for scripts, and whether tape is left.
+    QVariantMap inspect() const override;
 
 private:
     void buildView();

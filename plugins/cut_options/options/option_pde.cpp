@@ -17,6 +17,20 @@ QVariant keywordOf(const PDEChoice* selection) {
     return selection ? QVariant(QString::fromUtf8(selection->choice()->choice)) : QVariant();
 }
 
+QVariantMap control(const char* name, const char* kind) {
+    return {{QStringLiteral("name"), QLatin1String(name)},
+            {QStringLiteral("kind"), QLatin1String(kind)}};
+}
+
+/// The slot and the picture's name in it, nothing for an empty slot; empty without a preview.
+QVariantMap shownPicture(const OptionView13_v400_* preview) {
+    if (!preview)
+        return {};
+    const QString image = preview->targetImageName();
+    return {{QStringLiteral("slot"), preview->targetSlot()},
+            {QStringLiteral("image"), image.isNull() ? QVariant() : QVariant(image)}};
+}
+
 } // namespace
 
 OptionPDE13_v400_::~OptionPDE13_v400_() {
@@ -110,38 +124,37 @@ bool OptionPDE13_v400_::shouldPrint() {
 }
 
 CutCheckBoxes OptionPDE13_v400_::cutCheckBoxes() const {
-    return {mCutEveryChkBx, mCutAndEndChkBx,  mMirrorPrintChkBx, mAutoCutChkBx,
-            mHalfCutChkBx,  mChainPrintChkBx, mSpecialTapeChkBx, mRemoveBlkSpaceChkBx};
+    CutCheckBoxes boxes;
+    for (const Row& row : rows())
+        boxes.*row.inCombination = this->*row.checkBox;
+    return boxes;
 }
 
 QVariantMap OptionPDE13_v400_::inspect() const {
-    static constexpr std::pair<const char*, const PDEChoice * OptionPDE13_v400_::*> kSelections[] =
-        {
-            {"mCutEvery_Selection", &OptionPDE13_v400_::mCutEvery_Selection},
-            {"mCutEnd_Selection", &OptionPDE13_v400_::mCutEnd_Selection},
-            {"mMirror_Selection", &OptionPDE13_v400_::mMirror_Selection},
-            {"mAutoCut_Selection", &OptionPDE13_v400_::mAutoCut_Selection},
-            {"mHalfCut_Selection", &OptionPDE13_v400_::mHalfCut_Selection},
-            {"mChainPrint_Selection", &OptionPDE13_v400_::mChainPrint_Selection},
-            {"mSpecialTape_Selection", &OptionPDE13_v400_::mSpecialTape_Selection},
-            {"mRemoveBlkSpace_Selection", &OptionPDE13_v400_::mRemoveBlkSpace_Selection},
-            {"mAutoCut_CutEvery_Selection", &OptionPDE13_v400_::mAutoCut_CutEvery_Selection},
-        };
     QVariantMap selections;
-    for (const auto& [name, selection] : kSelections)
-        selections.insert(QLatin1String(name), keywordOf(this->*selection));
-
-    QVariantMap state;
-    state.insert(QStringLiteral("selections"), selections);
-    state.insert(QStringLiteral("mTapeState"), mTapeState);
-    state.insert(QStringLiteral("usb_dec"), usb_dec);
-    state.insert(QStringLiteral("mAutoCutHideKey_dec"), mAutoCutHideKey_dec);
-    state.insert(QStringLiteral("isRVPrinter"), isRVPrinter());
-    if (mOptionView) {
-        state.insert(QStringLiteral("slot"), mOptionView->targetSlot());
-        state.insert(QStringLiteral("image"), mOptionView->targetImageName());
+    QVariantList controls;
+    QStringList keywords;
+    for (const Row& row : rows()) {
+        selections.insert(QLatin1String(row.selectionName), keywordOf(this->*row.selection));
+        controls.append(control(row.outlet, "checkBox"));
+        keywords.append(QLatin1String(row.keyword));
     }
-    return state;
+    selections.insert(QStringLiteral("mAutoCut_CutEvery_Selection"),
+                      keywordOf(mAutoCut_CutEvery_Selection));
+    controls.append(control("mCutEveryTxBx", "field"));
+    controls.append(control("mCutEveryStpr", "stepper"));
+    controls.append(control("mCutEveryStr", "label"));
+    controls.append(control("mOptionPopUpButton", "popUp"));
+    controls.append(control("mOptionView", "preview"));
+    const QVariantMap state{{QStringLiteral("tapeState"), mTapeState},
+                            {QStringLiteral("usb"), usb_dec},
+                            {QStringLiteral("autoCutShown"), mAutoCutHideKey_dec},
+                            {QStringLiteral("isRV"), isRVPrinter()}};
+    return {{QStringLiteral("selections"), selections},
+            {QStringLiteral("controls"), controls},
+            {QStringLiteral("keywords"), keywords},
+            {QStringLiteral("preview"), shownPicture(mOptionView)},
+            {QStringLiteral("state"), state}};
 }
 
 } // namespace labelcut

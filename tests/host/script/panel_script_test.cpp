@@ -822,5 +822,44 @@ TEST(PanelScriptSystem, AnOldSystemIsRefusedOnlyWhenAskedFirst) {
               !answer.value(QLatin1String("accepted")).toBool());
 }
 
+// Another plug-in's panel.
+
+class PanelScriptOfAnotherPlugin : public testing::Test {
+protected:
+    QJsonObject run(const QByteArray& line) { return mScript.carryOut(line); }
+
+    PluginSearch mPlugins = loadPlugins(QStringLiteral(LABELCUT_SECOND_EXAMPLE_DIR));
+    PanelScript mScript{mPlugins};
+};
+
+TEST_F(PanelScriptOfAnotherPlugin, WorksAndShowsWhatThePanelLists) {
+    EXPECT_JSON(run(R"({"do":"open"})"), R"({"ok":true,"accepted":true,"panels":1})");
+    EXPECT_JSON(run(R"({"do":"state"})").value(QLatin1String("controls")),
+                R"({"watchSupply":null})");
+    run(R"({"do":"view"})");
+    EXPECT_JSON(run(R"({"do":"click","control":"watchSupply"})"), R"({"ok":true})");
+    const QJsonObject state = run(R"({"do":"state"})");
+    EXPECT_JSON(state.value(QLatin1String("usedUp")), "true");
+    EXPECT_JSON(state.value(QLatin1String("controls"))
+                    .toObject()
+                    .value(QLatin1String("watchSupply"))
+                    .toObject()
+                    .value(QLatin1String("state")),
+                "1");
+    EXPECT_JSON(state.value(QLatin1String("marked")), "{}");
+    EXPECT_JSON(state.value(QLatin1String("popup")), "null");
+    EXPECT_JSON(state.value(QLatin1String("preview")), "null");
+    EXPECT_JSON(state.value(QLatin1String("resized")), "1");
+}
+
+TEST_F(PanelScriptOfAnotherPlugin, RefusesWhatThePanelDoesNotList) {
+    run(R"({"do":"open"})");
+    run(R"({"do":"view"})");
+    for (const char* line :
+         {R"({"do":"click","control":"mHalfCutChkBx"})", R"({"do":"enter","text":"1"})",
+          R"({"do":"type","text":"1"})", R"({"do":"step","value":1})", R"({"do":"popup","tag":1})"})
+        EXPECT_JSON(run(line).value(QLatin1String("ok")), "false");
+}
+
 } // namespace
 } // namespace labelcut::test

@@ -506,16 +506,38 @@ TEST(Inspection, TellsSelectionsStatesAndThePicture) {
     PanelUnderTest& panel = setting.load();
     panel.usb_dec = 1;
     panel.mTapeState = 7;
-    const QVariantMap state = panel.inspect();
-    EXPECT_EQ(state.keys(), (QStringList{"image", "isRVPrinter", "mAutoCutHideKey_dec",
-                                         "mTapeState", "selections", "slot", "usb_dec"}));
-    EXPECT_EQ(state.value(QStringLiteral("mTapeState")), 7);
-    EXPECT_EQ(state.value(QStringLiteral("usb_dec")), 1);
-    EXPECT_EQ(state.value(QStringLiteral("mAutoCutHideKey_dec")), 1);
-    EXPECT_EQ(state.value(QStringLiteral("isRVPrinter")), false);
-    EXPECT_EQ(state.value(QStringLiteral("slot")), panel.mOptionView->targetSlot());
-    EXPECT_EQ(state.value(QStringLiteral("image")), panel.mOptionView->targetImageName());
-    EXPECT_EQ(state.value(QStringLiteral("selections")).toMap().size(), 9);
+    const QVariantMap inspected = panel.inspect();
+    EXPECT_EQ(inspected.keys(),
+              (QStringList{"controls", "keywords", "preview", "selections", "state"}));
+    const QVariantMap state = inspected.value(QStringLiteral("state")).toMap();
+    EXPECT_EQ(state.keys(), (QStringList{"autoCutShown", "isRV", "tapeState", "usb"}));
+    EXPECT_EQ(state.value(QStringLiteral("tapeState")), 7);
+    EXPECT_EQ(state.value(QStringLiteral("usb")), 1);
+    EXPECT_EQ(state.value(QStringLiteral("autoCutShown")), 1);
+    EXPECT_EQ(state.value(QStringLiteral("isRV")), false);
+    const QVariantMap preview = inspected.value(QStringLiteral("preview")).toMap();
+    EXPECT_EQ(preview.value(QStringLiteral("slot")), panel.mOptionView->targetSlot());
+    EXPECT_EQ(preview.value(QStringLiteral("image")), panel.mOptionView->targetImageName());
+    EXPECT_EQ(inspected.value(QStringLiteral("selections")).toMap().size(), 9);
+}
+
+TEST(Inspection, ListsControlsThatTheViewHas) {
+    PanelOnHost setting(PpdBuilder::tapePrinter().open());
+    const QVariantMap before = setting.construct().inspect();
+    PanelUnderTest& panel = setting.load();
+    EXPECT_EQ(panel.inspect().value(QStringLiteral("controls")),
+              before.value(QStringLiteral("controls")))
+        << "known before the view is";
+    QStringList names;
+    for (const QVariant& listed : before.value(QStringLiteral("controls")).toList()) {
+        names.append(listed.toMap().value(QStringLiteral("name")).toString());
+        EXPECT_TRUE(panel.panelView()->findChild<QWidget*>(names.last()))
+            << names.last().toStdString();
+    }
+    EXPECT_EQ(names.size(), 13);
+    EXPECT_EQ(names.mid(0, kOptionCount), QStringList(kBoxNames.begin(), kBoxNames.end()));
+    EXPECT_EQ(before.value(QStringLiteral("keywords")).toStringList(),
+              QStringList(kKeywords.begin(), kKeywords.end()));
 }
 
 TEST(TitlesOfEveryLanguage, AreNotClipped) {
