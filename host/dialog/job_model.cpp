@@ -236,7 +236,7 @@ void JobModel::save() {
 }
 
 bool JobModel::shouldPrint() {
-    followActs();
+    save();
     return mPrinter && mPrinter->shouldPrint();
 }
 

@@ -108,7 +108,7 @@ public:
 
     /// Writes the panels' state; asked before anything is read for a job.
     void save();
-    /// Whether every panel lets the job be printed.
+    /// Whether every panel lets the job be printed; their state is asked for first.
     bool shouldPrint();
     /// What is printed with what is chosen now. There is a printer.
     Order order() const { return orderFor(*mPrinter, mAmount); }

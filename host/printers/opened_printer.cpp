@@ -204,7 +204,6 @@ void OpenedPrinter::save() {
 
 bool OpenedPrinter::shouldPrint() {
     const QScopedValueRollback driving(mDriving, true);
-    mPanels->save();
     return mPanels->shouldPrint();
 }
 

@@ -110,7 +110,7 @@ public:
     void followActs(const std::set<const PDEPluginCallback*>& writers, const Settings& before);
     /// Asks every panel for its state.
     void save();
-    /// Whether every panel lets the job be printed; their state is asked for first.
+    /// Whether every panel lets the job be printed.
     bool shouldPrint();
     /// Tells every panel that the dialog closes.
     void close(bool printed);

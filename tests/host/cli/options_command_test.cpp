@@ -106,16 +106,16 @@ TEST(OptionsCommandTest, APpdThatCannotBeUsedIsNamedWithLineAndReason) {
         const char* sentence;
     };
     const Row rows[] = {
-        {folder.path(QStringLiteral("none.ppd")), "none.ppd\" does not exist"},
+        {folder.path(QStringLiteral("none.ppd")), "none.ppd” does not exist"},
         {folder.path(QStringLiteral(".")), "is no file"},
-        {folder.file(QStringLiteral("empty.ppd"), ""), "empty.ppd\" is no usable PPD: "},
+        {folder.file(QStringLiteral("empty.ppd"), ""), "empty.ppd” is no usable PPD: "},
         {folder.file(QStringLiteral("text.ppd"), "hello\n"),
-         "text.ppd\" is no usable PPD: Missing asterisk in column 1 in line 1;"},
+         "text.ppd” is no usable PPD: Missing asterisk in column 1 in line 1;"},
         {folder.file(QStringLiteral("long.ppd"), longLine),
-         "long.ppd\" is no usable PPD: Line longer than the maximum allowed (255 characters) in "
+         "long.ppd” is no usable PPD: Line longer than the maximum allowed (255 characters) in "
          "line 8;"},
         {folder.file(QStringLiteral("quote.ppd"), contentOf(kTapePpd).replace("4.3\"", "4.3")),
-         "quote.ppd\" is no usable PPD: "},
+         "quote.ppd” is no usable PPD: "},
         {QStringLiteral(LABELCUT_PROGRAM), "is no usable PPD: "},
     };
     for (const Row& row : rows) {

@@ -82,9 +82,9 @@ TEST_F(PresetsCommandTest, WhatCannotBeDoneIsOneSentenceAndChangesNothing) {
         {"presets show None", kTapePpd, "None"},
         {"presets remove None", kTapePpd, "None"},
         {"presets save Three --set KvHalfCut=MAYBE", kTapePpd, "MAYBE"},
-        {"presets list", mFolder.path(QStringLiteral("none.ppd")), "none.ppd\" does not exist"},
+        {"presets list", mFolder.path(QStringLiteral("none.ppd")), "none.ppd” does not exist"},
         {"presets list", mFolder.path(QStringLiteral(".")), "is no file"},
-        {"presets list", text, "text.ppd\" is no usable PPD: Missing asterisk"},
+        {"presets list", text, "text.ppd” is no usable PPD: Missing asterisk"},
         {"print f -o o --preset None", kTapePpd, "None"},
     };
     for (const Row& row : rows) {

@@ -265,7 +265,7 @@ TEST_F(PrintCommandTest, AMalformedPpdIsNamedWithItsLine) {
     const QString ppd =
         mFolder.file(QStringLiteral("bad.ppd"), "*PPD-Adobe: \"4.3\"\n*Bad\nworse\n");
     EXPECT_THAT(refusalOf("", ppd),
-                HasSubstr("bad.ppd\" is no usable PPD: Missing asterisk in column 1 in line 3;"));
+                HasSubstr("bad.ppd” is no usable PPD: Missing asterisk in column 1 in line 3;"));
 }
 
 TEST_F(PrintCommandTest, WithoutAPrintServiceAQueueCannotBeUsed) {

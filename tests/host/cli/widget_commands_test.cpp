@@ -78,7 +78,7 @@ TEST_F(WidgetCommandsTest, APictureIsAsItWasAskedFor) {
 TEST_F(WidgetCommandsTest, APictureThatCannotBeTakenIsOneSentence) {
     const QString output = mFolder.path(QStringLiteral("panel.png"));
     expectRefusal(snapshot(output, "", mFolder.path(QStringLiteral("none.ppd"))),
-                  "none.ppd\" does not exist");
+                  "none.ppd” does not exist");
     expectRefusal(snapshot(output, "--set KvHalfCut=MAYBE"), "MAYBE");
     expectRefusal(snapshot(output, "--set Nonsense=ON"), "Nonsense");
     EXPECT_FALSE(QFile::exists(output));

@@ -119,12 +119,66 @@ TEST_F(JobModelTest, ShowingAPanelKeepsWhatWasWanted) {
     EXPECT_FALSE(mModel.canUndo());
 }
 
-TEST_F(JobModelTest, MirrorIsLostByAShowingAndThatIsTold) {
+TEST_F(JobModelTest, MirrorIsKeptByAShowing) {
     open(kTapePpd, {{kMirror, kOn}});
-    showPanel();
+    QWidget& view = showPanel();
+    EXPECT_EQ(choice(kMirror), "ON");
+    EXPECT_TRUE(part<QCheckBox>(view, "mMirrorPrintChkBx")->isChecked());
+    EXPECT_EQ(valueOf("Mirror printing"), "Yes");
+    EXPECT_THAT(mTold, IsEmpty());
+}
+
+TEST_F(JobModelTest, UndoTakesBackOneActAndKeepsMirror) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
+    act();
+    part<QCheckBox>(view, "mRemoveBlkSpaceChkBx")->click();
+    act();
+    mModel.undo();
+    EXPECT_EQ(choice(kMirror), "ON");
+    EXPECT_TRUE(part<QCheckBox>(view, "mMirrorPrintChkBx")->isChecked());
+    EXPECT_EQ(choice(QStringLiteral("KvRemoveBlkSpace")), "OFF");
+    EXPECT_THAT(mTold, IsEmpty());
+    mModel.undo();
     EXPECT_EQ(choice(kMirror), "OFF");
-    EXPECT_THAT(mTold, ElementsAre(HasSubstr("Mirror printing")));
-    EXPECT_EQ(valueOf("Mirror printing"), "No");
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, EveryCombinationThatAPresetWantsArrivesInThePanel) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    const std::pair<const char*, QString> boxes[] = {
+        {"mAutoCutChkBx", kAutoCut},
+        {"mHalfCutChkBx", kHalfCut},
+        {"mChainPrintChkBx", QStringLiteral("KvChainPrint")},
+        {"mMirrorPrintChkBx", kMirror},
+        {"mRemoveBlkSpaceChkBx", QStringLiteral("KvRemoveBlkSpace")},
+    };
+    for (unsigned bits = 0; bits < 32; ++bits) {
+        Settings wanted;
+        for (unsigned i = 0; i < 5; ++i)
+            wanted.push_back({boxes[i].second, (bits >> i & 1) != 0 ? kOn : kOff});
+        EXPECT_TRUE(mModel.chooseAll(wanted).isEmpty()) << bits;
+        for (unsigned i = 0; i < 5; ++i) {
+            EXPECT_EQ(choice(boxes[i].second), wanted[i].choice.toStdString()) << bits;
+            EXPECT_EQ(part<QCheckBox>(view, boxes[i].first)->isChecked(),
+                      wanted[i].choice == kOn)
+                << boxes[i].first << ' ' << bits;
+        }
+    }
+}
+
+TEST_F(JobModelTest, SeveralActsInOneTurnAreFollowedOnce) {
+    open(kTapePpd);
+    QWidget& view = showPanel();
+    mChanges = 0;
+    part<QCheckBox>(view, "mHalfCutChkBx")->click();
+    part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
+    settle();
+    EXPECT_EQ(mChanges, 1);
+    EXPECT_EQ(choice(kHalfCut), "ON");
+    EXPECT_EQ(choice(kMirror), "ON");
 }
 
 TEST_F(JobModelTest, MirrorIsKeptByThePanelsOwnActs) {

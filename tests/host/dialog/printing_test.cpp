@@ -209,7 +209,7 @@ TEST_F(IntoFileTest, APpdThatIsGoneIsToldAndNothingIsWritten) {
     const QString path = print();
     ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
     EXPECT_THAT(messages(), ElementsAre(testing::AllOf(HasSubstr(ppd.toStdString()),
-                                                       HasSubstr("cannot be opened"))));
+                                                       HasSubstr("does not exist"))));
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_TRUE(mDialog->isVisible());
 }

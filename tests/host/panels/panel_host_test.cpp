@@ -102,6 +102,21 @@ TEST_F(Host, MarksWhatAPanelChoosesAndTellsTheOtherPluginsPanelsOnly) {
     EXPECT_TRUE(third.heard.empty());
 }
 
+TEST_F(Host, KeepsWhatAPanelChoosesAmongThePrintSettings) {
+    QVariant kept;
+    EXPECT_EQ(PMPrintSettingsGetValue(one->printSettings(), kMirror, &kept), kPMKeyNotFound);
+    one->willChangePPDOptionKeyValue(kMirror, kOn);
+    ASSERT_EQ(PMPrintSettingsGetValue(one->printSettings(), kMirror, &kept), noErr);
+    EXPECT_EQ(kept, QVariant(kOn));
+    host->mark(kMirror, kOff);
+    ASSERT_EQ(PMPrintSettingsGetValue(one->printSettings(), kMirror, &kept), noErr);
+    EXPECT_EQ(kept, QVariant(kOff)) << "marks and settings agree";
+    host->unmark(kMirror);
+    EXPECT_EQ(PMPrintSettingsGetValue(one->printSettings(), kMirror, &kept), kPMKeyNotFound);
+    one->willChangePPDOptionKeyValue(kMirror, QStringLiteral("MAYBE"));
+    EXPECT_EQ(PMPrintSettingsGetValue(one->printSettings(), kMirror, &kept), kPMKeyNotFound);
+}
+
 TEST_F(Host, MarksBeforeItTells) {
     std::optional<QString> markedMeanwhile;
     third.onHeard = [&](const Setting& change) { markedMeanwhile = host->marked(change.keyword); };
