@@ -58,7 +58,8 @@ void PanelHost::removePanel(PDEPanel* panel) {
 bool PanelHost::mark(const QString& key, const QString& choice) {
     if (!ppd::markOption(ppd(), key.toUtf8().constData(), choice.toUtf8().constData()))
         return false;
-    keepForJob(key, choice);
+    // As it is marked: a value of the user's own may have been written in another unit.
+    keepForJob(key, marked(key).value_or(choice));
     return true;
 }
 
