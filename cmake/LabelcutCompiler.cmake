@@ -9,7 +9,9 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+  # Precompiled headers hold neither macros of the command line nor the time.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    "CCACHE_SLOPPINESS=pch_defines,time_macros" "${CCACHE_PROGRAM}")
 endif()
 
 add_library(labelcut_compiler INTERFACE)
@@ -50,11 +52,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(labelcut_compiler INTERFACE -fno-gnu-unique)
 endif()
 
-# labelcut_library(NAME SOURCES file… [LINK target…]): a static library whose public link
-# interface is LINK; sources may be headers (for automatic moc).
+# labelcut_library(NAME [MOC] SOURCES file… [LINK target…]): a static library whose public link
+# interface is LINK. With MOC, what the sources declare as Q_OBJECT gets its code; without it the
+# build spares the look for it, and a forgotten MOC fails to link (no vtable).
 function(labelcut_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "MOC" "" "SOURCES;LINK")
   add_library(${name} STATIC ${arg_SOURCES})
-  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  set_target_properties(${name} PROPERTIES AUTOMOC ${arg_MOC})
   target_link_libraries(${name} PUBLIC labelcut_compiler ${arg_LINK})
+  labelcut_reuse_headers(${name} labelcut_library_headers)
 endfunction()

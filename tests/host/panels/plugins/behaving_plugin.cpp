@@ -1,30 +1,16 @@
-// Test support: a plug-in that behaves in one way, good or bad, chosen when it is compiled.
+// Test support: plug-ins that behave in one way each, good or bad.
 //
-// Its panels count on the application object what they hear, so that tests can see it after they
+// Their panels count on the application object what they hear, so that tests can see it after they
 // are gone.
+#include "tests/host/panels/plugins/behaving_plugin.h"
+
 #include <QCoreApplication>
-#include <QObject>
 
 #include <stdexcept>
-#include <string_view>
-
-#include "platform/dialog/pde_plugin.h"
-
-#ifdef HAS_OTHER_IID
-#define TEST_IID "org.labelcut.SomethingElse/1"
-#else
-#define TEST_IID LabelcutPDEPlugin_iid
-#endif
 
 namespace labelcut::test {
 
-#ifdef MISSES_A_SYMBOL
-extern int isDefinedNowhere();
-#endif
-
 namespace {
-
-constexpr std::string_view kBehaviour = BEHAVIOUR;
 
 void count(const char* what) {
     qApp->setProperty(what, qApp->property(what).toInt() + 1);
@@ -38,7 +24,7 @@ public:
     ~Panel() override { count("panelsGone"); }
 
     QWidget* panelView() override { return orThrow<QWidget*>(nullptr); }
-    QString panelName() override { return QLatin1String(BEHAVIOUR); }
+    QString panelName() override { return QLatin1String(kBehaviour.data(), qsizetype(kBehaviour.size())); }
     QString panelKind() override { return QStringLiteral("org.labelcut.test"); }
     std::optional<QStringList> supportedPPDOptionKeys() override {
         if (kBehaviour == "throws_asked" && mKey == QLatin1String("KvHalfCut"))
@@ -125,35 +111,18 @@ private:
 
 } // namespace
 
-#ifdef OFFERS_NO_PANELS
-class Root : public QObject {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID TEST_IID FILE "plugin.json")
-};
-#else
-class Root : public QObject, public PDEPluginFactory {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID TEST_IID FILE "plugin.json")
-    Q_INTERFACES(labelcut::PDEPluginFactory)
-public:
-    Root() {
-        if (kBehaviour == "throws_an_error")
-            throw std::runtime_error("out of order");
-        if (kBehaviour == "throws_a_number")
-            throw 7;
-#ifdef MISSES_A_SYMBOL
-        isDefinedNowhere();
-#endif
-        count("constructed");
-    }
-    std::unique_ptr<PDEPlugin> create(const PDESystem&) override {
-        if (kBehaviour == "has_no_principal")
-            return nullptr;
-        return std::make_unique<Principal>();
-    }
-};
-#endif
+void construct() {
+    if (kBehaviour == "throws_an_error")
+        throw std::runtime_error("out of order");
+    if (kBehaviour == "throws_a_number")
+        throw 7;
+    count("constructed");
+}
+
+std::unique_ptr<PDEPlugin> createPrincipal() {
+    if (kBehaviour == "has_no_principal")
+        return nullptr;
+    return std::make_unique<Principal>();
+}
 
 } // namespace labelcut::test
-
-#include "behaving_plugin.moc"
