@@ -6,6 +6,7 @@
 
 #include "host/core/failure.h"
 #include "host/settings/custom_value.h"
+#include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -116,18 +117,19 @@ Result<Setting> checkedSetting(ppd_file_t* ppd, const Setting& asked) {
     if (!option)
         return noOption(ppd, asked.keyword);
     Setting setting{QString::fromUtf8(option->keyword), asked.choice};
-    if (isCustomValue(asked.choice) && ppd::findChoice(option, "Custom")) {
-        const QString custom = QStringLiteral("Custom.");
+    if (isCustomValue(asked.choice) && ppd::findChoice(option, kCustom.data())) {
+        const QString custom = kCustom + u'.';
         if (setting.choice.startsWith(custom, Qt::CaseInsensitive))
             setting.choice.replace(0, custom.size(), custom);
         if (takesCustomValue(ppd, *option, setting.choice))
             return setting;
-        return failure(hostText("CustomUnusable")
-                           .arg(setting.choice, setting.keyword, customValuesOf(ppd, *option)));
+        return failure(
+            hostText("CustomUnusable")
+                .arg(shownChoice(ppd, setting), setting.keyword, customValuesOf(ppd, *option)));
     }
     for (const ppd_choice_t& choice : choicesOf(*option)) {
         const QString known = QString::fromUtf8(choice.choice);
-        if (known != u"Custom" && known.compare(asked.choice, Qt::CaseInsensitive) == 0) {
+        if (known != kCustom && known.compare(asked.choice, Qt::CaseInsensitive) == 0) {
             setting.choice = known;
             return setting;
         }

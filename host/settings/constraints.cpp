@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -16,7 +17,7 @@ std::vector<Conflict> findConflicts(ppd_file_t* ppd) {
 QString describe(ppd_file_t* ppd, const Setting& setting) {
     ppd_option_t* option = ppd::findOption(ppd, setting.keyword.toUtf8().constData());
     ppd_choice_t* choice = ppd::findChoice(option, setting.choice.toUtf8().constData());
-    QString typed = QStringLiteral("%1=%2").arg(setting.keyword, setting.choice);
+    QString typed = QStringLiteral("%1=%2").arg(setting.keyword, shownChoice(ppd, setting));
     if (!choice)
         return typed;
     return hostText("SettingTyped")

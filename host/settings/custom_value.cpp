@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "host/settings/saved_options.h"
 
@@ -11,7 +10,8 @@ namespace labelcut {
 
 namespace {
 
-const QString kCustom = QStringLiteral("Custom");
+using Parameter = ppd::CustomParameter;
+using Type = Parameter::Type;
 
 /// Points in one of a unit that the end of a custom value names; nothing for other endings.
 struct Unit {
@@ -32,6 +32,18 @@ std::pair<QString, double> withoutUnit(const QString& text) {
     return {text, 1};
 }
 
+/// The length in points; a text that is no length stays as it is.
+QString inPoints(const QString& digits, double pointsOfUnit) {
+    bool isNumber = false;
+    const double number = digits.toDouble(&isNumber);
+    return isNumber ? ppd::pointsText(number * pointsOfUnit) : digits;
+}
+
+QString inPoints(const QString& length) {
+    const auto [digits, points] = withoutUnit(length);
+    return inPoints(digits, points);
+}
+
 /// PPDs round their limits to whole points, and written measures are rounded to their unit.
 constexpr double kMeasureTolerance = 0.5;
 
@@ -39,26 +51,33 @@ bool isWithin(double value, double minimum, double maximum, double tolerance = 0
     return value >= minimum - tolerance && value <= maximum + tolerance;
 }
 
-/// Whether "Custom.WIDTHxLENGTH[unit]" is a measure that the PPD allows.
-bool isCustomSize(const ppd_file_t& ppd, const QString& value) {
-    const auto [measures, points] = withoutUnit(value);
-    const QStringList parts = measures.split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
-    if (parts.size() != 2 || ppd.variable_sizes == 0)
-        return false;
-    bool hasWidth = false;
-    bool hasLength = false;
-    const double width = parts.at(0).toDouble(&hasWidth) * points;
-    const double length = parts.at(1).toDouble(&hasLength) * points;
-    return hasWidth && hasLength &&
-           isWithin(width, static_cast<double>(ppd.custom_min[0]),
-                    static_cast<double>(ppd.custom_max[0]), kMeasureTolerance) &&
-           isWithin(length, static_cast<double>(ppd.custom_min[1]),
-                    static_cast<double>(ppd.custom_max[1]), kMeasureTolerance);
+bool isLabelSize(const QString& keyword) {
+    return keyword.compare(QLatin1String("PageSize"), Qt::CaseInsensitive) == 0 ||
+           keyword.compare(QLatin1String("PageRegion"), Qt::CaseInsensitive) == 0;
 }
 
-bool isValueOf(const ppd::CustomParameter& parameter, const QString& value) {
-    using Type = ppd::CustomParameter::Type;
-    bool isNumber = false;
+/// Width and height of "WIDTHxHEIGHT[unit]".
+std::optional<QStringList> measuresOf(const QString& value) {
+    const auto [measures, points] = withoutUnit(value);
+    const QStringList parts = measures.split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
+    if (parts.size() != 2)
+        return std::nullopt;
+    return QStringList{inPoints(parts[0], points), inPoints(parts[1], points)};
+}
+
+bool isCustomSize(const ppd_file_t& ppd, const QStringList& measures) {
+    const auto isMeasure = [&](qsizetype side) {
+        bool isNumber = false;
+        const double points = measures[side].toDouble(&isNumber);
+        return isNumber && isWithin(points, static_cast<double>(ppd.custom_min[side]),
+                                    static_cast<double>(ppd.custom_max[side]), kMeasureTolerance);
+    };
+    return ppd.variable_sizes != 0 && isMeasure(0) && isMeasure(1);
+}
+
+/// @param value  a length in points.
+bool isValueOf(const Parameter& parameter, const QString& value) {
+    bool isNumber = true;
     double number = 0;
     double tolerance = 0;
     switch (parameter.type) {
@@ -68,36 +87,20 @@ bool isValueOf(const ppd::CustomParameter& parameter, const QString& value) {
     case Type::Real:
         number = value.toDouble(&isNumber);
         break;
-    case Type::Points: {
-        const auto [digits, points] = withoutUnit(value);
-        number = digits.toDouble(&isNumber) * points;
+    case Type::Points:
+        number = value.toDouble(&isNumber);
         tolerance = kMeasureTolerance;
         break;
-    }
     case Type::Text:
     case Type::Password:
-        isNumber = true;
         number = static_cast<double>(value.toUcs4().size());
         break;
     }
     return isNumber && isWithin(number, parameter.minimum, parameter.maximum, tolerance);
 }
 
-bool isCustomCollection(const std::vector<ppd::CustomParameter>& parameters,
-                        const QString& collection) {
-    const Settings pairs = parseOptionText(collection.toUtf8());
-    const auto isGood = [&](const ppd::CustomParameter& parameter) {
-        const auto pair = std::ranges::find_if(pairs, [&](const Setting& one) {
-            return one.keyword.compare(parameter.name, Qt::CaseInsensitive) == 0;
-        });
-        return pair != pairs.end() && isValueOf(parameter, pair->choice);
-    };
-    return collection.endsWith(u'}') && pairs.size() == parameters.size() &&
-           std::ranges::all_of(parameters, isGood);
-}
-
-bool isPaper(const ppd_option_t& option) {
-    return qstricmp(option.keyword, "PageSize") == 0 || qstricmp(option.keyword, "PageRegion") == 0;
+QString valueOf(const Parameter& parameter, const QString& written) {
+    return parameter.type == Type::Points ? inPoints(written) : written;
 }
 
 } // namespace
@@ -107,13 +110,72 @@ bool isCustomValue(const QString& choice) {
 }
 
 bool takesCustomValue(ppd_file_t* ppd, const ppd_option_t& option, const QString& choice) {
-    const QString value = choice.startsWith(u'{') ? QString() : choice.mid(kCustom.size() + 1);
-    if (isPaper(option))
-        return !value.isEmpty() && isCustomSize(*ppd, value);
-    const std::vector<ppd::CustomParameter> parameters = ppd::customParameters(ppd, option.keyword);
-    if (choice.startsWith(u'{'))
-        return isCustomCollection(parameters, choice);
-    return parameters.size() == 1 && isValueOf(parameters.front(), value);
+    const QString keyword = QString::fromUtf8(option.keyword);
+    const CustomForm form(ppd, keyword);
+    const std::optional<QStringList> values = form.takenApart(choice);
+    if (!values)
+        return false;
+    if (isLabelSize(keyword))
+        return isCustomSize(*ppd, *values);
+    return std::ranges::equal(form.parameters(), *values, isValueOf);
+}
+
+bool isWithinBounds(const Parameter& parameter, double number) {
+    return isWithin(number, parameter.minimum, parameter.maximum);
+}
+
+CustomForm::CustomForm(ppd_file_t* ppd, const QString& keyword)
+    : mIsLabelSize(isLabelSize(keyword))
+    , mParameters(ppd::customParameters(ppd, keyword.toUtf8().constData())) {
+    if (!mIsLabelSize)
+        return;
+    const QStringList sides{QStringLiteral("Width"), QStringLiteral("Height")};
+    std::erase_if(mParameters, [&](const Parameter& parameter) {
+        return !sides.contains(parameter.name, Qt::CaseInsensitive);
+    });
+    std::ranges::stable_sort(mParameters, {}, [&](const Parameter& parameter) {
+        return parameter.name.compare(sides[1], Qt::CaseInsensitive) == 0;
+    });
+}
+
+QString CustomForm::composed(const QStringList& values) const {
+    if (mIsLabelSize || values.size() == 1)
+        return kCustom + u'.' + values.join(u'x');
+    Settings named;
+    for (std::size_t i = 0; i < mParameters.size(); ++i)
+        named.push_back({mParameters[i].name, values.value(static_cast<qsizetype>(i))});
+    return ppd::customCollection(named);
+}
+
+std::optional<QStringList> CustomForm::takenApart(const QString& choice) const {
+    if (!isCustomValue(choice))
+        return std::nullopt;
+    const bool isCollection = choice.startsWith(u'{');
+    if (isCollection)
+        return mIsLabelSize ? std::nullopt : collected(choice);
+    const QString value = choice.mid(kCustom.size() + 1);
+    if (mIsLabelSize)
+        return measuresOf(value);
+    if (mParameters.size() != 1)
+        return std::nullopt;
+    return QStringList{valueOf(mParameters.front(), value)};
+}
+
+/// @param collection  "{NAME=VALUE …}", in any order.
+std::optional<QStringList> CustomForm::collected(const QString& collection) const {
+    const Settings pairs = parseOptionText(collection.toUtf8());
+    if (!collection.endsWith(u'}') || pairs.size() != mParameters.size())
+        return std::nullopt;
+    QStringList values;
+    for (const Parameter& parameter : mParameters) {
+        const auto pair = std::ranges::find_if(pairs, [&](const Setting& one) {
+            return one.keyword.compare(parameter.name, Qt::CaseInsensitive) == 0;
+        });
+        if (pair == pairs.end())
+            return std::nullopt;
+        values << valueOf(parameter, pair->choice);
+    }
+    return values;
 }
 
 } // namespace labelcut

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -22,6 +23,9 @@ namespace {
 struct Free {
     void operator()(char* text) const noexcept { std::free(text); }
 };
+
+/// Lengths are written in thousandths of a point; a thousandth is a third of a micrometre.
+constexpr double kPartsOfPoint = 1000;
 
 /// A list of libcups' options that frees itself.
 class Options {
@@ -270,9 +274,12 @@ double wide(int bound) {
     return bound;
 }
 
+/// The largest float has 39 digits before the point, the smallest 149 behind it.
+using Digits = std::array<char, 192>;
+
 /// The number that stands in the PPD: 0.1 as a float is more than 0.1, which would be refused.
 double wide(float bound) {
-    std::array<char, 32> digits{};
+    Digits digits{};
     const auto end = std::to_chars(digits.begin(), digits.end(), bound).ptr;
     double number = 0;
     std::from_chars(digits.begin(), end, number);
@@ -304,13 +311,13 @@ QString currentValue(const ppd_cparam_t& p) {
     case PPD_CUSTOM_INT:
         return QString::number(p.current.custom_int);
     case PPD_CUSTOM_POINTS:
-        return QString::number(static_cast<double>(p.current.custom_points));
+        return pointsText(static_cast<double>(p.current.custom_points));
     case PPD_CUSTOM_PASSCODE:
     case PPD_CUSTOM_PASSWORD:
     case PPD_CUSTOM_STRING:
         return QString::fromUtf8(p.current.custom_string ? p.current.custom_string : "");
     default:
-        return QString::number(static_cast<double>(p.current.custom_real));
+        return numberText(static_cast<double>(p.current.custom_real));
     }
 }
 
@@ -328,6 +335,18 @@ QString inQuotesIfNeeded(QString value) {
 }
 
 } // namespace
+
+QString numberText(double number) {
+    Digits digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), static_cast<float>(number),
+                                   std::chars_format::fixed)
+                         .ptr;
+    return QString::fromLatin1(digits.data(), end - digits.begin());
+}
+
+QString pointsText(double points) {
+    return numberText(std::round(points * kPartsOfPoint) / kPartsOfPoint);
+}
 
 QString customCollection(const Settings& values) {
     QStringList pairs;
@@ -358,8 +377,8 @@ std::optional<QString> markedValue(ppd_file_t* file, const char* keyword) {
         if (!size)
             return name;
         return QStringLiteral("Custom.%1x%2")
-            .arg(QString::number(static_cast<double>(size->width)),
-                 QString::number(static_cast<double>(size->length)));
+            .arg(pointsText(static_cast<double>(size->width)),
+                 pointsText(static_cast<double>(size->length)));
     }
     const std::vector<ppd_cparam_t*> parameters = parametersOf(file, keyword);
     if (parameters.empty())

@@ -67,6 +67,12 @@ std::vector<CustomParameter> customParameters(ppd_file_t* file, const char* keyw
 /// "{name=value …}" for several parameters. Nothing when none is marked.
 std::optional<QString> markedValue(ppd_file_t* file, const char* keyword);
 
+/// A number of a custom value as a PPD has it: with a point, without exponent, and as short as it
+/// can be while libcups, which keeps floats, reads back the same.
+QString numberText(double number);
+/// The same for a length in points, to a thousandth of a point.
+QString pointsText(double points);
+
 /// Several custom values as one choice: "{name=value …}", values in quotes where blanks and the
 /// like stand in them.
 QString customCollection(const Settings& values);

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "host/settings/custom_value.h"
+#include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -47,12 +48,13 @@ SettingMatch matchSettings(ppd_file_t* ppd, const Settings& settings) {
 }
 
 QString describe(ppd_file_t* ppd, const MissingChoice& missing) {
-    const QString typed = QStringLiteral("%1=%2").arg(missing.keyword, missing.choice);
+    const QString choice = shownChoice(ppd, {missing.keyword, missing.choice});
+    const QString typed = QStringLiteral("%1=%2").arg(missing.keyword, choice);
     if (missing.reason == MissingChoice::Reason::NoSuchOption)
         return hostText("OptionGone").arg(missing.keyword, typed);
     const bool isBadValue = missing.reason == MissingChoice::Reason::BadValue;
     return hostText(isBadValue ? "ValueRefused" : "ChoiceGone")
-        .arg(titleOf(ppd, missing.keyword), missing.choice, typed);
+        .arg(titleOf(ppd, missing.keyword), choice, typed);
 }
 
 QStringList describe(ppd_file_t* ppd, const std::vector<MissingChoice>& missing) {
