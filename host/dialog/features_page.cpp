@@ -5,11 +5,13 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 #include <span>
 
 #include "host/dialog/option_editor.h"
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -17,6 +19,19 @@ namespace labelcut {
 namespace {
 
 constexpr char kInstallable[] = "InstallableOptions";
+/// Longer titles of groups are cut short.
+constexpr int kTitleLetters = 30;
+
+QGroupBox* groupBox(const QString& title) {
+    auto* box = new QGroupBox;
+    const QFontMetrics metrics = box->fontMetrics();
+    const QString fitting =
+        metrics.elidedText(title, Qt::ElideRight, kTitleLetters * metrics.averageCharWidth());
+    box->setTitle(QString(fitting).replace(u'&', QStringLiteral("&&")));
+    box->setToolTip(fitting == title ? QString() : Qt::convertFromPlainText(title));
+    box->setAccessibleName(title);
+    return box;
+}
 
 std::span<ppd_group_t> groupsOf(ppd_file_t* ppd) {
     return ppd ? std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups))
@@ -52,21 +67,18 @@ FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
 void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhere) {
     if (QLatin1String(group.name) == QLatin1String(kInstallable))
         return;
-    auto* box = new QGroupBox(QString::fromUtf8(group.text).replace(u'&', QStringLiteral("&&")));
+    auto* box = groupBox(QString::fromUtf8(group.text));
     auto* form = new QFormLayout(box);
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     for (const ppd_option_t& option :
          std::span(group.options, static_cast<std::size_t>(group.num_options))) {
         const QString keyword = QString::fromUtf8(option.keyword);
         if (elsewhere.contains(keyword) || option.num_choices == 0)
             continue;
-        auto* editor = new OptionEditor(mModel, keyword);
-        // Beside a field, "&" would announce a key.
-        auto* label =
-            new QLabel(QString::fromUtf8(option.text).replace(u'&', QStringLiteral("&&")));
-        label->setTextFormat(Qt::PlainText);
-        label->setBuddy(editor->choices());
-        form->addRow(label, editor);
+        auto* editor = new OptionEditor(mModel, keyword, *box);
+        form->addRow(fieldLabel(QString::fromUtf8(option.text), *editor->choices()), editor);
+        connect(editor, &OptionEditor::problemChanged, this, &FeaturesPage::problemChanged);
         mEditors.push_back(editor);
     }
     if (form->rowCount() == 0)

@@ -23,6 +23,10 @@ public:
     /// What is wrong with a typed value, as a sentence; empty while all can be taken.
     QString problem() const;
 
+Q_SIGNALS:
+    /// What problem() says may be something else now.
+    void problemChanged();
+
 private:
     void addGroup(const ppd_group_t& group, const QStringList& elsewhere);
 

@@ -28,22 +28,36 @@ double unitsPerPoint() {
     return (usesMillimetres() ? kMillimetresPerInch : 1.0) / kPointsPerInch;
 }
 
-int decimalsOfLengths() {
+/// How many decimals a length has.
+int decimalsToRead() {
     return usesMillimetres() ? 1 : 2;
+}
+
+/// How many it takes to tell hundredths of a millimetre apart.
+int decimalsToEdit() {
+    return usesMillimetres() ? 2 : 4;
+}
+
+QString lengthText(double points, int decimals) {
+    const double value = points * unitsPerPoint();
+    // PPDs know whole points: one that stands for a whole millimetre is shown as that.
+    const double whole = std::round(value);
+    const double factor = std::pow(10.0, decimals);
+    const bool standsForWhole = usesMillimetres() && std::round(whole / unitsPerPoint()) == points;
+    const double rounded = standsForWhole ? whole : std::round(value * factor) / factor;
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(rounded, 'f', QLocale::FloatingPointShortest) + u' ' + unit();
 }
 
 } // namespace
 
 QString lengthForUser(double points) {
-    const double value = points * unitsPerPoint();
-    // PPDs know whole points: one that stands for a whole millimetre is shown as that.
-    const double whole = std::round(value);
-    const double factor = std::pow(10.0, decimalsOfLengths());
-    const bool standsForWhole = usesMillimetres() && std::round(whole / unitsPerPoint()) == points;
-    const double rounded = standsForWhole ? whole : std::round(value * factor) / factor;
-    QLocale locale;
-    locale.setNumberOptions(QLocale::OmitGroupSeparator);
-    return locale.toString(rounded) + u' ' + unit();
+    return lengthText(points, decimalsToRead());
+}
+
+QString lengthToEdit(double points) {
+    return lengthText(points, decimalsToEdit());
 }
 
 QString measureForUser(double width, double height) {
@@ -53,7 +67,7 @@ QString measureForUser(double width, double height) {
 std::optional<double> pointsFromUser(const QString& text) {
     static const QRegularExpression length(
         QStringLiteral(R"(^\s*([\d.,\s]+?)\s*(mm|cm|in|pt)?\s*$)"),
-        QRegularExpression::UseUnicodePropertiesOption);
+        QRegularExpression::UseUnicodePropertiesOption | QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = length.match(text);
     if (!match.hasMatch())
         return std::nullopt;
@@ -63,7 +77,7 @@ std::optional<double> pointsFromUser(const QString& text) {
         value = QLocale::c().toDouble(match.captured(1), &ok);
     if (!ok)
         return std::nullopt;
-    const QString given = match.captured(2).isEmpty() ? unit() : match.captured(2);
+    const QString given = match.captured(2).isEmpty() ? unit() : match.captured(2).toLower();
     if (given == QLatin1String("pt"))
         return value;
     if (given == QLatin1String("in"))

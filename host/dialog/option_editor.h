@@ -1,26 +1,32 @@
 // The dialog: one PPD option as a field, with its custom values and the way back to the default.
 #pragma once
 
-#include <QWidget>
+#include <QGridLayout>
 
+#include <optional>
 #include <vector>
 
+#include "host/dialog/custom_field.h"
+#include "host/dialog/eliding_combo_box.h"
 #include "host/dialog/job_model.h"
+#include "host/settings/custom_value.h"
 
-class QComboBox;
 class QLabel;
-class QLineEdit;
 class QToolButton;
 
 namespace labelcut {
 
-/// A pop-up of the option's choices; fields for the custom value while that is chosen; a button
-/// that goes back to the printer's default. It reads and writes the model's marks only.
-class OptionEditor : public QWidget {
+/// A pop-up of the option's choices; below it, while "Custom" is chosen, fields for its values; a
+/// button that goes back to the printer's default. It reads and writes the model's marks only.
+///
+/// It is a layout and not a widget, so that a label beside it stands next to the pop-up that it
+/// names: screen readers look for a field's label among its siblings.
+class OptionEditor : public QGridLayout {
     Q_OBJECT
 public:
     /// @param keyword  an option of the model's PPD.
-    OptionEditor(JobModel& model, const QString& keyword, QWidget* parent = nullptr);
+    /// @param page     parent of the widgets; the layout is put into a layout of this widget.
+    OptionEditor(JobModel& model, const QString& keyword, QWidget& page);
 
     /// Shows what is marked now.
     void refresh();
@@ -29,26 +35,31 @@ public:
     /// put right the marks stay as they are.
     QString problem() const;
 
+Q_SIGNALS:
+    /// What problem() says may be something else now.
+    void problemChanged();
+
 private:
-    struct CustomField {
-        ppd::CustomParameter parameter;
-        /// Names the field where there are several; null where there is one.
-        QLabel* label;
-        QLineEdit* edit;
-    };
-    void addCustomFields();
-    void showCustomFields(bool shown);
+    void buildChoices();
+    void buildReset();
+    void buildFields(QWidget& page);
+    void setShown(QWidget& part, bool shown);
+    void showFields(bool shown);
+    void showValues(const QString& choice);
+    void showProblem();
     void choiceActivated();
-    void customEdited();
+    void goBack();
+    void takeTyped();
     const CustomField* firstRefused() const;
-    QString customValue() const;
-    void showCustomValue(const QString& value);
+    std::optional<QString> typedChoice() const;
 
     JobModel& mModel;
     QString mKeyword;
-    QComboBox* mChoices;
+    QString mTitle;
+    CustomForm mForm;
+    ElidingComboBox* mChoices;
     QToolButton* mReset;
-    std::vector<CustomField> mCustom;
+    std::vector<CustomField*> mFields;
     QLabel* mBounds;
     /// What is marked while something else stands in the fields that cannot be taken.
     std::optional<QString> mRefusedOver;

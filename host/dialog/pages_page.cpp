@@ -23,6 +23,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     , mRange(new QLineEdit)
     , mRangeHint(new QLabel)
     , mPaperSize(new QLabel) {
+    mRangeHint->setWordWrap(true);
     mRange->setPlaceholderText(hostText("RangeExample"));
     mRange->setAccessibleName(hostText("PageRange"));
     mRange->setObjectName(QStringLiteral("pageRange"));
@@ -40,10 +41,12 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
 
     auto* form = new QFormLayout(this);
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     form->addRow(hostText("Labels"), mAll);
     form->addRow(QString(), some);
     if (ppd::findOption(model.ppd(), kPageSize.data())) {
-        mPaper = new OptionEditor(model, QLatin1String(kPageSize));
+        mPaper = new OptionEditor(model, kPageSize, *this);
+        connect(mPaper, &OptionEditor::problemChanged, this, &PagesPage::problemChanged);
         auto* label = new QLabel(hostText("Paper"));
         label->setBuddy(mPaper->choices());
         form->addRow(label, mPaper);

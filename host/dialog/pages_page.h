@@ -22,6 +22,10 @@ public:
     /// What is wrong with a typed range or size, as a sentence; empty while all can be taken.
     QString problem() const;
 
+Q_SIGNALS:
+    /// What problem() says may be something else now.
+    void problemChanged();
+
 private:
     void showRange();
     void rangeEdited();

@@ -1,8 +1,11 @@
 // One option as a field: lengths in the user's unit, bounds, and the way back.
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QLabel>
 #include <QLocale>
+#include <QTest>
+#include <QToolButton>
 
 #include <algorithm>
 #include <cmath>
@@ -73,15 +76,17 @@ public:
     }
     /// Makes the fields anew, as another page's would be.
     void lookAnew() {
-        mEditor = std::make_unique<OptionEditor>(mModel, mKeyword);
-        mEditor->show();
+        mPage = std::make_unique<QWidget>();
+        mEditor = new OptionEditor(mModel, mKeyword, *mPage);
+        mPage->setLayout(mEditor);
+        mPage->show();
     }
     void chooseCustom() {
         QComboBox& choices = *mEditor->choices();
         choices.setCurrentIndex(choices.findData(QStringLiteral("Custom")));
         Q_EMIT choices.activated(choices.currentIndex());
     }
-    QLineEdit& field(int index = 0) const { return *mEditor->findChildren<QLineEdit*>().at(index); }
+    QLineEdit& field(int index = 0) const { return *mPage->findChildren<QLineEdit*>().at(index); }
     void edit(const char* text, int index = 0) const {
         field(index).setText(QString::fromUtf8(text));
         Q_EMIT field(index).editingFinished();
@@ -90,20 +95,25 @@ public:
     std::string problem() const { return mEditor->problem().toStdString(); }
     std::string shown(int index = 0) const { return field(index).text().toStdString(); }
     bool hasLabel(const char* text) const {
-        return std::ranges::any_of(mEditor->findChildren<QLabel*>(), [&](const QLabel* label) {
-            return label->isVisible() && label->text() == QLatin1String(text);
+        return std::ranges::any_of(mPage->findChildren<QLabel*>(), [&](const QLabel* label) {
+            return label->isVisible() && label->text() == QString::fromUtf8(text);
         });
     }
     JobModel& model() { return mModel; }
     OptionEditor& editor() { return *mEditor; }
+    QWidget& page() { return *mPage; }
 
 private:
     Offscreen mOffscreen;
     PrivateHome mHome;
     JobModel mModel;
     QString mKeyword;
-    std::unique_ptr<OptionEditor> mEditor;
+    std::unique_ptr<QWidget> mPage;
+    OptionEditor* mEditor = nullptr;
 };
+
+/// Points in a hundredth of a millimetre.
+constexpr double kHundredth = 72 / 2540.0;
 
 double points(const char* text) {
     return pointsFromUser(QString::fromUtf8(text)).value_or(-1);
@@ -137,6 +147,7 @@ TEST(LengthTest, IsReadInAnyUnit) {
     EXPECT_NEAR(points("2.54cm"), 72, 0.001) << "a point is understood as well";
     EXPECT_NEAR(points(" 1 in "), 72, 0.001);
     EXPECT_NEAR(points("72pt"), 72, 0.001);
+    EXPECT_NEAR(points("20 MM"), 20 * 100 * kHundredth, 0.001);
     for (const char* nonsense : {"", "mm", "1 km", "-5 mm", "1e3 mm", "ten"})
         EXPECT_EQ(points(nonsense), -1) << nonsense;
 }
@@ -149,27 +160,43 @@ TEST(LengthTest, WhatIsShownIsReadBack) {
     }
 }
 
+TEST(LengthTest, InAFieldItIsExactToAHundredthOfAMillimetre) {
+    {
+        const Country germany("de_DE");
+        EXPECT_EQ(lengthToEdit(56.693).toStdString(), "20 mm");
+        EXPECT_EQ(lengthToEdit(5000.13 * 72 / 25.4).toStdString(), "5000,13 mm");
+    }
+    const Country america("en_US");
+    EXPECT_EQ(lengthToEdit(56.693).toStdString(), "0.7874 in");
+    EXPECT_EQ(lengthToEdit(90).toStdString(), "1.25 in");
+    EXPECT_EQ(lengthToEdit(14173.228).toStdString(), "196.8504 in");
+}
+
 TEST(OptionEditorTest, EveryBoundOfACustomValueCanBeChosen) {
-    for (const char* country : {"de_DE", "en_US"}) {
+    for (const auto& [country, largest] :
+         {std::pair("de_DE", "Custom.102x2834.646"), std::pair("en_US", "Custom.102x2835")}) {
         const Country here(country);
         JobModel model;
         model.adopt(openedPpd(kTapePpd));
-        OptionEditor editor(model, QStringLiteral("PageSize"));
+        QWidget page;
+        auto& editor = *new OptionEditor(model, QStringLiteral("PageSize"), page);
+        page.setLayout(&editor);
         editor.choices()->setCurrentIndex(editor.choices()->findData(QStringLiteral("Custom")));
         Q_EMIT editor.choices()->activated(editor.choices()->currentIndex());
         EXPECT_EQ(editor.problem().toStdString(), "") << country << ": the smallest";
         EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), "Custom.17x34");
-        const auto fields = editor.findChildren<QLineEdit*>();
+        const auto fields = page.findChildren<QLineEdit*>();
         ASSERT_EQ(fields.size(), 2);
         fields[0]->setText(lengthForUser(102));
         fields[1]->setText(lengthForUser(2835));
         Q_EMIT fields[1]->editingFinished();
         EXPECT_EQ(editor.problem().toStdString(), "") << country << ": the largest";
-        EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), "Custom.102x2835");
+        // A printer has 36 mm in whole points; 1000 mm are within its bounds, and sent as they are.
+        EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), std::string(largest));
         fields[0]->setText(lengthForUser(110));
         Q_EMIT fields[0]->editingFinished();
         EXPECT_NE(editor.problem().toStdString(), "") << country << ": beyond";
-        EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), "Custom.102x2835");
+        EXPECT_EQ(model.choice(QStringLiteral("PageSize"))->toStdString(), std::string(largest));
     }
 }
 
@@ -309,6 +336,104 @@ TEST(OptionEditorTest, SeveralValuesAreOneChoice) {
     asking.edit("1", 1);
     EXPECT_EQ(asking.problem(), "");
     EXPECT_EQ(asking.choice(), "{Width=72 Gap=1 Note='\\'\"\\\\'}");
+}
+
+TEST(OptionEditorTest, WhatIsTypedIsWhatIsSentWhateverTheCountryShows) {
+    const Country america("en_US");
+    AskingEditor asking("Frame");
+    asking.chooseCustom();
+    asking.edit("20mm", 0);
+    EXPECT_EQ(asking.choice(), "{Width=56.693 Gap=0 Note=}");
+    EXPECT_EQ(asking.shown(0), "0.7874 in");
+    Q_EMIT asking.field(0).editingFinished();
+    asking.edit("b", 2);
+    EXPECT_EQ(asking.choice(), "{Width=56.693 Gap=0 Note=b}") << "not read from its rounded text";
+    asking.lookAnew();
+    asking.edit("c", 2);
+    EXPECT_EQ(asking.choice(), "{Width=56.693 Gap=0 Note=c}");
+}
+
+TEST(OptionEditorTest, EveryLengthWithinTheBoundsIsSentToAHundredthOfAMillimetre) {
+    for (const char* country : {"en_US", "de_DE"}) {
+        const Country here(country);
+        AskingEditor asking("Frame");
+        asking.chooseCustom();
+        for (int hundredths = 0; hundredths <= 2540; ++hundredths) {
+            const QString typed =
+                QLocale().toString(hundredths / 100.0, 'f', 2) + QStringLiteral(" mm");
+            asking.edit(typed.toUtf8().constData(), 0);
+            ASSERT_EQ(asking.problem(), "") << typed.toStdString();
+            const CustomForm form(asking.model().ppd(), QStringLiteral("Frame"));
+            const auto sent = form.takenApart(QString::fromStdString(asking.choice()));
+            ASSERT_TRUE(sent);
+            ASSERT_NEAR(sent->front().toDouble(), hundredths * kHundredth, kHundredth / 10);
+        }
+    }
+}
+
+TEST(OptionEditorTest, AValueThatWasNotTypedHereStaysAsItIs) {
+    const Country germany("de_DE");
+    AskingEditor asking("Frame");
+    ASSERT_TRUE(
+        asking.model().choose(QStringLiteral("Frame"), QStringLiteral("{Width=57 Gap=0.5 Note=}")));
+    asking.editor().refresh();
+    EXPECT_EQ(asking.shown(0), "20 mm") << "as the printer means it";
+    Q_EMIT asking.field(0).editingFinished();
+    EXPECT_EQ(asking.choice(), "{Width=57 Gap=0.5 Note=}");
+}
+
+TEST(OptionEditorTest, TheBoundsGoAsSoonAsWhatIsTypedIsRight) {
+    const Country america("en_US");
+    AskingEditor asking("Passes");
+    asking.chooseCustom();
+    asking.edit("1");
+    EXPECT_TRUE(asking.hasLabel("2 to 1,500"));
+    int changes = 0;
+    QObject::connect(&asking.editor(), &OptionEditor::problemChanged, [&] { ++changes; });
+    asking.field().setFocus();
+    QTest::keyClicks(&asking.field(), QStringLiteral("7"));
+    EXPECT_EQ(asking.shown(), "17");
+    EXPECT_FALSE(asking.hasLabel("2 to 1,500"));
+    EXPECT_EQ(asking.problem(), "");
+    EXPECT_GT(changes, 0);
+    EXPECT_EQ(asking.choice(), "Custom.2") << "taken when the field is left";
+    Q_EMIT asking.field().editingFinished();
+    EXPECT_EQ(asking.choice(), "Custom.17");
+    EXPECT_FALSE(asking.hasLabel("2 to 1,500"));
+}
+
+TEST(OptionEditorTest, ASteppingKeyGoesOnThroughTheChoicesAndOnlyThePickedCustomTakesTheFocus) {
+    AskingEditor asking("Passes");
+    asking.page().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&asking.page()));
+    QComboBox& choices = *asking.editor().choices();
+    choices.setFocus();
+    QTest::keyClick(&choices, Qt::Key_Down);
+    EXPECT_EQ(asking.choice(), "Custom.2");
+    EXPECT_TRUE(choices.hasFocus());
+    QTest::keyClick(&choices, Qt::Key_Up);
+    EXPECT_EQ(asking.choice(), "One");
+    choose(choices, QStringLiteral("Custom"));
+    EXPECT_EQ(asking.choice(), "Custom.2");
+    EXPECT_TRUE(asking.field().hasFocus());
+}
+
+TEST(OptionEditorTest, TheFocusNeverLeavesWithAPartThatIsHidden) {
+    AskingEditor asking("Passes");
+    asking.page().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&asking.page()));
+    QComboBox& choices = *asking.editor().choices();
+    choose(choices, QStringLiteral("Custom"));
+    ASSERT_TRUE(asking.field().hasFocus());
+    ASSERT_TRUE(asking.model().choose(QStringLiteral("Passes"), QStringLiteral("One")));
+    asking.editor().refresh();
+    EXPECT_TRUE(choices.hasFocus()) << "the field went";
+    asking.chooseCustom();
+    auto* back = asking.page().findChild<QToolButton*>();
+    back->setFocus();
+    QTest::keyClick(back, Qt::Key_Space);
+    EXPECT_EQ(asking.choice(), "One");
+    EXPECT_TRUE(choices.hasFocus()) << "the button went";
 }
 
 } // namespace labelcut::test
