@@ -13,6 +13,8 @@
 #include "host/cli/setting_arguments.h"
 #include "host/core/copies.h"
 #include "host/presets/preset_commands.h"
+#include "host/settings/secret_setting.h"
+#include "host/texts/host_text.h"
 
 namespace labelcut {
 
@@ -69,11 +71,18 @@ Result<PresetOutput> save(const Arguments& arguments, const PresetPrinter& print
     const auto choices = checkedSettings(printer.ppd.get(), arguments.settings.parsed());
     if (!choices)
         return choices.error();
+    Settings kept = *choices;
+    const QStringList secrets = takeSecrets(printer.ppd.get(), kept);
     PresetStore store;
-    return presetcommands::save(
+    Result<PresetOutput> output = presetcommands::save(
         store, printer.identity,
-        Preset::of(QString::fromStdString(arguments.name), *choices, arguments.copies),
+        Preset::of(QString::fromStdString(arguments.name), kept, arguments.copies),
         overwrite(arguments));
+    if (output) {
+        for (const QString& title : secrets)
+            output->warnings << hostText("PasswordNotKept").arg(title);
+    }
+    return output;
 }
 
 Result<PresetOutput> remove(const Arguments& arguments, const PresetPrinter& printer) {

@@ -5,6 +5,7 @@
 
 #include "host/core/harmless_text.h"
 #include "host/dialog/length.h"
+#include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -121,6 +122,13 @@ QStringList amountWords(const JobModel& model, const char* copies, const char* p
     return words;
 }
 
+/// A password is nothing to be copied.
+Settings commandSettings(const JobModel& model) {
+    Settings settings = model.jobSettings();
+    takeSecrets(model.ppd(), settings);
+    return settings;
+}
+
 } // namespace
 
 std::vector<SummaryEntry> panelSummary(const JobModel& model) {
@@ -172,6 +180,11 @@ QString jobSentence(const JobModel& model) {
     return parts.join(hostText("SentenceSeparator"));
 }
 
+QStringList leftOutOfCommands(const JobModel& model) {
+    Settings settings = model.jobSettings();
+    return takeSecrets(model.ppd(), settings);
+}
+
 QString labelcutCommand(const JobModel& model) {
     const PrinterRef& printer = model.printer()->ref();
     QStringList words{QStringLiteral("labelcut"), QStringLiteral("print")};
@@ -179,7 +192,7 @@ QString labelcutCommand(const JobModel& model) {
         words << QStringLiteral("--printer") << *queue;
     else
         words << QStringLiteral("--ppd") << *ppdPath(printer);
-    for (const Setting& setting : model.jobSettings()) {
+    for (const Setting& setting : commandSettings(model)) {
         if (setting.keyword == kPageSize)
             words << QStringLiteral("--page-size") << setting.choice;
         else
@@ -198,7 +211,7 @@ QString lpCommand(const JobModel& model) {
         return {};
     QStringList words{QStringLiteral("lp"), QStringLiteral("-d"), *queue};
     words += amountWords(model, "-n", "-P");
-    for (const Setting& setting : model.jobSettings())
+    for (const Setting& setting : commandSettings(model))
         words << QStringLiteral("-o") << setting.keyword + u'=' + setting.choice;
     words << QStringLiteral("--");
     return commandLine(words + fileWords(model.files()));

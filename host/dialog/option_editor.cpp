@@ -56,6 +56,7 @@ void OptionEditor::buildChoices() {
 }
 
 void OptionEditor::buildReset() {
+    mReset->setObjectName(QStringLiteral("reset-") + mKeyword);
     mReset->setAutoRaise(true);
     mReset->setIcon(lineIcon(LineIcon::Back));
     mReset->setToolTip(hostText("ResetOption"));
@@ -151,7 +152,12 @@ void OptionEditor::goBack() {
     refresh();
 }
 
-const CustomField* OptionEditor::firstRefused() const {
+QWidget* OptionEditor::problemField() const {
+    CustomField* refused = mRefusedOver ? firstRefused() : nullptr;
+    return refused ? static_cast<QWidget*>(&refused->edit()) : mChoices;
+}
+
+CustomField* OptionEditor::firstRefused() const {
     const auto found =
         std::ranges::find_if(mFields, [](const CustomField* field) { return !field->value(); });
     return found == mFields.end() ? nullptr : *found;

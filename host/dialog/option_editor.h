@@ -30,10 +30,13 @@ public:
 
     /// Shows what is marked now.
     void refresh();
+    const QString& keyword() const { return mKeyword; }
     QComboBox* choices() { return mChoices; }
     /// What is wrong with what was typed, as a sentence; empty while it can be taken. Until it is
     /// put right the marks stay as they are.
     QString problem() const;
+    /// The field that holds what cannot be taken; the pop-up while there is none.
+    QWidget* problemField() const;
 
 Q_SIGNALS:
     /// What problem() says may be something else now.
@@ -50,7 +53,7 @@ private:
     void choiceActivated();
     void goBack();
     void takeTyped();
-    const CustomField* firstRefused() const;
+    CustomField* firstRefused() const;
     std::optional<QString> typedChoice() const;
 
     JobModel& mModel;

@@ -84,12 +84,14 @@ void PagesPage::rangeEdited() {
         mRangeValid = true;
         mRangeHint->clear();
         mShown = {};
+        Q_EMIT problemChanged();
         mModel.setPages({});
         return;
     }
     const std::optional<PageRange> range = parsePageRange(mRange->text());
     mRangeValid = range.has_value();
     mRangeHint->setText(mRangeValid ? QString() : hostText("RangeHint"));
+    Q_EMIT problemChanged();
     if (!range)
         return;
     mShown = *range;

@@ -37,6 +37,7 @@
 #include "host/dialog/pages_page.h"
 #include "host/dialog/panel_page.h"
 #include "host/dialog/plain_label.h"
+#include "host/dialog/readable_palette.h"
 #include "host/dialog/summary_page.h"
 #include "host/dialog/wheel_guard.h"
 #include "host/printers/printer_state.h"
@@ -114,6 +115,7 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
     setWindowIcon(
         iconFromPicture(Picture::fromFile(QStringLiteral(":/labelcut/host/labelcut.svg"))));
     makeAccessibleTogglesClicks();
+    keepDisabledTextsReadable(*this);
     buildWindow();
     connectModel();
     mModel.setFiles(request.files);
@@ -577,6 +579,9 @@ void PrintDialog::addPage(const char* titleKey, Page*& page) {
     mTabs->addTab(new DeferredPage([this, &page] {
                       page = new Page(mModel);
                       mWheel->watch(*page);
+                      if constexpr (requires { &Page::problemChanged; })
+                          connect(page, &Page::problemChanged, this,
+                                  &PrintDialog::forgetMendedTyping);
                       return page;
                   }),
                   hostText(titleKey));

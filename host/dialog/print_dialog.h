@@ -122,6 +122,7 @@ private:
     void print();
     bool isReadyToPrint();
     bool hasTypingProblem();
+    void forgetMendedTyping();
     void startRun(const Order& order);
     void runProgressed(const QString& sentence, int percent);
     void runEnded();

@@ -13,6 +13,7 @@
 #include "host/dialog/message_bar.h"
 #include "host/dialog/pages_page.h"
 #include "host/dialog/print_dialog.h"
+#include "host/settings/secret_setting.h"
 #include "host/settings/setting_match.h"
 #include "host/texts/host_text.h"
 
@@ -79,12 +80,18 @@ void PrintDialog::savePreset() {
 
 void PrintDialog::keepPreset(const QString& name) {
     mModel.save();
-    const Preset preset = Preset::of(name.trimmed(), mModel.jobSettings(), mModel.copies());
+    Settings settings = mModel.jobSettings();
+    const QStringList secrets = takeSecrets(mModel.ppd(), settings);
+    const Preset preset = Preset::of(name.trimmed(), settings, mModel.copies());
     const Result<Preset> before = mPresets.load(identityOf(*mModel.printer()), preset.name);
     const Result<PresetStore::Notes> saved =
         mPresets.save(identityOf(*mModel.printer()), preset, Overwrite::Yes);
     for (const QString& sentence : saved ? *saved : QStringList{saved.error().sentence})
         tell(sentence);
+    if (saved) {
+        for (const QString& title : secrets)
+            tell(hostText("PasswordNotKept").arg(title));
+    }
     refreshPresets(preset.name);
     if (saved && before && *before != preset)
         offerPresetBack(hostText("PresetReplaced").arg(preset.name), *before);
@@ -115,6 +122,14 @@ void PrintDialog::offerPresetBack(const QString& sentence, const Preset& preset)
                           mMessages->remove(name);
                           refreshPresets();
                       }}});
+}
+
+/// What was said about typing goes as soon as all that is typed can be taken.
+void PrintDialog::forgetMendedTyping() {
+    const bool isWrong = (mPagesPage && !mPagesPage->problem().isEmpty()) ||
+                         (mFeaturesPage && !mFeaturesPage->problem().isEmpty());
+    if (!isWrong)
+        mMessages->remove(QStringLiteral("typing"));
 }
 
 /// Shows the field that cannot be taken as it is.

@@ -63,6 +63,10 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     auto* column = new QVBoxLayout(commands);
     mLabelcut = addCommand(*column, QStringLiteral("labelcut"), QStringLiteral("Labelcut"));
     mLp = addCommand(*column, QStringLiteral("lp"), QStringLiteral("Lp"));
+    mLeftOut = plainLabel();
+    mLeftOut->setObjectName(QStringLiteral("leftOutOfCommands"));
+    mLeftOut->setWordWrap(true);
+    column->addWidget(mLeftOut);
     auto* row = new QHBoxLayout(page);
     row->addWidget(choices);
     row->addWidget(commands, 1);
@@ -135,6 +139,11 @@ void SummaryPage::refresh() {
     const QString lp = mModel.hasPrinter() ? lpCommand(mModel) : QString();
     setText(*mLp.text, lp);
     mLp.row->setVisible(!lp.isEmpty());
+    QStringList sentences;
+    for (const QString& title : leftOutOfCommands(mModel))
+        sentences << hostText("PasswordLeftOut").arg(title);
+    mLeftOut->setText(joinedSentences(sentences));
+    mLeftOut->setVisible(!sentences.isEmpty());
 }
 
 } // namespace labelcut

@@ -39,6 +39,8 @@ private:
     std::vector<QLabel*> mValues;
     Command mLabelcut;
     Command mLp;
+    /// What the commands do not say; hidden while they say all.
+    QLabel* mLeftOut;
 };
 
 } // namespace labelcut

@@ -1,6 +1,7 @@
 // Presets: what the command line does with them.
 #include "host/presets/preset_commands.h"
 
+#include "host/settings/secret_setting.h"
 #include "host/settings/setting_match.h"
 #include "host/texts/host_text.h"
 
@@ -34,7 +35,7 @@ Result<PresetOutput> show(const PresetStore& store, const PrinterIdentity& print
         return preset.error();
     PresetOutput output;
     for (const Setting& setting : preset->settings())
-        output.lines << setting.keyword + u'=' + setting.choice;
+        output.lines << setting.keyword + u'=' + shownChoice(ppd, setting);
     output.lines << QStringLiteral("copies=%1").arg(preset->copies);
     if (ppd)
         output.warnings = describe(ppd, matchSettings(ppd, preset->settings()).missing);

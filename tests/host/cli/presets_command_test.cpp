@@ -65,6 +65,30 @@ TEST_F(PresetsCommandTest, WhatIsKeptIsListedShownRenamedAndRemoved) {
     EXPECT_EQ(listed(), "");
 }
 
+TEST_F(PresetsCommandTest, APasswordIsNotKeptAndThatIsTold) {
+    const QString ppd = mFolder.file(QStringLiteral("held.ppd"), contentOf(kTapePpd) + R"ppd(
+*OpenUI *Release/Held job: PickOne
+*DefaultRelease: None
+*Release None/No: ""
+*CloseUI: *Release
+*CustomRelease True/With a password: "pop"
+*ParamCustomRelease Secret/Password: 1 password 4 8
+)ppd");
+    const Outcome saved =
+        labelcut("presets save Held --set Release=Custom.s3cr3t --set KvHalfCut=ON", {}, ppd);
+    EXPECT_EQ(saved.status, 0);
+    EXPECT_THAT(saved.err, HasSubstr("“Held job” holds a password, which is not kept"));
+    EXPECT_FALSE(contentOf(presetFile()).contains("s3cr3t"));
+    EXPECT_EQ(labelcut("presets show Held", {}, ppd).out, "KvHalfCut=ON\ncopies=1\n");
+    const Outcome printed = print("--set Release=Custom.s3cr3t", ppd);
+    EXPECT_EQ(printed.status, 0) << printed.err;
+    EXPECT_THAT(printed.out, HasSubstr("Release=Custom.••••"));
+    EXPECT_THAT(printed.out + printed.err, testing::Not(HasSubstr("s3cr3t")));
+    const Outcome refused = print("--set Release=Custom.s3cr3tAndMuchTooLong", ppd);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.out + refused.err, testing::Not(HasSubstr("s3cr3t")));
+}
+
 TEST_F(PresetsCommandTest, WhatCannotBeDoneIsOneSentenceAndChangesNothing) {
     ASSERT_EQ(labelcut("presets save One --set KvHalfCut=ON").status, 0);
     ASSERT_EQ(labelcut("presets save Two").status, 0);

@@ -45,8 +45,26 @@ def labels_of(node):
             if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY]
 
 
-CONTROLS = {"push button", "check box", "radio button", "combo box", "text", "spin button",
-            "page tab", "progress bar"}
+CONTROLS = {"push button", "check box", "radio button", "combo box", "text", "password text",
+            "spin button", "page tab", "progress bar"}
+# A toolkit may give what stands in these as their name; what they are for is said by a label.
+FIELDS_NAMED_BY_LABELS = {"combo box", "spin button"}
+
+
+def name_of(node):
+    """What tells the control from others of its kind; empty: nothing does."""
+    label = " ".join(labels_of(node)).strip()
+    return label if node.getRoleName() in FIELDS_NAMED_BY_LABELS else label or node.name.strip()
+
+
+def value_of(node):
+    """What stands in a field, as it is read out."""
+    if node.getRoleName() == "combo box":
+        return node.name
+    if node.getRoleName() == "spin button":
+        return str(node.queryValue().currentValue)
+    text = node.queryText()
+    return text.getText(0, text.characterCount)
 
 
 class Check:
@@ -73,8 +91,12 @@ class Check:
             until(lambda tab=tab: is_chosen(tab), f"page {tab.name}")
             for node in everything(self.window):
                 if node.getRoleName() in CONTROLS and shows(node):
-                    said = node.name or node.description or labels_of(node)
-                    self.expect(said, f"{tab.name}: a {node.getRoleName()} without a name")
+                    self.expect(name_of(node), f"{tab.name}: a {node.getRoleName()} "
+                                               f"\"{node.name}\" without a name")
+                    self.expect(node.getState().contains(pyatspi.STATE_FOCUSABLE)
+                                or not node.getState().contains(pyatspi.STATE_ENABLED)
+                                or node.getRoleName() in ("page tab", "progress bar"),
+                                f"{tab.name}: {name_of(node)} cannot have the focus")
             self.expect(not any(node.getRoleName() == "unknown" and shows(node)
                                 for node in everything(self.window)),
                         f"{tab.name}: a part without a role")
@@ -92,6 +114,37 @@ class Check:
                     for label in labels_of(node)]
         for label in ("Printer:", "Copies:", "Preset:"):
             self.expect(label in labelled, f"no field is labelled \"{label}\": {labelled}")
+
+    def fields(self):
+        """Name, role and value of the fields, those of custom values included."""
+        for line in ("choose FeedLength Custom.72", "choose PageSize Custom.72x144",
+                     "choose Quality Draft"):
+            self.order(line)
+        tabs = [node for node in everything(self.window) if node.getRoleName() == "page tab"]
+        wanted = {1: [("radio button", "All", None), ("combo box", "Paper:", "Custom"),
+                      ("text", "Page range", ""), ("text", "Width", "25.4 mm"),
+                      ("text", "Height", "50.8 mm")],
+                  2: [("combo box", "Quality", "Draft"), ("combo box", "Density", "Normal"),
+                      ("combo box", "Feed after printing", "Custom"),
+                      ("text", "Feed after printing: Length", "25.4 mm")]}
+        for index, fields in wanted.items():
+            press(tabs[index])
+            until(lambda index=index: is_chosen(tabs[index]), f"page {tabs[index].name}")
+            shown = [node for node in everything(self.window) if shows(node)]
+            for role, name, value in fields:
+                found = [node for node in shown if node.getRoleName() == role
+                         and name in (name_of(node), *labels_of(node))]
+                self.expect(found, f"no {role} \"{name}\"")
+                for node in found:
+                    self.expect(value is None or value_of(node) == value,
+                                f"{name}: {value_of(node)} instead of {value}")
+        self.names_and_roles()
+        for _ in range(3):
+            press(find(self.window, "push button", "Undo"))
+
+    def order(self, line):
+        self.program.stdin.write(f"{line}\n".encode())
+        self.program.stdin.flush()
 
     def a_click(self):
         """A checkbox's state, the preview's description and the sentence follow a click."""
@@ -111,8 +164,7 @@ class Check:
 
     def a_message(self):
         sentence = "Something happened to the printer."
-        self.program.stdin.write(f"tell {sentence}\n".encode())
-        self.program.stdin.flush()
+        self.order(f"tell {sentence}")
         alert = until(lambda: find(self.window, "alert", sentence), "the message is an alert")
         self.expect(shows(alert), "the alert does not show")
         until(lambda: any(name.startswith(sentence) for name in self.announced),
@@ -129,6 +181,7 @@ def main():
             pyatspi.Registry.registerEventListener(check.hear, kind)
         check.roles()
         check.names_and_roles()
+        check.fields()
         check.a_click()
         check.a_message()
         for problem in check.problems:

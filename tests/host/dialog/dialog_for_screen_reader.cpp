@@ -2,8 +2,8 @@
 //
 //   dialog_for_screen_reader PPD DOCUMENT
 //
-// Each line on standard input is obeyed: "tell TEXT" makes the dialog say something, "quit" ends
-// it.
+// Each line on standard input is obeyed: "tell TEXT" makes the dialog say something, "choose
+// KEYWORD CHOICE" chooses, "quit" ends it.
 #include <QApplication>
 #include <QSocketNotifier>
 
@@ -11,6 +11,16 @@
 #include <string>
 
 #include "host/dialog/print_dialog.h"
+
+namespace {
+
+/// @param setting  "KEYWORD CHOICE"
+void choose(labelcut::JobModel& model, const QString& setting) {
+    if (!model.choose(setting.section(u' ', 0, 0), setting.section(u' ', 1)))
+        qFatal("the printer has no %s", qPrintable(setting));
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     using namespace labelcut;
@@ -30,6 +40,8 @@ int main(int argc, char** argv) {
             dialog.close();
         else if (line.starts_with("tell "))
             Q_EMIT dialog.model().told(QString::fromStdString(line.substr(5)));
+        else if (line.starts_with("choose "))
+            choose(dialog.model(), QString::fromStdString(line.substr(7)));
     });
     return QApplication::exec() == 0 ? 0 : 1;
 }

@@ -33,6 +33,16 @@ namespace {
 const QString kQuality = QStringLiteral("Quality");
 const QString kOn = QStringLiteral("ON");
 
+/// An option that takes a password.
+constexpr char kRelease[] = R"ppd(
+*OpenUI *Release/Held job: PickOne
+*DefaultRelease: None
+*Release None/No: ""
+*CloseUI: *Release
+*CustomRelease True/With a password: "pop"
+*ParamCustomRelease Secret/Password: 1 password 4 8
+)ppd";
+
 class PrintDialogTest : public testing::Test {
 protected:
     void open(const QString& ppd = kTapePpd, const Settings& choices = {}) {
@@ -183,7 +193,7 @@ TEST_F(PrintDialogTest, AFeatureIsChosenAndSetBack) {
     choose(quality, QStringLiteral("Best"));
     EXPECT_EQ(choice("Quality"), "Best");
     expectOneTruth(*mDialog);
-    auto* reset = quality.parentWidget()->findChild<QToolButton*>();
+    auto* reset = part<QToolButton>(*mDialog, "reset-Quality");
     ASSERT_TRUE(isUsable(*reset));
     click(*reset);
     EXPECT_EQ(choice("Quality"), "Normal");
@@ -237,6 +247,47 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsOutOfBoundsInsteadOfPrintingSomethingElse
     QTest::keyClick(length, Qt::Key_Tab);
     settle();
     expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, WhatWasSaidAboutATypedValueGoesAsSoonAsTheValueIsRight) {
+    open();
+    openTab(*mDialog, 2);
+    auto& feed = optionBox(*mDialog, "FeedLength");
+    choose(feed, QStringLiteral("Custom"));
+    auto* length = feed.parentWidget()->findChild<QLineEdit*>();
+    type(*length, QStringLiteral("9999"));
+    press("print");
+    ASSERT_THAT(messages(), ElementsAre(HasSubstr("“Feed after printing” takes values from")));
+    type(*length, QStringLiteral("0 mm"));
+    EXPECT_THAT(messages(), IsEmpty()) << "though the value is the one before, and not yet taken";
+}
+
+TEST_F(PrintDialogTest, APasswordIsNowhereToBeReadAndNotKept) {
+    const QString secret = QStringLiteral("s3cr3t");
+    open(extendedPpd(mHome, kRelease),
+         {{QStringLiteral("Release"), QStringLiteral("Custom.") + secret},
+          {QStringLiteral("KvHalfCut"), kOn}});
+    ASSERT_EQ(choice("Release"), "Custom.s3cr3t") << "the job has it";
+    const QString command = control<QPlainTextEdit>("commandLabelcut").toPlainText();
+    EXPECT_FALSE(command.contains(QStringLiteral("Release")));
+    EXPECT_TRUE(command.contains(QStringLiteral("KvHalfCut=ON")));
+    EXPECT_EQ(control<QLabel>("leftOutOfCommands").text().toStdString(),
+              "The password of “Held job” is left out of the commands.");
+    savePreset(QStringLiteral("Mine"));
+    EXPECT_THAT(messages(), ElementsAre("“Held job” holds a password, which is not kept in the "
+                                        "preset."));
+    const auto kept =
+        PresetStore().load(PrinterIdentity::forPpd(model().ppd()), QStringLiteral("Mine"));
+    ASSERT_TRUE(kept);
+    EXPECT_FALSE(kept->options.contains(QStringLiteral("Release")));
+    EXPECT_EQ(kept->options.value(QStringLiteral("KvHalfCut")), kOn);
+    for (const QLabel* label : mDialog->findChildren<QLabel*>())
+        EXPECT_FALSE(label->text().contains(secret)) << label->text().toStdString();
+    for (const QLineEdit* edit : mDialog->findChildren<QLineEdit*>())
+        EXPECT_FALSE(edit->displayText().contains(secret));
+    ASSERT_TRUE(model().choose(QStringLiteral("Release"), QStringLiteral("None")));
+    settle();
+    EXPECT_FALSE(control<QLabel>("leftOutOfCommands").isVisibleTo(mDialog.get()));
 }
 
 TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
