@@ -95,25 +95,13 @@ void View::replaceSubview(View& old, const View& replacement) {
     delete gone;
 }
 
-void View::setNeedsDisplay(bool needed) {
-    if (mWidget && needed)
-        mWidget->update();
-}
-
 void View::setToolTip(const QString& text) {
     if (!mWidget)
         return;
     const QString plain = Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
-    // A change is announced to everybody who listens, a repetition need not be.
+    // Setting a tool tip sends an event even when the text is the same.
     if (plain != mWidget->toolTip())
         mWidget->setToolTip(plain);
-}
-
-void View::setAccessibleText(const QString& name, const QString& description) {
-    if (!mWidget)
-        return;
-    mWidget->setAccessibleName(name);
-    mWidget->setAccessibleDescription(description);
 }
 
 Button::Button(QCheckBox* box)

@@ -20,7 +20,6 @@ class QLabel;
 namespace labelcut {
 
 class Stepper;
-class NotificationCentre;
 
 struct Point {
     double x = 0;
@@ -68,10 +67,9 @@ public:
     /// Puts `replacement` in the place of the direct child `old`, which is deleted. Does nothing
     /// without both, or when `old` is not a child of this view.
     void replaceSubview(View& old, const View& replacement);
-    void setNeedsDisplay(bool needed);
 
+    /// Shown as plain text; an empty text takes the tool tip away.
     void setToolTip(const QString& text);
-    void setAccessibleText(const QString& name, const QString& description);
 
 private:
     QPointer<QWidget> mWidget;

@@ -129,8 +129,8 @@ void dress(QWidget& root, const PDEBundle& bundle) {
     }
 }
 
-/// Whether this looks like a whole file with a widget in it; the loader complains aloud of anything
-/// else. To be sure would mean to parse it twice, which takes as long as loading it.
+/// Whether this looks like a whole file with a widget in it; the loader prints a warning about
+/// anything else. To be sure would mean to parse it twice, which takes as long as loading it.
 bool holdsWidget(const QByteArray& bytes) {
     const QByteArray text = bytes.trimmed();
     const bool isClosed = text.contains("</widget>") || text.contains("/>");

@@ -7,7 +7,7 @@
 
 namespace labelcut {
 
-/// One write() whose outcome nobody asks for.
+/// One write() whose result is ignored.
 /// @param fd     an open descriptor, or any number: a failure is silent.
 /// @param bytes  written as far as the descriptor takes them at once.
 inline void writePlainly(int fd, QByteArrayView bytes) {

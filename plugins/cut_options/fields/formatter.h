@@ -26,7 +26,7 @@ public:
     virtual std::optional<QString> stringForObjectValue(const QVariant& object) const = 0;
 
     /// The value that `string` stands for.
-    /// @param object            receives the value; null when nobody wants it.
+    /// @param object            receives the value; null when the caller does not want it.
     /// @param string            the text, or nothing.
     /// @param errorDescription  receives a sentence for the user on failure; may be null.
     /// @return false when the text stands for no value; `object` is then left alone.

@@ -33,7 +33,7 @@ void attachFormatters(QWidget* root);
 /// Tells a delegate of every change of a field's text by the user, unless the field keeps them to
 /// itself as a focus-notifying text field does.
 /// @param field                 null does nothing.
-/// @param delegate              nobody is told once it is gone; must not be null.
+/// @param delegate              calls end when it is destroyed; must not be null.
 /// @param controlTextDidChange  called with the field after each change.
 void setTextDelegate(QLineEdit* field, QObject* delegate,
                      std::function<void(QLineEdit*)> controlTextDidChange);

@@ -168,7 +168,7 @@ QValidator::State VettingValidator::validate(QString& input, int& caret) const {
     // A line edit's redo can put the caret behind the text; what is set here is where it goes.
     caret = std::min(caret, static_cast<int>(input.size()));
     if (!isEdit(input)) {
-        remember(current()); // an undo can change the selection alone, and tells nobody
+        remember(current()); // an undo can change the selection alone, without a signal
         return Acceptable;
     }
     // Setting a text forgets all edits; every edit of the user's leaves one to undo or redo.
@@ -246,27 +246,6 @@ void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter) {
 Formatter* attachedFormatter(const QLineEdit* edit) {
     const VettingValidator* validator = validatorOf(edit);
     return validator ? validator->formatter() : nullptr;
-}
-
-void setObjectValue(QLineEdit* edit, const QVariant& object) {
-    if (!edit)
-        return;
-    const Formatter* formatter = attachedFormatter(edit);
-    const std::optional<QString> text =
-        formatter ? formatter->stringForObjectValue(object) : std::optional(object.toString());
-    if (text)
-        edit->setText(*text);
-}
-
-QVariant objectValue(const QLineEdit* edit) {
-    if (!edit)
-        return {};
-    const Formatter* formatter = attachedFormatter(edit);
-    if (!formatter)
-        return edit->text();
-    QVariant object;
-    formatter->getObjectValue(&object, edit->text(), nullptr);
-    return object;
 }
 
 } // namespace labelcut

@@ -7,8 +7,6 @@
 // a completer's choice are the program's and never vetted.
 #pragma once
 
-#include <QVariant>
-
 #include <memory>
 
 #include "plugins/cut_options/fields/formatter.h"
@@ -24,13 +22,5 @@ void attachFormatter(QLineEdit* edit, std::unique_ptr<Formatter> formatter);
 
 /// The formatter attached to `edit`, or null.
 Formatter* attachedFormatter(const QLineEdit* edit);
-
-/// Shows a value: sets the text that the attached formatter gives for it, or the value's own text
-/// without a formatter. Does nothing when the formatter gives nothing, or for null.
-void setObjectValue(QLineEdit* edit, const QVariant& object);
-
-/// The value that the text of `edit` stands for, by its formatter; without one, the text itself.
-/// Invalid for null or when the text stands for nothing.
-QVariant objectValue(const QLineEdit* edit);
 
 } // namespace labelcut

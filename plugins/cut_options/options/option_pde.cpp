@@ -13,7 +13,7 @@ namespace {
 constexpr char kAutoCutHiddenAttribute[] = "KvAutoCutObjHidden";
 
 QVariant keywordOf(const PDEChoice* selection) {
-    // Bytes that are no text show as replacement characters: there is a selection all the same.
+    // Bytes that are not UTF-8 show as U+FFFD, so that a selection never looks like none.
     return selection ? QVariant(QString::fromUtf8(selection->choice()->choice)) : QVariant();
 }
 
@@ -83,7 +83,7 @@ std::optional<QStringList> OptionPDE13_v400_::supportedPPDOptionKeys() {
         if (!(this->*row.option))
             continue;
         keys.append(QLatin1String(row.keyword));
-        // A count without automatic cut still claims it, so that nobody else offers it.
+        // A count without automatic cut claims that keyword too, so that no other panel offers it.
         if (row.item == item::kCutLabel && !mAutoCut_Option)
             keys.append(QLatin1String(keyword::kAutoCut));
     }

@@ -89,7 +89,6 @@ public:
     const Button& chainPrintChkBx() const { return mBoxes.chainPrint; }
     const Button& specialTapeChkBx() const { return mBoxes.specialTape; }
     const Button& removeBlkSpaceChkBx() const { return mBoxes.removeBlkSpace; }
-    const CutCheckBoxes& checkBoxes() const { return mBoxes; }
 
     /// The picture to show now, read from the checkboxes anew; null when its slot is empty.
     const Picture* targetDrawImage() const;

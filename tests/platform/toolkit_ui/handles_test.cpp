@@ -31,9 +31,7 @@ void expectInert(View view) {
     view.setEnabled(true);
     EXPECT_FALSE(view.isEnabled());
     EXPECT_FALSE(view.superview());
-    view.setNeedsDisplay(true);
     view.setToolTip(QStringLiteral("x"));
-    view.setAccessibleText(QStringLiteral("x"), QStringLiteral("y"));
 }
 
 void expectInert(Button button) {
@@ -201,13 +199,6 @@ TEST(ToolTips, ArePlainText) {
     EXPECT_EQ(widget.toolTip(), QStringLiteral("&lt;b&gt;bold&lt;/b&gt;"));
     // Escaped it is taken for rich text, and so shown as it was given.
     EXPECT_TRUE(Qt::mightBeRichText(widget.toolTip()));
-}
-
-TEST(AccessibleText, IsSet) {
-    QWidget widget;
-    View(&widget).setAccessibleText(QStringLiteral("name"), QStringLiteral("description"));
-    EXPECT_EQ(widget.accessibleName(), QStringLiteral("name"));
-    EXPECT_EQ(widget.accessibleDescription(), QStringLiteral("description"));
 }
 
 TEST(Buttons, ShowTitlesAsPlainText) {

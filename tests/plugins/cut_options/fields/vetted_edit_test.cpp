@@ -411,20 +411,4 @@ TEST_F(VettedEdit, HasNoFormatterBeforeOneIsAttached) {
     EXPECT_EQ(attachedFormatter(nullptr), nullptr);
 }
 
-TEST_F(VettedEdit, ShowsAndReadsValuesThroughTheFormat) {
-    attachFormatter(&edit, PDEFormatter::initWithFormatString(QStringLiteral("%03d"), 2));
-    setObjectValue(&edit, 7);
-    EXPECT_EQ(text(), "007");
-    EXPECT_EQ(objectValue(&edit), QVariant(QStringLiteral("007")));
-    edit.setText(QStringLiteral("9x"));
-    EXPECT_EQ(objectValue(&edit), QVariant(QStringLiteral("009")));
-}
-
-TEST_F(VettedEdit, ShowsAndReadsValuesAsTheyAreWithoutAFormatter) {
-    setObjectValue(&edit, QStringLiteral("abc"));
-    EXPECT_EQ(objectValue(&edit), QVariant(QStringLiteral("abc")));
-    setObjectValue(nullptr, 1);
-    EXPECT_FALSE(objectValue(nullptr).isValid());
-}
-
 } // namespace

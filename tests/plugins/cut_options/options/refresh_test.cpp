@@ -366,7 +366,7 @@ struct Shown {
 };
 constexpr Shown kWays[] = {{0, false}, {1, false}, {-1, false}, {2, false}, {1, true}};
 
-std::int64_t tagByTheTable(const std::array<Shown, kOptionCount>& b, bool isRV) {
+std::int64_t wantedTag(const std::array<Shown, kOptionCount>& b, bool isRV) {
     const bool special = b[SpecialTape].isOn();
     const bool every = !special && b[CutLabel].isOn();
     const bool half = !special && b[HalfCut].isOn();
@@ -413,7 +413,7 @@ TEST(TargetTag, AgreesWithTheTableOverAllStatesAndHiding) {
                 (panel.*kBoxes[i]).setState(boxes[i].state);
                 (panel.*kBoxes[i]).setHidden(boxes[i].hidden);
             }
-            ASSERT_EQ(panel.targetPopUpButtonTag(), tagByTheTable(boxes, isRV)) << n;
+            ASSERT_EQ(panel.targetPopUpButtonTag(), wantedTag(boxes, isRV)) << n;
         }
     }
 }

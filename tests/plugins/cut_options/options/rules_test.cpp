@@ -33,9 +33,9 @@ void PrintTo(const Controls& c, std::ostream* out) {
          << c.labelGrey << " removeBlk " << c.removeBlkEnabled;
 }
 
-/// The three groups as their tables say them, one cell after the other.
+/// The three groups of rules, worked out independently of the panel.
 Controls ruled(Controls c, bool fixedLengthPaper) {
-    // A: the count group follows the cut-every box, as a pair only.
+    // The count group follows the cut-every box, as a pair only.
     if (c.cutEvery == 0 && c.fieldEnabled && c.stepperEnabled) {
         c.fieldEnabled = c.stepperEnabled = false;
         c.labelGrey = true;
@@ -43,7 +43,7 @@ Controls ruled(Controls c, bool fixedLengthPaper) {
         c.fieldEnabled = c.stepperEnabled = true;
         c.labelGrey = false;
     }
-    // B: special tape.
+    // Special tape excludes the rest of the cutting.
     if (!c.specialTapeHidden && c.specialTape == 0) {
         c.autoCutEnabled = c.chainPrintEnabled = c.halfCutEnabled = c.cutEveryEnabled = true;
     } else if (!c.specialTapeHidden && c.specialTape == 1) {
@@ -54,7 +54,7 @@ Controls ruled(Controls c, bool fixedLengthPaper) {
             c.labelGrey = true;
         }
     }
-    // C: the paper.
+    // The paper decides on blank space.
     c.removeBlkEnabled = !fixedLengthPaper;
     return c;
 }
@@ -83,7 +83,7 @@ Controls readBack(PanelUnderTest& panel) {
         panel.mRemoveBlkSpaceChkBx.isEnabled()};
 }
 
-TEST(Rules, AgreeWithTheTablesOverAllStatesEnablingsAndHiding) {
+TEST(Rules, FollowTheThreeGroupsOverAllStatesEnablingsAndHiding) {
     PanelOnHost setting(printerOffering(kAllOptions, true, true).open());
     PanelUnderTest& panel = setting.show();
     int checked = 0;
@@ -244,7 +244,7 @@ TEST(RemoveBlankSpaceRule, AsksTheHostForThePageFormatAnew) {
 
 // Known asymmetries.
 
-TEST(Asymmetry, GroupCIgnoresTheTapeState) {
+TEST(Asymmetry, BlankSpaceFollowsThePaperAndNotTheTapeState) {
     PanelOnHost setting(printerOffering(kAllOptions, false, true).open());
     PanelUnderTest& panel = setting.show();
     panel.setTapeState(1);

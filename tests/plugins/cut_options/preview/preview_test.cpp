@@ -71,8 +71,8 @@ QString onOff(bool on) {
     return on ? QStringLiteral("On") : QStringLiteral("Off");
 }
 
-/// The names spell out what they show, so the wanted name follows from the table's columns.
-QString nameByTheTable(const std::array<Shown, kBoxCount>& b, bool isRV) {
+/// The names spell out what they show, so the wanted one follows from the boxes.
+QString wantedName(const std::array<Shown, kBoxCount>& b, bool isRV) {
     const bool special = b[Special].isOn();
     const bool cut = !special && (b[Every].isOn() || b[Auto].isOn());
     const bool mirror = b[Mirror].isOn();
@@ -85,7 +85,7 @@ QString nameByTheTable(const std::array<Shown, kBoxCount>& b, bool isRV) {
            onOff(mirror);
 }
 
-TEST(TargetDrawImage, AgreesWithTheTablesOverAllStatesAndHiding) {
+TEST(TargetDrawImage, ShowsWhatTheBoxesSayOverAllStatesAndHiding) {
     for (const bool isRV : {false, true}) {
         Stand stand(isRV);
         std::set<QString> seen;
@@ -104,7 +104,7 @@ TEST(TargetDrawImage, AgreesWithTheTablesOverAllStatesAndHiding) {
                 if (stand.boxes[i].isHidden() != boxes[i].hidden)
                     stand.boxes[i].setHidden(boxes[i].hidden);
             }
-            const QString name = nameByTheTable(boxes, isRV);
+            const QString name = wantedName(boxes, isRV);
             ASSERT_EQ(stand.view->targetImageName(), name) << n;
             seen.insert(name);
         }
@@ -112,7 +112,7 @@ TEST(TargetDrawImage, AgreesWithTheTablesOverAllStatesAndHiding) {
     }
 }
 
-TEST(Slots, StandInTheOrderOfTheirTables) {
+TEST(Slots, StandInTheOrderOfTheirPictures) {
     EXPECT_EQ(kPictureNamesRV.size(), 6U);
     EXPECT_STREQ(kPictureNamesRV[0], "EveryEndMirrorOffOffOff");
     EXPECT_STREQ(kPictureNamesRV[1], "EveryEndMirrorOffOnOff");
