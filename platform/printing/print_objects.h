@@ -1,9 +1,9 @@
 // Our printing framework: session, settings, page format, paper and printer as plug-ins see them.
 //
-// The classes are interfaces: a host implements them over libcups (see cups_objects.h), tests fake
-// them. Plug-ins never call the members but the PM… functions below, which answer
-// kPMInvalidParameter for a null object and never throw. Out-parameters must not be null; they are
-// left alone on failure unless a function says otherwise. Lengths are in points, 1/72 inch.
+// The classes are interfaces: the host implements them, tests fake them. Plug-ins call the PM…
+// functions below instead of the members; those answer kPMInvalidParameter for a null object and
+// never throw. Out-parameters must not be null; they are left alone on failure unless a function
+// says otherwise. Lengths are in points, 1/72 inch.
 #pragma once
 
 #include <QByteArray>
@@ -35,6 +35,7 @@ private:
     std::optional<QString> mText;
 };
 
+/// What is printed on: a sheet, a label, a length of tape.
 class PMPaper {
 public:
     virtual ~PMPaper() = default;
@@ -44,6 +45,7 @@ public:
     virtual OSStatus height(double* points) const = 0;
 };
 
+/// The layout of the job's pages.
 class PMPageFormat {
 public:
     virtual ~PMPageFormat() = default;
@@ -54,25 +56,31 @@ public:
 /// How a printer is doing, IPP "printer-state" (RFC 8011, 5.4.11).
 enum class PMPrinterState { Idle = 3, Processing = 4, Stopped = 5 };
 
+/// The printer that the dialog is open for.
 class PMPrinter {
 public:
     virtual ~PMPrinter() = default;
     /// The device URI. kPMKeyNotFound when the printer has none.
     virtual OSStatus copyDeviceURI(PMURL* uri) const = 0;
+    /// How the printer was doing when the dialog last heard of it.
     virtual OSStatus state(PMPrinterState* state) const = 0;
 };
 
+/// What the panels of one dialog keep for each other while it is open.
 class PMPrintSession {
 public:
     virtual ~PMPrintSession() = default;
-    /// Data that somebody stored under `key`; noErr with an invalid variant: none.
+    /// The data under `key`, whichever panel stored it; noErr with an invalid variant: none.
     virtual OSStatus data(const QString& key, QVariant* value) const = 0;
+    /// Stores data for the panels of this dialog; it is gone with the dialog. An invalid variant
+    /// removes it.
     virtual OSStatus setData(const QString& key, const QVariant& value) = 0;
 };
 
 /// Formats of PMPrintSettings::dataRepresentation().
 enum class PMDataFormat : std::uint32_t { XMLDefault = 0 };
 
+/// The settings of one job, which go with it.
 class PMPrintSettings {
 public:
     virtual ~PMPrintSettings() = default;
@@ -83,9 +91,11 @@ public:
     virtual OSStatus setValue(const QString& key, const QVariant& value, bool locked) = 0;
     /// First page to print, counted from 1.
     virtual OSStatus firstPage(std::uint32_t* page) const = 0;
+    /// kPMValueOutOfRange for 0, and for a page behind the last.
     virtual OSStatus setFirstPage(std::uint32_t page, bool locked) = 0;
     /// Last page to print; 0xFFFFFFFF stands for "to the end".
     virtual OSStatus lastPage(std::uint32_t* page) const = 0;
+    /// kPMValueOutOfRange for a page before the first.
     virtual OSStatus setLastPage(std::uint32_t page, bool locked) = 0;
     /// Everything as bytes that read back equal.
     virtual OSStatus dataRepresentation(PMDataFormat format, QByteArray* bytes) const = 0;

@@ -13,7 +13,7 @@ inline constexpr OSStatus noErr = 0;
 inline constexpr OSStatus kPMInvalidParameter = -50;
 /// Something failed that has no code of its own.
 inline constexpr OSStatus kPMGeneralError = -30870;
-/// The object does not have what was asked for.
+/// A value lies outside the range that it may have.
 inline constexpr OSStatus kPMValueOutOfRange = -30874;
 /// There is no value under the given key.
 inline constexpr OSStatus kPMKeyNotFound = -30893;

@@ -243,6 +243,8 @@ private:
     CutCheckBoxes cutCheckBoxes() const;
     static const Row* rowOfKeyword(const QString& keyword);
     bool isShown(const Row& row) const;
+    /// Whether special tape is seen and not off: what it excludes is then sent as off. The rules
+    /// that disable controls wait for a state of exactly 1.
     bool specialTapeExcludes() const;
 
     void detectUsb();
