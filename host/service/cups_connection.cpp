@@ -300,6 +300,20 @@ CupsConnection::listQueues(const CallLimits& limits,
     return all;
 }
 
+Result<std::optional<QString>> CupsConnection::defaultQueue(const CallLimits& limits) const {
+    const IppMessage request = newQueueRequest(IPP_OP_CUPS_GET_DEFAULT, "/");
+    ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr,
+                 "printer-name");
+    const auto answer = ippExchange(mAddress, Deadline(limits), request, "/", nullptr, {});
+    // Services say "not found" when they have no default.
+    if (!answer && answer.error().kind == ErrorKind::NoSuchQueue)
+        return std::optional<QString>();
+    if (!answer)
+        return answer.error();
+    const std::vector<Queue> queues = readQueues(*answer);
+    return queues.empty() ? std::optional<QString>() : std::optional(queues.front().name);
+}
+
 Result<QueueDetails> CupsConnection::queueAttributes(const QString& name,
                                                      const CallLimits& limits) const {
     const auto path = pathOf(name);

@@ -116,6 +116,9 @@ public:
                const std::function<void(const std::vector<Queue>&)>& found = {}) const;
     static constexpr std::size_t kMaxQueues = 10'000;
 
+    /// The name of the queue that the service takes when none is named; nothing when it has none.
+    Result<std::optional<QString>> defaultQueue(const CallLimits& limits) const;
+
     /// @param name  the queue's name. @return also NoSuchQueue.
     Result<QueueDetails> queueAttributes(const QString& name, const CallLimits& limits) const;
 

@@ -105,6 +105,7 @@ const std::vector<Call>& everyCall() {
     using L = const CallLimits&;
     static const std::vector<Call> calls = {
         {"listQueues", [](C c, L l) { return errorOf(c.listQueues(l)); }},
+        {"defaultQueue", [](C c, L l) { return errorOf(c.defaultQueue(l)); }},
         {"queueAttributes", [](C c, L l) { return errorOf(c.queueAttributes(kTape, l)); }},
         {"fetchPpd", [](C c, L l) { return errorOf(c.fetchPpd(kTape, l)); }},
         {"validateJob", [](C c, L l) { return errorOf(c.validateJob(tapeJob(), l)); }},
@@ -274,6 +275,16 @@ TEST_F(CupsConnectionTest, tellsTheDefaultQueue) {
     ASSERT_TRUE(queues);
     for (const Queue& queue : *queues)
         EXPECT_EQ(queue.isDefault, queue.name == QStringLiteral("other"));
+    const auto named = service().defaultQueue(within(kLong));
+    ASSERT_TRUE(named) << named.error().sentence.toStdString();
+    EXPECT_EQ(*named, QStringLiteral("other"));
+}
+
+TEST_F(CupsConnectionTest, tellsThatThereIsNoDefaultQueue) {
+    startWithTape();
+    const auto named = service().defaultQueue(within(kLong));
+    ASSERT_TRUE(named) << named.error().sentence.toStdString();
+    EXPECT_EQ(*named, std::nullopt);
 }
 
 TEST_F(CupsConnectionTest, listsMoreQueuesThanOneAnswerHolds) {
