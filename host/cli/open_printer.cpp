@@ -6,10 +6,17 @@
 
 #include "host/cli/interruption.h"
 #include "host/cli/runner.h"
+#include "host/core/failure.h"
+#include "host/printers/default_queue.h"
+#include "host/settings/saved_options.h"
 
 namespace labelcut {
 
 namespace {
+
+CallLimits limitsOf(const PrinterArguments& arguments) {
+    return {arguments.timeoutInMilliseconds(), &interruption::flag()};
+}
 
 const PDESystem& hostSystem() {
     static const HostSystem system;
@@ -29,16 +36,27 @@ void complainOfPlugins(const OpenedPrinter& printer, const PluginSearch& plugins
 
 } // namespace
 
-PrinterRef printerNamed(const PrinterArguments& arguments) {
+Result<PrinterRef> namedOrDefaultPrinter(const PrinterArguments& arguments) {
     if (!arguments.ppd.empty())
-        return PpdFileRef{QFile::decodeName(arguments.ppd.c_str())};
-    return QueueRef{QString::fromStdString(arguments.queue)};
+        return PrinterRef(PpdFileRef{QFile::decodeName(arguments.ppd.c_str())});
+    if (!arguments.queue.empty())
+        return PrinterRef(QueueRef{QString::fromStdString(arguments.queue)});
+    const auto found = defaultQueue(CupsConnection(), readSavedOptions(), limitsOf(arguments));
+    if (!found)
+        return found.error();
+    if (!*found)
+        return failure(QStringLiteral("There is no default printer; name one with --printer, or a "
+                                      "PPD with --ppd."));
+    Runner::complain(
+        QStringLiteral("The printer is the default one, \"%1\".").arg((*found)->queue));
+    return PrinterRef(QueueRef{(*found)->queue});
 }
 
 Result<std::unique_ptr<OpenedPrinter>> openPrinter(const PrinterArguments& arguments) {
-    Result<FoundPrinter> found =
-        findPrinter(printerNamed(arguments), CupsConnection(),
-                    {arguments.timeoutInMilliseconds(), &interruption::flag()});
+    const Result<PrinterRef> printerRef = namedOrDefaultPrinter(arguments);
+    if (!printerRef)
+        return printerRef.error();
+    Result<FoundPrinter> found = findPrinter(*printerRef, CupsConnection(), limitsOf(arguments));
     if (!found)
         return found.error();
     const QString folder = pluginFolder();

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+#include "host/cli/examples.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
@@ -127,6 +128,8 @@ void addOptionsCommand(CLI::App& app, Runner& runner) {
     arguments->printer.addTo(*command);
     arguments->preset.addTo(*command);
     command->add_flag("--json", arguments->json, "List them as JSON");
+    addExamples(*command, {"labelcut options", "labelcut options --printer Tape --json",
+                           "labelcut options --ppd tape.ppd --preset \"Shelf labels\""});
     command->callback([arguments, &runner] {
         runner.choose([arguments, &runner] { return list(*arguments, runner); });
     });

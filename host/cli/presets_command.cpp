@@ -7,10 +7,12 @@
 #include <optional>
 #include <string>
 
+#include "host/cli/examples.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/printer_arguments.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
+#include "host/cli/value_checks.h"
 #include "host/core/copies.h"
 #include "host/presets/preset_commands.h"
 #include "host/settings/secret_setting.h"
@@ -43,11 +45,13 @@ struct PresetPrinter {
 
 /// @param needsPpd  a queue's PPD is fetched only then, so that the rest works without a service.
 Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
-    const PrinterRef printer = printerNamed(arguments.printer);
-    const QString* queue = queueName(printer);
+    const Result<PrinterRef> printer = namedOrDefaultPrinter(arguments.printer);
+    if (!printer)
+        return printer.error();
+    const QString* queue = queueName(*printer);
     if (queue && !needsPpd)
         return PresetPrinter{PrinterIdentity::forQueue(*queue), nullptr};
-    Result<FoundPrinter> found = findPrinter(printer, CupsConnection(),
+    Result<FoundPrinter> found = findPrinter(*printer, CupsConnection(),
                                              {arguments.printer.timeoutInMilliseconds(), nullptr});
     if (!found)
         return found.error();
@@ -125,8 +129,8 @@ CLI::App& addAction(CLI::App& presets, Runner& runner, const std::shared_ptr<Arg
     return *command;
 }
 
-void addName(CLI::App& command, std::string& name, const char* option, const char* help) {
-    command.add_option(option, name, help)->type_name("NAME")->required();
+void addName(CLI::App& command, std::string& name, const char* help, const char* option = "NAME") {
+    command.add_option(option, name, help)->type_name("")->required();
 }
 
 } // namespace
@@ -135,27 +139,35 @@ void addPresetsCommand(CLI::App& app, Runner& runner) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* presets = app.add_subcommand("presets", "Keep choices for a printer under a name");
     presets->require_subcommand(1);
+    addExamples(*presets, {"labelcut presets list",
+                           "labelcut presets save \"Shelf labels\" --set KvHalfCut=ON"});
     const auto add = [&](const char* name, const char* help, bool needsPpd,
                          Action action) -> CLI::App& {
         return addAction(*presets, runner, arguments, name, help, needsPpd, action);
     };
 
-    add("list", "List the names of a printer's presets", false, list);
+    CLI::App& all = add("list", "List the names of a printer's presets", false, list);
+    addExamples(all, {"labelcut presets list", "labelcut presets list --ppd tape.ppd"});
     CLI::App& shown = add("show", "Show what is in a preset", false, show);
-    addName(shown, arguments->name, "name", "The preset");
+    addName(shown, arguments->name, "The preset");
+    addExamples(shown, {"labelcut presets show \"Shelf labels\" --printer Tape"});
     CLI::App& saved = add("save", "Keep choices as a preset", true, save);
-    addName(saved, arguments->name, "name", "What to call it");
+    addName(saved, arguments->name, "What to call it");
     arguments->settings.addTo(saved);
     saved.add_option("-n,--copies", arguments->copies, "How many of each (1)")
         ->type_name("N")
-        ->check(CLI::Range(1, kMaxCopies));
+        ->check(wholeNumber("--copies", 1, kMaxCopies));
     saved.add_flag("--replace", arguments->replace, "Replace one of that name");
+    addExamples(saved, {"labelcut presets save \"Shelf labels\" --printer Tape --set KvHalfCut=ON",
+                        "labelcut presets save Badges --copies 20 --replace"});
     CLI::App& removed = add("remove", "Remove a preset", false, remove);
-    addName(removed, arguments->name, "name", "The preset");
+    addName(removed, arguments->name, "The preset");
+    addExamples(removed, {"labelcut presets remove \"Shelf labels\" --printer Tape"});
     CLI::App& renamed = add("rename", "Give a preset another name", false, rename);
-    addName(renamed, arguments->name, "name", "The preset");
-    addName(renamed, arguments->newName, "new-name", "What to call it from now on");
+    addName(renamed, arguments->name, "The preset");
+    addName(renamed, arguments->newName, "What to call it from now on", "NEW-NAME");
     renamed.add_flag("--replace", arguments->replace, "Replace one of the new name");
+    addExamples(renamed, {"labelcut presets rename \"Shelf labels\" Shelves --printer Tape"});
 }
 
 } // namespace labelcut

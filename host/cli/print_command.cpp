@@ -11,12 +11,14 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/examples.h"
 #include "host/cli/interruption.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
+#include "host/cli/value_checks.h"
 #include "host/core/copies.h"
 #include "host/core/failure.h"
 #include "host/core/harmless_text.h"
@@ -229,9 +231,9 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* command = app.add_subcommand("print", "Print files on a label printer");
     command
-        ->add_option("files", arguments->files,
+        ->add_option("FILE", arguments->files,
                      "PDF, PostScript, PNG, JPEG, SVG or plain text, printed as one job")
-        ->type_name("FILE")
+        ->type_name("")
         ->required();
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
@@ -239,7 +241,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     CLI::Option* copies =
         command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
             ->type_name("N")
-            ->check(CLI::Range(1, kMaxCopies));
+            ->check(wholeNumber("--copies", 1, kMaxCopies));
     command->add_option("--pages", arguments->pages, "Pages counted through all files, such as 3-5")
         ->type_name("A-B");
     command
@@ -248,6 +250,10 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->type_name("FILE");
     command->add_option("-t,--title", arguments->title, "Title of the job (the files' names)")
         ->type_name("TEXT");
+    addExamples(*command, {"labelcut print labels.pdf",
+                           "labelcut print labels.pdf --printer Tape --set KvHalfCut=ON --copies 3",
+                           "labelcut print labels.pdf --ppd tape.ppd --pages 2-3 -o job.ps",
+                           "labelcut print labels.pdf --preset \"Shelf labels\""});
     command->callback([arguments, copies, &runner] {
         arguments->copiesGiven = copies->count() > 0;
         const Wish wish = understood(*arguments);

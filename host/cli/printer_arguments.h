@@ -1,7 +1,6 @@
 // The command line: how a command is told its printer.
 #pragma once
 
-#include <chrono>
 #include <string>
 
 namespace CLI {
@@ -10,7 +9,7 @@ class App;
 
 namespace labelcut {
 
-/// What the user said of the printer: a queue, or a PPD, never both.
+/// What the user said of the printer: a queue, a PPD, or neither.
 struct PrinterArguments {
     std::string queue;
     std::string ppd;

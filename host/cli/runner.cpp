@@ -8,10 +8,12 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
+#include "host/cli/wrong_usage.h"
 #include "host/core/harmless_text.h"
 
 namespace labelcut {
@@ -19,14 +21,10 @@ namespace labelcut {
 namespace {
 
 /// One sentence for whatever the parser has to say, and where to read on.
-int wrongUsage(const CLI::App& app, const CLI::ParseError& error) {
-    const auto chosen = app.get_subcommands();
-    const std::string command =
-        chosen.empty() ? app.get_name() : app.get_name() + " " + chosen.front()->get_name();
-    Runner::complain(QStringLiteral("%1 (see \"%2 --help\")")
-                         .arg(QString::fromStdString(error.what()).simplified(),
-                              QString::fromStdString(command)));
-    return kWrongUsage;
+int wrongUsage(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
+    return Runner::fail(QStringLiteral("%1 (see \"%2 --help\")")
+                            .arg(mistakeIn(app, words, error), commandLine(namedCommand(app))),
+                        kWrongUsage);
 }
 
 /// Whether standard output leads into a pipe that nobody reads any longer.
@@ -44,18 +42,24 @@ Runner::Runner(int& argc, char** argv)
 Runner::~Runner() = default;
 
 int Runner::run(std::initializer_list<AddCommand> commands, const std::string& version) {
-    CLI::App app("Prints labels with the choices of the printer's cut-options panel.", "labelcut");
+    CLI::App app("Prints on label and tape printers. Without a command it opens the print dialog.",
+                 "labelcut");
     app.set_version_flag("--version", "labelcut " + version, "Print the version and leave");
     app.set_help_flag("-h,--help", "Print this help and leave");
     app.require_subcommand(0, 1);
     for (const AddCommand add : commands)
         add(app, *this);
+    requireValues(app);
+    Words words(mArgv + 1, mArgv + std::max(mArgc, 1));
     try {
-        app.parse(mArgc, mArgv);
+        words = readable(words, app);
+        // The parser takes its words from the end.
+        app.parse(Words(words.rbegin(), words.rend()));
+        rejectLateCommand(app);
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        return wrongUsage(app, error);
+        return wrongUsage(app, words, error);
     }
     return mChosen ? mChosen() : mDefault();
 }

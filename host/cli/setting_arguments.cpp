@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "host/cli/runner.h"
 #include "host/settings/checked_setting.h"
 
 namespace labelcut {
@@ -20,10 +19,6 @@ Setting parsedSetting(const QString& text) {
 }
 
 } // namespace
-
-void rejectArguments(const QString& sentence) {
-    throw CLI::ValidationError(sentence.toStdString(), kWrongUsage);
-}
 
 void SettingArguments::addTo(CLI::App& command) {
     command.add_option("-s,--set", settings, "A choice of the printer; may be given several times")

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/wrong_usage.h"
 #include "host/core/result.h"
 #include "host/settings/ppd_calls.h"
 
@@ -27,8 +28,5 @@ struct SettingArguments {
 
 /// The settings as the PPD spells them, or why it cannot have one of them; see checkedSetting().
 Result<Settings> checkedSettings(ppd_file_t* ppd, const Settings& asked);
-
-/// A mistake in what was typed, as the parser reports it.
-[[noreturn]] void rejectArguments(const QString& sentence);
 
 } // namespace labelcut

@@ -2,6 +2,7 @@
 #include "host/cli/widget_commands.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QSocketNotifier>
 #include <QThread>
@@ -15,10 +16,12 @@
 #include <vector>
 
 #include "host/cli/application.h"
+#include "host/cli/examples.h"
 #include "host/cli/interruption.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
+#include "host/cli/value_checks.h"
 #include "host/core/background_call.h"
 #include "host/dialog/print_dialog.h"
 #include "host/script/panel_script.h"
@@ -157,20 +160,46 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     return saved ? kDone : Runner::fail(saved.error().sentence);
 }
 
+void addDialogArguments(CLI::App& command, DialogArguments& arguments) {
+    command.add_option("FILE", arguments.files, "Documents to print")->type_name("");
+    auto* printer = command.add_option_group("Printer", "The one used last, or one of");
+    printer->add_option("-p,--printer", arguments.queue, "Queue of the print service")
+        ->type_name("QUEUE");
+    printer->add_option("--ppd", arguments.ppd, "PPD file of a printer")->type_name("FILE");
+    printer->require_option(0, 1);
+}
+
+/// What stands where a command may stand, and is none, must be a file.
+void rejectMistypedCommand(const CLI::App& app, const std::string& word) {
+    const QString name = QFile::decodeName(word.c_str());
+    if (QFileInfo::exists(name))
+        return;
+    const auto meant = nearCommand(app, word);
+    const QString sentence =
+        QStringLiteral("There is neither a command nor a file \"%1\"").arg(name);
+    rejectArguments(meant
+                        ? QStringLiteral("%1; did you mean \"labelcut %2\"?").arg(sentence, *meant)
+                        : sentence);
+}
+
 } // namespace
 
 void addDialogCommand(CLI::App& app, Runner& runner) {
     auto arguments = std::make_shared<DialogArguments>();
+    const auto run = [arguments, &runner] { return runDialog(*arguments, runner); };
     CLI::App* command =
         app.add_subcommand("dialog", "Open the print dialog; also what runs without a command");
-    command->add_option("files", arguments->files, "Documents to print")->type_name("FILE");
-    auto* printer = command->add_option_group("Printer", "At most one of");
-    printer->add_option("-p,--printer", arguments->queue, "Queue of the print service")
-        ->type_name("QUEUE");
-    printer->add_option("--ppd", arguments->ppd, "PPD file of a printer")->type_name("FILE");
-    printer->require_option(0, 1);
-    const auto run = [arguments, &runner] { return runDialog(*arguments, runner); };
+    addDialogArguments(*command, *arguments);
+    addExamples(*command, {"labelcut dialog labels.pdf", "labelcut dialog --ppd tape.ppd"});
     command->callback([run, &runner] { runner.choose(run); });
+
+    addDialogArguments(app, *arguments);
+    addExamples(app, {"labelcut labels.pdf", "labelcut --printer Tape labels.pdf",
+                      "labelcut print labels.pdf --printer Tape", "labelcut print --help"});
+    app.callback([arguments, &app] {
+        if (app.get_subcommands().empty() && !arguments->files.empty())
+            rejectMistypedCommand(app, arguments->files.front());
+    });
     runner.setDefault(run);
 }
 
@@ -178,7 +207,10 @@ void addPanelScriptCommand(CLI::App& app, Runner& runner) {
     auto path = std::make_shared<std::string>();
     CLI::App* command =
         app.add_subcommand("panel-script", "Drive the panel by lines of JSON, without a display");
-    command->add_option("file", *path, "Script (standard input)")->type_name("FILE");
+    command->add_option("FILE", *path, "Script (standard input)")->type_name("");
+    addExamples(*command,
+                {"labelcut panel-script script.jsonl",
+                 "echo '{\"do\":\"open\",\"ppd\":\"tape.ppd\"}' | labelcut panel-script"});
     command->callback(
         [path, &runner] { runner.choose([path, &runner] { return runScript(*path, runner); }); });
 }
@@ -189,13 +221,16 @@ void addSnapshotCommand(CLI::App& app, Runner& runner) {
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
     command->add_option("--scale", arguments->scale, "Pixels per point (1)")
-        ->check(CLI::Range(0.5, 8.0));
+        ->type_name("FACTOR")
+        ->check(number("--scale", 0.5, 8));
     command->add_flag("--dark", arguments->dark, "Dark instead of light");
     command->add_option("--language", arguments->language, "Language of the texts")
         ->type_name("de|fr|…");
     command->add_option("-o,--output", arguments->output, "Picture to write")
         ->type_name("PNG")
         ->required();
+    addExamples(*command, {"labelcut snapshot --ppd tape.ppd --set KvHalfCut=ON -o panel.png",
+                           "labelcut snapshot --printer Tape --dark --scale 2 -o panel.png"});
     command->callback([arguments, &runner] {
         arguments->asked = arguments->settings.parsed();
         runner.choose([arguments, &runner] { return takeSnapshot(*arguments, runner); });

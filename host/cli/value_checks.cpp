@@ -1,0 +1,53 @@
+// The command line: values that must be numbers.
+#include "host/cli/value_checks.h"
+
+#include <QLocale>
+#include <QString>
+
+#include "host/cli/wrong_usage.h"
+
+namespace labelcut {
+
+namespace {
+
+/// @param isRight  whether a text is such a number. @param kind  what to give: "a number".
+CLI::Validator check(std::function<bool(const QString&)> isRight, const char* option,
+                     const QString& kind, const QString& lowest, const QString& highest,
+                     const QString& description) {
+    const QString wanted = QStringLiteral("%1 from %2 to %3").arg(kind, lowest, highest);
+    const QString name = QString::fromLatin1(option);
+    return CLI::Validator(
+        [isRight = std::move(isRight), name, wanted](std::string& value) {
+            const QString text = QString::fromLocal8Bit(value.c_str());
+            if (!isRight(text))
+                rejectArguments(QStringLiteral("%1 %2: give %3").arg(name, text, wanted));
+            return std::string();
+        },
+        QStringLiteral("%1 in [%2 - %3]").arg(description, lowest, highest).toStdString());
+}
+
+} // namespace
+
+CLI::Validator wholeNumber(const char* option, int lowest, int highest) {
+    const auto isRight = [lowest, highest](const QString& text) {
+        bool isNumber = false;
+        const int value = text.toInt(&isNumber);
+        // The parser would read "010" as 8.
+        return isNumber && text == QString::number(value) && value >= lowest && value <= highest;
+    };
+    return check(isRight, option, QStringLiteral("a whole number"), QString::number(lowest),
+                 QString::number(highest), QStringLiteral("INT"));
+}
+
+CLI::Validator number(const char* option, double lowest, double highest) {
+    const auto isRight = [lowest, highest](const QString& text) {
+        bool isNumber = false;
+        const double value = QLocale::c().toDouble(text, &isNumber);
+        // What is no number at all is not within any range.
+        return isNumber && value >= lowest && value <= highest;
+    };
+    return check(isRight, option, QStringLiteral("a number"), QString::number(lowest),
+                 QString::number(highest), QStringLiteral("FLOAT"));
+}
+
+} // namespace labelcut
