@@ -252,7 +252,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         ->type_name("TEXT");
     addExamples(*command, {"labelcut print labels.pdf",
                            "labelcut print labels.pdf --printer Tape --set KvHalfCut=ON --copies 3",
-                           "labelcut print labels.pdf --ppd tape.ppd --pages 2-3 -o job.ps",
+                           "labelcut print labels.pdf --ppd tape.ppd --pages 2-3 -o /tmp/job.ps",
                            "labelcut print labels.pdf --preset \"Shelf labels\""});
     command->callback([arguments, copies, &runner] {
         arguments->copiesGiven = copies->count() > 0;

@@ -23,10 +23,10 @@ _labelcut_queues() {
   command -v lpstat >/dev/null && timeout 2 lpstat -e 2>/dev/null
 }
 
-# The printer that was named, as arguments.
+# The printer that was named, as arguments; the default one is named by none.
 _labelcut_printer() {
   local i
-  printer=()
+  printer=(--timeout 2)
   for ((i = 1; i < ${#typed[@]} - 1; i++)); do
     case ${typed[i]} in
       -p | --printer) printer=(--timeout 2 --printer "${typed[i + 1]}") ;;
@@ -45,7 +45,6 @@ _labelcut_printer() {
 # KEYWORD=CHOICE a line, for the printer that was named.
 _labelcut_settings() {
   local line keyword inside=0 found=()
-  [[ ${#printer[@]} -gt 0 ]] || return 0
   while IFS= read -r line; do
     case $line in
       *'"choices": ['*) inside=1 found=() ;;
@@ -67,7 +66,6 @@ _labelcut_settings() {
 
 # The names of the printer's presets, a line each.
 _labelcut_presets() {
-  [[ ${#printer[@]} -gt 0 ]] || return 0
   "${typed[0]}" presets list "${printer[@]}" 2>/dev/null
 }
 
@@ -101,7 +99,7 @@ _labelcut() {
   done
   local printers="-p --printer --ppd" choices="-s --set --page-size" languages="de en es fr ja zh_CN" options
   case $command in
-    "") options="-h --help --version" ;;
+    "") options="-h --help --version $printers" ;;
     dialog) options="-h --help $printers" ;;
     options) options="-h --help $printers --timeout --preset --json" ;;
     panel-script | presets) options="-h --help" ;;
@@ -112,8 +110,9 @@ _labelcut() {
     snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
   esac
 
-  # What is offered, one a line; "names" may hold anything, and are quoted.
-  local words="" kind=""
+  # What is offered, one a line; "names" may hold anything, and are quoted. So are "files", by bash
+  # itself.
+  local words="" kind="" plain=${cur//[\"\'\\]/}
   case $prev in
     -p | --printer) words=$(_labelcut_queues) kind=names ;;
     --ppd | -o | --output)
@@ -137,7 +136,9 @@ _labelcut() {
     *)
       if [[ $cur == -* ]]; then
         words=${options// /$'\n'}
-      elif [[ -z $command || $command == presets ]]; then
+      elif [[ -z $command ]]; then
+        words=${commands// /$'\n'}$'\n'$(compgen -f -- "$plain") kind=files
+      elif [[ $command == presets ]]; then
         words=${commands// /$'\n'}
       elif [[ $command == presets\ s[ah]* || $command == presets\ re* ]]; then
         _labelcut_printer
@@ -152,12 +153,13 @@ _labelcut() {
   esac
 
   # Word for word: compgen -W would carry out what stands in a PPD or a name.
-  local word plain=${cur//[\"\'\\]/}
+  local word
   while IFS= read -r word; do
     [[ -n $word && $word == "$plain"* ]] || continue
     [[ $kind == names ]] && printf -v word %q "$word"
     COMPREPLY+=("$word")
   done <<<"$words"
+  [[ $kind != files ]] || compopt -o filenames 2>/dev/null
   # Of KEYWORD=CHOICE first the keyword, and when that is clear its choices.
   if [[ $prev == -s || $prev == --set ]] && [[ $cur != *=* ]]; then
     mapfile -t COMPREPLY < <(printf '%s\n' "${COMPREPLY[@]%%=*}" | sed '/^$/d; s/$/=/' | sort -u)

@@ -7,16 +7,17 @@ function __labelcut_queues
     command -q lpstat; and timeout 2 lpstat -e 2>/dev/null
 end
 
-# The printer that was named, as arguments, one a line.
+# The printer that was named, as arguments, one a line; the default one is named by none.
 function __labelcut_printer
     set -l words (commandline -opc)
+    printf '%s\n' --timeout 2
     for i in (seq 2 (count $words))
         set -l value $words[(math "min($i + 1, "(count $words)")")]
         switch $words[$i]
             case -p --printer
-                printf '%s\n' --timeout 2 --printer $value
+                printf '%s\n' --printer $value
             case '--printer=*'
-                printf '%s\n' --timeout 2 (string split -m 1 = -- $words[$i])
+                printf '%s\n' (string split -m 1 = -- $words[$i])
             case --ppd
                 printf '%s\n' --ppd $value
             case '--ppd=*'
@@ -28,7 +29,6 @@ end
 # KEYWORD=CHOICE a line, for the printer that was named.
 function __labelcut_settings
     set -l printer (__labelcut_printer)
-    test (count $printer) -gt 0; or return
     set -l inside 0
     set -l found
     for line in (labelcut options --json $printer 2>/dev/null)
@@ -53,14 +53,13 @@ end
 
 function __labelcut_presets
     set -l printer (__labelcut_printer)
-    test (count $printer) -gt 0; or return
     labelcut presets list $printer 2>/dev/null
 end
 
 function __labelcut_papers
     set -l printer (__labelcut_printer)
-    test "$printer[1]" = --ppd; and test -r "$printer[2]"; or return
-    sed -n 's/^\*PageSize \([^\/:]*\).*/\1/p' -- $printer[2]
+    test "$printer[3]" = --ppd; and test -r "$printer[4]"; or return
+    sed -n 's/^\*PageSize \([^\/:]*\).*/\1/p' -- $printer[4]
 end
 
 complete -c labelcut -f
@@ -86,11 +85,15 @@ set -l naming "__fish_seen_subcommand_from presets; and __fish_seen_subcommand_f
 complete -c labelcut -n "$acting; and not __fish_seen_subcommand_from list" -a '(__labelcut_presets)'
 
 # Documents and scripts.
+set -l opening "not __fish_seen_subcommand_from $commands"
+complete -c labelcut -n $opening -F
 complete -c labelcut -n '__fish_seen_subcommand_from dialog panel-script print' -F
 
+complete -c labelcut -n $opening -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
 complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
 complete -c labelcut -n $acting -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
 complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -l ppd -r -F -d 'PPD file of a printer'
+complete -c labelcut -n $opening -l ppd -r -F -d 'PPD file of a printer'
 complete -c labelcut -n $acting -l ppd -r -F -d 'PPD file of a printer'
 complete -c labelcut -n '__fish_seen_subcommand_from options print snapshot' -l timeout -x -d 'Seconds to wait for each answer'
 complete -c labelcut -n $acting -l timeout -x -d 'Seconds to wait for each answer'

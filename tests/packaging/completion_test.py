@@ -87,8 +87,8 @@ def bash(line):
 
 
 class Bash(unittest.TestCase):
-    def test_commands(self):
-        self.assertEqual(bash("labelcut "), help_text.commands())
+    def test_commands_and_documents(self):
+        self.assertEqual(bash("labelcut "), sorted(help_text.commands() + os.listdir(FOLDER.name)))
         self.assertEqual(bash("labelcut pri"), ["print"])
         self.assertEqual(bash("labelcut presets "), help_text.commands("presets"))
 
@@ -122,6 +122,16 @@ class Bash(unittest.TestCase):
                      "presets show --ppd {} ", "presets remove --ppd {} Sh"):
             self.assertEqual(bash("labelcut " + line.format(PPD)), ["Shelf\\ labels"], line)
 
+    def test_presets_of_the_default_printer(self):
+        """A program that says its arguments shows that no printer is named to it."""
+        program = pathlib.Path(FOLDER.name, "programs/echo")
+        program.write_text('#!/bin/sh\necho "$@"\n')
+        program.chmod(0o755)
+        self.assertEqual(bash(f"{program} print --preset "), ["presets\\ list\\ --timeout\\ 2"])
+        self.assertEqual(bash(f"{program} print --printer Roll --preset "),
+                         ["presets\\ list\\ --timeout\\ 2\\ --printer\\ Roll"])
+        program.unlink()
+
     def test_nothing_that_a_ppd_says_is_carried_out(self):
         ppd = pathlib.Path(FOLDER.name, "hostile.ppd")
         ppd.write_text(PPD.read_text("utf-8").replace("*PageSize T24/",
@@ -139,7 +149,7 @@ class Bash(unittest.TestCase):
 
     def test_files(self):
         pathlib.Path(FOLDER.name, "my-labels.pdf").touch()
-        for line in ("print my-l", "dialog my-l", "panel-script my-l", "options --ppd my-l",
+        for line in ("my-l", "--printer Tape my-l", "other.pdf my-l", "print my-l", "dialog my-l", "panel-script my-l", "options --ppd my-l",
                      "print -o my-l"):
             self.assertEqual(bash(f"labelcut {line}"), ["my-labels.pdf"], line)
 
@@ -162,8 +172,12 @@ def fish(line):
 
 
 class Fish(unittest.TestCase):
-    def test_commands(self):
-        self.assertEqual(fish("labelcut "), help_text.commands())
+    def test_commands_and_documents(self):
+        pathlib.Path(FOLDER.name, "my-labels.pdf").touch()
+        offered = fish("labelcut ")
+        self.assertIn("my-labels.pdf", offered)
+        self.assertEqual([word for word in offered if not pathlib.Path(FOLDER.name, word).exists()],
+                         help_text.commands())
         self.assertEqual(fish("labelcut presets "), help_text.commands("presets"))
 
     def test_options_are_those_of_the_help(self):
@@ -199,8 +213,9 @@ class Zsh(unittest.TestCase):
         self.shell.type("\x15print do''ne\r")
         return screen + self.shell.wait_for(r"\ndone")
 
-    def test_commands(self):
-        screen = self.offered("labelcut ", "snapshot +--")
+    def test_commands_and_documents(self):
+        pathlib.Path(FOLDER.name, "zebra.pdf").touch()
+        screen = self.offered("labelcut ", "zebra.pdf")
         for command in help_text.commands():
             self.assertRegex(screen, rf"(?<![\w-]){command} +--")
 

@@ -16,7 +16,7 @@ def help_of(command=None):
 
 def commands(above=None):
     """The names of the commands right below another."""
-    listed = help_of(above).partition("Subcommands:")[2]
+    listed = help_of(above).partition("Subcommands:")[2].partition("Examples:")[0]
     return sorted(re.findall(r"^  ([a-z][a-z-]*)  ", listed, re.MULTILINE))
 
 
@@ -37,3 +37,8 @@ def options(command=None):
         if match:
             names.update(match[1].split(","))
     return sorted(names)
+
+
+def examples(command=None):
+    """The lines at the end of a command's help, as they are typed."""
+    return [line.strip() for line in help_of(command).partition("\nExamples:\n")[2].splitlines()]
