@@ -2,7 +2,7 @@
 #include "plugins/cut_options/object/plugin_factory.h"
 
 #include "platform/toolkit/gestalt.h"
-#include "plugins/cut_options/frame/principal_object.h"
+#include "plugins/cut_options/object/principal_object.h"
 
 namespace labelcut {
 

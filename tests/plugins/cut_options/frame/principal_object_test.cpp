@@ -1,5 +1,5 @@
 // Tests of the principal object: the version test and the panels it makes.
-#include "plugins/cut_options/frame/principal_object.h"
+#include "plugins/cut_options/object/principal_object.h"
 
 #include <gtest/gtest.h>
 

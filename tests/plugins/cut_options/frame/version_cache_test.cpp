@@ -1,5 +1,5 @@
 // Tests of the principal object: what the first version test answers holds for the process.
-#include "plugins/cut_options/frame/principal_object.h"
+#include "plugins/cut_options/object/principal_object.h"
 
 #include <gtest/gtest.h>
 

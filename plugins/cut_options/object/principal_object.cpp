@@ -1,5 +1,5 @@
 // Plug-in frame: the principal object.
-#include "plugins/cut_options/frame/principal_object.h"
+#include "plugins/cut_options/object/principal_object.h"
 
 #include <utility>
 
