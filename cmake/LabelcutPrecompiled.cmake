@@ -1,5 +1,5 @@
 # Headers of Qt, the standard library and GoogleTest are parsed once, not once a source. A source
-# still includes what it uses: clang-tidy reads it without them (.ci/tidy.py).
+# still includes what it uses: clang-tidy (.ci/tidy.py) and the preset clang read it without them.
 include_guard(GLOBAL)
 
 # labelcut_precompiled_headers(NAME LINK target… HEADERS header…): what targets reuse by
