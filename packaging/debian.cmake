@@ -1,5 +1,5 @@
 # Debian packages: labelcut and labelcut-dev. Configure with CMAKE_INSTALL_PREFIX=/usr; tools/package
-# does all of it.
+# does all of it, and a test packs and looks at what it is built with.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME labelcut)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
@@ -40,7 +40,8 @@ third parties for printers with options of their own.")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME labelcut-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_SHLIBDEPS OFF)
-set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libcups2-dev, qt6-base-dev")
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
+  "libcups2-dev, libfmt-dev, libicu-dev, qt6-base-dev, qt6-svg-dev, qt6-tools-dev")
 set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "labelcut (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 set(CPACK_COMPONENT_DEV_DESCRIPTION
 "panels for the print dialog Labelcut - development files
@@ -48,6 +49,6 @@ Labelcut takes panels of third parties for label and tape printers with
 options of their own: Qt plug-ins that read and choose a printer's PPD
 options.
 .
-This package has the headers of the extension interface, the library of the
-print objects, and a whole plug-in as an example.")
+This package has the headers of the extension interface, the print objects
+and the toolkit with their libraries, and a whole plug-in as an example.")
 include(CPack)

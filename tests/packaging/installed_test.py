@@ -209,6 +209,29 @@ class ForAuthorsOfPanels(unittest.TestCase):
         ppd.write_text((tree / "share/labelcut/samples/tape.ppd").read_text("utf-8") + QUALITY)
         self.assertEqual(keywords(tree, ppd), (sorted([*SIX, "PrintQuality"]), ""))
 
+    def test_every_installed_header_compiles_and_the_toolkit_links(self):
+        project = ROOT / "every header"
+        project.mkdir()
+        include = STAGED / "include/labelcut"
+        headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
+        self.assertGreater(len(headers), 20)
+        (project / "main.cpp").write_text(
+            "".join(f'#include "{header}"\n' for header in headers) +
+            "int main() { return &labelcut::loadInterfaceFile == nullptr; }\n")
+        (project / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.25)\n"
+            "project(every_header LANGUAGES CXX)\n"
+            "find_package(Labelcut 0.1 REQUIRED)\n"
+            "add_executable(every_header main.cpp)\n"
+            "target_link_libraries(every_header PRIVATE Labelcut::Toolkit)\n")
+        flags = os.environ["LABELCUT_INSTRUMENTED"]
+        configure = [CMAKE, "-S", project, "-B", project / "build", "-G", "Ninja",
+                     f"-DCMAKE_PREFIX_PATH={STAGED}", f"-DCMAKE_CXX_FLAGS={flags}",
+                     f"-DCMAKE_CXX_COMPILER={os.environ['LABELCUT_CXX']}"]
+        for command in (configure, [CMAKE, "--build", project / "build"]):
+            done = subprocess.run(command, text=True, capture_output=True)
+            self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()
