@@ -85,6 +85,7 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
         request.files.append(QFile::decodeName(file.c_str()));
     request.queue = QString::fromStdString(arguments.queue);
     request.ppdPath = QFile::decodeName(arguments.ppd.c_str());
+    request.complain = [](const QString& sentence) { Runner::complain(sentence); };
     openDialog = std::make_unique<PrintDialog>(request, plugins, system);
     std::atexit(closeDialog);
     usualHandler = qInstallMessageHandler(endWithDisplay);

@@ -78,24 +78,26 @@ void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhe
             continue;
         auto* editor = new OptionEditor(mModel, keyword, *box);
         form->addRow(fieldLabel(QString::fromUtf8(option.text), *editor->choices()), editor);
-        connect(editor, &OptionEditor::problemChanged, this, &FeaturesPage::problemChanged);
+        connect(editor, &OptionEditor::problemChanged, this, [this] { problemChanged(); });
         mEditors.push_back(editor);
     }
     if (form->rowCount() == 0)
         delete box;
     else
-        widget()->layout()->addWidget(box);
+        QScrollArea::widget()->layout()->addWidget(box);
 }
 
-void FeaturesPage::refresh() {
-    for (OptionEditor* editor : mEditors)
-        editor->refresh();
+void FeaturesPage::refresh(const JobChanges& changes) {
+    for (OptionEditor* editor : mEditors) {
+        if (changes.keywords.contains(editor->keyword()))
+            editor->refresh();
+    }
 }
 
-QString FeaturesPage::problem() const {
-    for (const OptionEditor* editor : mEditors) {
+PageProblem FeaturesPage::problem() const {
+    for (OptionEditor* editor : mEditors) {
         if (const QString problem = editor->problem(); !problem.isEmpty())
-            return problem;
+            return {problem, editor->problemField()};
     }
     return {};
 }

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "host/dialog/job_model.h"
+#include "host/dialog/page.h"
 
 namespace labelcut {
 
@@ -13,19 +13,14 @@ class OptionEditor;
 
 /// The PPD's options in its groups, in its language. Installable options are the printer's
 /// equipment and no choice of a job; they are not shown.
-class FeaturesPage : public QScrollArea {
+class FeaturesPage : public QScrollArea, public Page {
     Q_OBJECT
 public:
     explicit FeaturesPage(JobModel& model, QWidget* parent = nullptr);
 
-    void refresh();
-    bool isEmpty() const { return mEditors.empty(); }
-    /// What is wrong with a typed value, as a sentence; empty while all can be taken.
-    QString problem() const;
-
-Q_SIGNALS:
-    /// What problem() says may be something else now.
-    void problemChanged();
+    QWidget& widget() override { return *this; }
+    void refresh(const JobChanges& changes) override;
+    PageProblem problem() const override;
 
 private:
     void addGroup(const ppd_group_t& group, const QStringList& elsewhere);

@@ -16,7 +16,9 @@ JobModel::~JobModel() = default;
 void JobModel::adopt(std::unique_ptr<OpenedPrinter> printer) {
     mActing.clear();
     mLatest.clear();
+    mRangeUnderstood = true;
     mPrinter = std::move(printer);
+    mPrinter->host().onResize([this] { Q_EMIT panelResized(); });
     mPrinter->host().onTrouble([this](const QString& sentence) { Q_EMIT told(sentence); });
     mPrinter->onPanelActed([this](const PDEPluginCallback& writer) { noteAct(writer); });
     applyPages();
@@ -128,6 +130,7 @@ void JobModel::undo() {
         return;
     mLatest.clear();
     mAmount.copies = before->copies;
+    mRangeUnderstood = mRangeUnderstood || mAmount.pages != before->pages;
     mAmount.pages = before->pages;
     applyPages();
     const Unkept unkept = mPrinter->bringBack(before->marks);
@@ -224,7 +227,16 @@ void JobModel::applyPages() {
         mPrinter->setPageRange(mAmount.pages);
 }
 
+void JobModel::setRangeUnderstood(bool understood) {
+    if (understood == mRangeUnderstood)
+        return;
+    mRangeUnderstood = understood;
+    Q_EMIT changed();
+}
+
 int JobModel::labelCount() const {
+    if (!mRangeUnderstood)
+        return 0;
     const int last = std::min(mAmount.pages.last, mPageCount);
     return std::max(0, last - mAmount.pages.first + 1) * mAmount.copies;
 }

@@ -102,7 +102,10 @@ public:
     int copies() const { return mAmount.copies; }
     void setPages(const PageRange& pages);
     const PageRange& pages() const { return mAmount.pages; }
-    /// Labels that come out; 0 while the document's pages are not known.
+    /// False while the user types something that is no range: pages() is then the last one that
+    /// was, and nobody knows how many labels are wanted.
+    void setRangeUnderstood(bool understood);
+    /// Labels that come out; 0 while the document's pages or the range are not known.
     int labelCount() const;
     /// @}
 
@@ -119,6 +122,8 @@ Q_SIGNALS:
     void printerOpened();
     /// Any choice, or the document, is not what it was.
     void changed();
+    /// A panel has given its view another size.
+    void panelResized();
     /// A sentence for the user about something that could not be done as wanted.
     void told(const QString& sentence);
 
@@ -136,6 +141,7 @@ private:
     /// What the user did last, which a fix leaves alone.
     Settings mLatest;
     Amount mAmount;
+    bool mRangeUnderstood = true;
     int mPageCount = 0;
     /// Callbacks of the panels whose users have acted since the last look.
     std::set<const PDEPluginCallback*> mActing;

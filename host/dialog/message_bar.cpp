@@ -1,8 +1,7 @@
 // The dialog: messages in lines where the cause is, never in boxes.
 #include "host/dialog/message_bar.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -10,6 +9,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "host/dialog/alert.h"
 #include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
@@ -38,24 +38,18 @@ QString shortened(const QStringList& sentences) {
 
 } // namespace
 
-/// One message. What it says is its name for screen readers, its role is that of an alert.
-class MessageBar::Row : public QWidget {
+/// One message.
+class MessageBar::Row : public Alert {
 public:
     Row(const QString& name, const QStringList& sentences, const QStringList& offers)
         : mSentences(sentences)
         , mOffers(offers) {
         setObjectName(name);
-        setAccessibleName(sentences.join(u' '));
     }
 
     const QStringList& sentences() const { return mSentences; }
     bool saysTheSame(const QStringList& sentences, const QStringList& offers) const {
         return mSentences == sentences && mOffers == offers;
-    }
-
-    static QAccessibleInterface* accessible(const QString&, QObject* object) {
-        auto* row = dynamic_cast<Row*>(object);
-        return row ? new QAccessibleWidget(row, QAccessible::AlertMessage) : nullptr;
     }
 
 private:
@@ -66,15 +60,14 @@ private:
 MessageBar::MessageBar(QWidget* parent)
     : QFrame(parent)
     , mRows(new QVBoxLayout(this)) {
-    static const bool installed = [] {
-        QAccessible::installFactory(&Row::accessible);
-        return true;
-    }();
-    static_cast<void>(installed);
     setFrameShape(QFrame::StyledPanel);
     mRows->setContentsMargins(8, 4, 8, 4);
     mRows->setSpacing(4);
     hide();
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+        if (old && now && isAncestorOf(now) && !isAncestorOf(old))
+            mFocusBefore = old;
+    });
 }
 
 MessageBar::Row* MessageBar::row(const QString& name) const {
@@ -89,7 +82,11 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
         offers.append(action.text);
     if (const Row* shown = row(name); shown && shown->saysTheSame(sentences, offers))
         return;
-    remove(name);
+    // What failed is said once, by whoever says it last.
+    for (const Row* other : rows()) {
+        if (other->objectName() == name || other->sentences() == sentences)
+            remove(other->objectName());
+    }
 
     auto* row = new Row(name, sentences, offers);
     auto* layout = new QHBoxLayout(row);
@@ -118,9 +115,7 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     layout->addWidget(close);
     mRows->addWidget(row);
     QFrame::show();
-
-    QAccessibleEvent alert(row, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    row->announce(sentences.join(u' '));
 }
 
 void MessageBar::add(const QString& name, const QString& sentence) {
@@ -135,6 +130,8 @@ void MessageBar::remove(const QString& name) {
     Row* gone = row(name);
     if (!gone)
         return;
+    if (gone->isAncestorOf(QApplication::focusWidget()))
+        giveFocusBack();
     mRows->removeWidget(gone);
     gone->setObjectName(QString());
     gone->hide();
@@ -142,10 +139,22 @@ void MessageBar::remove(const QString& name) {
     setVisible(mRows->count() > 0);
 }
 
+void MessageBar::giveFocusBack() {
+    if (mFocusBefore && mFocusBefore->isVisible() && mFocusBefore->isEnabled())
+        mFocusBefore->setFocus(Qt::OtherFocusReason);
+}
+
+std::vector<MessageBar::Row*> MessageBar::rows() const {
+    std::vector<Row*> all;
+    for (int i = 0; i < mRows->count(); ++i)
+        all.push_back(static_cast<Row*>(mRows->itemAt(i)->widget()));
+    return all;
+}
+
 QStringList MessageBar::texts() const {
     QStringList all;
-    for (int i = 0; i < mRows->count(); ++i)
-        all.append(static_cast<Row*>(mRows->itemAt(i)->widget())->sentences().join(u'\n'));
+    for (const Row* row : rows())
+        all.append(row->sentences().join(u'\n'));
     return all;
 }
 

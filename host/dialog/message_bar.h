@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -18,7 +19,8 @@ struct MessageAction {
 };
 
 /// Lines of plain text, each with an icon and buttons. Takes no room while it has nothing to say.
-/// A screen reader speaks each as it appears.
+/// A screen reader speaks each as it appears. When a message goes that has the focus, the focus
+/// goes back to where it was before.
 class MessageBar : public QFrame {
     Q_OBJECT
 public:
@@ -29,7 +31,7 @@ public:
     explicit MessageBar(QWidget* parent = nullptr);
 
     /// Shows a message under a name; a message of the same name is replaced, or stays as it is when
-    /// it says and offers the same.
+    /// it says and offers the same. One of another name that says the same makes room for it.
     void show(const QString& name, Kind kind, const QString& text,
               const std::vector<MessageAction>& actions = {});
     /// Adds a sentence to the message of that name, or begins one.
@@ -41,8 +43,12 @@ public:
 private:
     class Row;
     Row* row(const QString& name) const;
+    std::vector<Row*> rows() const;
+    void giveFocusBack();
 
     QVBoxLayout* mRows;
+    /// Where the focus was before it came here; null: nowhere, or that is gone.
+    QPointer<QWidget> mFocusBefore;
 };
 
 } // namespace labelcut

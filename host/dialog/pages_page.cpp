@@ -27,6 +27,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     mRange->setPlaceholderText(hostText("RangeExample"));
     mRange->setAccessibleName(hostText("PageRange"));
     mRange->setObjectName(QStringLiteral("pageRange"));
+    mAll->setObjectName(QStringLiteral("allLabels"));
     mSome->setObjectName(QStringLiteral("someLabels"));
     mRange->setMaximumWidth(mRange->fontMetrics().horizontalAdvance(u'0') * 14);
     auto* either = new QButtonGroup(this);
@@ -46,7 +47,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     form->addRow(QString(), some);
     if (ppd::findOption(model.ppd(), kPageSize.data())) {
         mPaper = new OptionEditor(model, kPageSize, *this);
-        connect(mPaper, &OptionEditor::problemChanged, this, &PagesPage::problemChanged);
+        connect(mPaper, &OptionEditor::problemChanged, this, [this] { problemChanged(); });
         auto* label = new QLabel(hostText("Paper"));
         label->setBuddy(mPaper->choices());
         form->addRow(label, mPaper);
@@ -58,7 +59,8 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
         mSome->setChecked(true);
         rangeEdited();
     });
-    refresh();
+    showRange();
+    showPaper();
 }
 
 /// The model's range, unless that is what is typed or the user is about to type one.
@@ -71,42 +73,49 @@ void PagesPage::showRange() {
     if (!all)
         mRange->setText(toString(pages));
     (all ? mAll : mSome)->setChecked(true);
+    setRangeValid(true);
 }
 
-QString PagesPage::problem() const {
+PageProblem PagesPage::problem() const {
     if (!mRangeValid)
-        return hostText("RangeHint");
-    return mPaper ? mPaper->problem() : QString();
+        return {hostText("RangeHint"), mRange};
+    return mPaper ? PageProblem{mPaper->problem(), mPaper->problemField()} : PageProblem();
+}
+
+/// While what is typed is no range, nobody promises how many labels come out.
+void PagesPage::setRangeValid(bool valid) {
+    mRangeValid = valid;
+    mRangeHint->setText(valid ? QString() : hostText("RangeHint"));
+    mModel.setRangeUnderstood(valid);
+    problemChanged();
 }
 
 void PagesPage::rangeEdited() {
-    if (mAll->isChecked()) {
-        mRangeValid = true;
-        mRangeHint->clear();
-        mShown = {};
-        Q_EMIT problemChanged();
-        mModel.setPages({});
-        return;
-    }
-    const std::optional<PageRange> range = parsePageRange(mRange->text());
-    mRangeValid = range.has_value();
-    mRangeHint->setText(mRangeValid ? QString() : hostText("RangeHint"));
-    Q_EMIT problemChanged();
+    const std::optional<PageRange> range =
+        mAll->isChecked() ? PageRange() : parsePageRange(mRange->text());
+    setRangeValid(range.has_value());
     if (!range)
         return;
     mShown = *range;
     mModel.setPages(*range);
 }
 
-void PagesPage::refresh() {
-    showRange();
+void PagesPage::showPaper() {
     if (!mPaper)
         return;
-    mPaper->refresh();
     const ppd_size_t* size = ppd::markedPageSize(mModel.ppd());
     mPaperSize->setText(
         size ? measureForUser(static_cast<double>(size->width), static_cast<double>(size->length))
              : QString());
+}
+
+void PagesPage::refresh(const JobChanges& changes) {
+    if (changes.amount)
+        showRange();
+    if (!mPaper || !changes.keywords.contains(mPaper->keyword()))
+        return;
+    mPaper->refresh();
+    showPaper();
 }
 
 } // namespace labelcut

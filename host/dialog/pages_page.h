@@ -1,9 +1,7 @@
 // The dialog: which pages are printed, and on what paper.
 #pragma once
 
-#include <QWidget>
-
-#include "host/dialog/job_model.h"
+#include "host/dialog/page.h"
 
 class QLabel;
 class QLineEdit;
@@ -13,21 +11,19 @@ namespace labelcut {
 
 class OptionEditor;
 
-class PagesPage : public QWidget {
+class PagesPage : public QWidget, public Page {
     Q_OBJECT
 public:
     explicit PagesPage(JobModel& model, QWidget* parent = nullptr);
 
-    void refresh();
-    /// What is wrong with a typed range or size, as a sentence; empty while all can be taken.
-    QString problem() const;
-
-Q_SIGNALS:
-    /// What problem() says may be something else now.
-    void problemChanged();
+    QWidget& widget() override { return *this; }
+    void refresh(const JobChanges& changes) override;
+    PageProblem problem() const override;
 
 private:
     void showRange();
+    void showPaper();
+    void setRangeValid(bool valid);
     void rangeEdited();
 
     JobModel& mModel;

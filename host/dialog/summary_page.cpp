@@ -70,7 +70,7 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     auto* row = new QHBoxLayout(page);
     row->addWidget(choices);
     row->addWidget(commands, 1);
-    refresh();
+    showJob();
 }
 
 SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString& program,
@@ -133,7 +133,12 @@ void SummaryPage::buildLines(const std::vector<SummaryGroup>& groups) {
     }
 }
 
-void SummaryPage::refresh() {
+/// Whatever changes is part of the summary.
+void SummaryPage::refresh(const JobChanges&) {
+    showJob();
+}
+
+void SummaryPage::showJob() {
     showGroups(wholeSummary(mModel));
     setText(*mLabelcut.text, mModel.hasPrinter() ? labelcutCommand(mModel) : QString());
     const QString lp = mModel.hasPrinter() ? lpCommand(mModel) : QString();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/dialog/job_description.h"
+#include "host/dialog/page.h"
 
 class QFormLayout;
 class QLabel;
@@ -15,14 +16,16 @@ class QVBoxLayout;
 
 namespace labelcut {
 
-class SummaryPage : public QScrollArea {
+class SummaryPage : public QScrollArea, public Page {
     Q_OBJECT
 public:
     explicit SummaryPage(JobModel& model, QWidget* parent = nullptr);
 
-    void refresh();
+    QWidget& widget() override { return *this; }
+    void refresh(const JobChanges& changes) override;
 
 private:
+    void showJob();
     struct Command {
         QWidget* row;
         QPlainTextEdit* text;

@@ -1,4 +1,4 @@
-// Printers: which printer was used last.
+// Printers: which queue was used last.
 #include "host/printers/recent_printer.h"
 
 #include <QFile>
@@ -17,16 +17,13 @@ namespace {
 
 constexpr qint64 kMaxFileSize = 64 * 1024;
 
-const QString kLastKey = QStringLiteral("last");
 const QString kQueueKey = QStringLiteral("queue");
-const QString kPpdKey = QStringLiteral("ppd");
 
-Result<Done> write(const RecentPrinter& recent, const QString& path) {
-    const bool isQueue = recent.kind == RecentPrinter::Kind::Queue;
+Result<Done> write(const QString& queue, const QString& path) {
     QJsonObject root;
-    root.insert(kLastKey, isQueue ? kQueueKey : kPpdKey);
-    root.insert(kQueueKey, recent.queue);
-    root.insert(kPpdKey, recent.ppdPath);
+    root.insert(kQueueKey, queue);
+    // Earlier versions look here for which of two kinds it is.
+    root.insert(QStringLiteral("last"), kQueueKey);
     const QByteArray bytes = QJsonDocument(root).toJson();
 
     makePrivateFolder(QFileInfo(path).path());
@@ -47,34 +44,16 @@ QString recentPrinterFile() {
            QStringLiteral("/labelcut/recent-printer.json");
 }
 
-RecentPrinter recentPrinter(const QString& file) {
+QString recentQueue(const QString& file) {
     QFile source(file);
     if (!QFileInfo(file).isFile() || !source.open(QIODevice::ReadOnly))
         return {};
     const QJsonObject root = QJsonDocument::fromJson(source.read(kMaxFileSize)).object();
-    RecentPrinter recent;
-    recent.queue = root.value(kQueueKey).toString();
-    recent.ppdPath = root.value(kPpdKey).toString();
-    const QString last = root.value(kLastKey).toString();
-    if (last == kQueueKey && !recent.queue.isEmpty())
-        recent.kind = RecentPrinter::Kind::Queue;
-    else if (last == kPpdKey && !recent.ppdPath.isEmpty())
-        recent.kind = RecentPrinter::Kind::PpdFile;
-    return recent;
+    return root.value(kQueueKey).toString();
 }
 
 Result<Done> rememberQueue(const QString& name, const QString& file) {
-    RecentPrinter recent = recentPrinter(file);
-    recent.kind = RecentPrinter::Kind::Queue;
-    recent.queue = name;
-    return write(recent, file);
-}
-
-Result<Done> rememberPpdFile(const QString& path, const QString& file) {
-    RecentPrinter recent = recentPrinter(file);
-    recent.kind = RecentPrinter::Kind::PpdFile;
-    recent.ppdPath = QFileInfo(path).absoluteFilePath();
-    return write(recent, file);
+    return write(name, file);
 }
 
 } // namespace labelcut

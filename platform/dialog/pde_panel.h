@@ -44,9 +44,10 @@ public:
     virtual QString panelName() = 0;
     /// A reverse-DNS name that identifies this kind of panel for ever.
     virtual QString panelKind() = 0;
-    /// The PPD main keywords that the panel handles, in its own order; nothing when it does not
-    /// say. A host shows these keywords nowhere else. A panel that names some is shown only where
-    /// the PPD offers one of them; a panel that names none is shown wherever it gives a view.
+    /// The PPD main keywords that the panel handles, in its own order; an empty list when the
+    /// printer has none of them; nothing when the panel handles no keyword at all. A host shows
+    /// these keywords nowhere else. A panel that gives a list is shown only where the PPD offers
+    /// one of its keywords; a panel that gives nothing is shown wherever it gives a view.
     virtual std::optional<QStringList> supportedPPDOptionKeys() = 0;
 
     /// The panel is about to be shown.

@@ -349,7 +349,7 @@ protected:
         const PresetList list = PresetStore().list(PrinterIdentity::forQueue(kQueue));
         ASSERT_EQ(list.presets.size(), 1U);
         EXPECT_EQ(list.presets.front().name, QStringLiteral("Shelf"));
-        EXPECT_EQ(recentPrinter().queue, kQueue);
+        EXPECT_EQ(recentQueue(), kQueue);
     }
 
     Desktop mDesktop;

@@ -67,7 +67,6 @@ TEST_P(EndingTest, ADialogAtWorkGoesAndLeavesNothing) {
     const QSettings kept(mHome.path(QStringLiteral("config/labelcut/labelcut.ini")),
                          QSettings::IniFormat);
     EXPECT_TRUE(kept.contains(QStringLiteral("dialog/geometry")));
-    EXPECT_TRUE(QFile::exists(mHome.path(QStringLiteral("config/labelcut/recent-printer.json"))));
 }
 
 TEST_P(EndingTest, ACommandAtWorkGoesAndLeavesNothing) {
@@ -172,7 +171,6 @@ TEST_F(SignalFaultTest, AWaylandDisplayThatGoesAwayLeavesNothingBehind) {
     EXPECT_EQ(program.status(), 1);
     EXPECT_EQ(program.err(), "The Wayland connection broke. Did the Wayland compositor die?\n");
     expectNothingLeft();
-    EXPECT_TRUE(QFile::exists(mHome.path(QStringLiteral("config/labelcut/recent-printer.json"))));
 }
 
 } // namespace labelcut::test

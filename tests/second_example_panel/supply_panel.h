@@ -7,7 +7,7 @@
 // tests/example_panel shows how a plug-in comes to be and how a panel chooses options. This one
 // adds:
 //
-//  - It claims no keyword (supportedPPDOptionKeys() is an empty list), so that the dialog shows it
+//  - It says nothing of keywords (supportedPPDOptionKeys() is no list), so that the dialog shows it
 //    for every printer.
 //  - Its view grows and shrinks while it is shown. It sets the new size, then tells the host, which
 //    makes room: panelViewDidResize().
@@ -38,7 +38,7 @@ public:
 
     QString panelName() override { return QStringLiteral("Tape supply"); }
     QString panelKind() override { return QStringLiteral("com.example.supply-panel.tape"); }
-    std::optional<QStringList> supportedPPDOptionKeys() override { return QStringList(); }
+    std::optional<QStringList> supportedPPDOptionKeys() override { return std::nullopt; }
 
     /// The check box "watchSupply", the row "supplyRow" and in it the field "metresLeft".
     QWidget* panelView() override;

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractSpinBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPointer>
 
 #include "host/dialog/option_editor.h"
 #include "tests/host/dialog/dialog_fixtures.h"
@@ -37,7 +39,7 @@ constexpr Tick kTicks[] = {
     {"mRemoveBlkSpaceChkBx", "KvRemoveBlkSpace", false},
 };
 
-void comparePanel(PrintDialog& dialog, const Settings& marks) {
+void comparePanel(const PrintDialog& dialog, const Settings& marks) {
     const bool special = valueOf(marks, QStringLiteral("KvSpecialTape")) == u"ON";
     for (const Tick& tick : kTicks) {
         const auto* box = dialog.findChild<QCheckBox*>(QLatin1String(tick.control));
@@ -54,8 +56,8 @@ void comparePanel(PrintDialog& dialog, const Settings& marks) {
     }
 }
 
-void compareFields(PrintDialog& dialog, const Settings& marks) {
-    for (const QComboBox* box : dialog.findChildren<QComboBox*>()) {
+void compareFields(const PrintDialog& dialog, const Settings& marks) {
+    for (const QComboBox* box : dialog.tabs().currentWidget()->findChildren<QComboBox*>()) {
         if (!box->objectName().startsWith(QStringLiteral("choices-")))
             continue;
         // What cannot be taken stays in the field to be put right, and Print refuses.
@@ -160,19 +162,41 @@ void compareCommands(PrintDialog& dialog) {
     }
 }
 
+void comparePage(PrintDialog& dialog, const Settings& marks) {
+    compareFields(dialog, marks);
+    const auto* summary = dialog.findChild<QGroupBox*>(QStringLiteral("summary"));
+    if (!summary || !dialog.tabs().currentWidget()->isAncestorOf(summary))
+        return;
+    compareSummaryPage(dialog);
+    compareCommands(dialog);
+}
+
+/// Only a page in sight is kept up to date: the others are looked at one after the other. While
+/// something is being typed that would end it, and only the page in sight is compared.
+void comparePages(PrintDialog& dialog, const Settings& marks) {
+    comparePage(dialog, marks);
+    QTabWidget& tabs = dialog.tabs();
+    const QPointer<QWidget> focus = dialog.focusWidget();
+    if (qobject_cast<QLineEdit*>(focus) || qobject_cast<QAbstractSpinBox*>(focus))
+        return;
+    const int inSight = tabs.currentIndex();
+    for (int i = 0; i < tabs.count(); ++i) {
+        tabs.setCurrentIndex(i);
+        comparePage(dialog, marks);
+    }
+    tabs.setCurrentIndex(inSight);
+    if (focus)
+        focus->setFocus();
+}
+
 } // namespace
 
 void expectOneTruth(PrintDialog& dialog) {
     JobModel& model = dialog.model();
     const Settings marks = model.marks();
     comparePanel(dialog, marks);
-    compareFields(dialog, marks);
+    comparePages(dialog, marks);
     compareSummary(model, marks);
-    // A page that nobody has looked at shows nothing yet.
-    if (dialog.findChild<QGroupBox*>(QStringLiteral("summary"))) {
-        compareSummaryPage(dialog);
-        compareCommands(dialog);
-    }
     compareJob(model, marks);
     EXPECT_EQ(part<QLabel>(dialog, "sentence")->text().toStdString(),
               jobSentence(model).toStdString());

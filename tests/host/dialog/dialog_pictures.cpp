@@ -76,10 +76,11 @@ QStringList flawsOf(PrintDialog& dialog) {
                          .arg(widget->width())
                          .arg(widget->height());
     }
-    const auto* page = qobject_cast<QScrollArea*>(dialog.tabs().currentWidget());
-    if (page && (page->horizontalScrollBar()->isVisible() ||
-                 (dialog.tabs().currentIndex() == 0 && page->verticalScrollBar()->isVisible())))
-        flaws << QStringLiteral("the page can only be seen by scrolling");
+    for (const auto* page : dialog.tabs().currentWidget()->findChildren<QScrollArea*>()) {
+        if (page->horizontalScrollBar()->isVisible() ||
+            (dialog.tabs().currentIndex() == 0 && page->verticalScrollBar()->isVisible()))
+            flaws << QStringLiteral("the page can only be seen by scrolling");
+    }
     return flaws;
 }
 

@@ -162,8 +162,7 @@ TEST_F(JobModelTest, EveryCombinationThatAPresetWantsArrivesInThePanel) {
         EXPECT_TRUE(mModel.chooseAll(wanted).isEmpty()) << bits;
         for (unsigned i = 0; i < 5; ++i) {
             EXPECT_EQ(choice(boxes[i].second), wanted[i].choice.toStdString()) << bits;
-            EXPECT_EQ(part<QCheckBox>(view, boxes[i].first)->isChecked(),
-                      wanted[i].choice == kOn)
+            EXPECT_EQ(part<QCheckBox>(view, boxes[i].first)->isChecked(), wanted[i].choice == kOn)
                 << boxes[i].first << ' ' << bits;
         }
     }

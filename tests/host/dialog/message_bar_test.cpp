@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 #include <QToolButton>
 
 #include "tests/host/dialog/dialog_fixtures.h"
@@ -33,6 +34,7 @@ protected:
         settle();
     }
 
+    Offscreen mOffscreen;
     QWidget mWindow;
     MessageBar mBar;
 };
@@ -107,6 +109,31 @@ TEST_F(MessageBarTest, AMessageIsAnAlertWhoseNameIsItsText) {
     ASSERT_TRUE(seen);
     EXPECT_EQ(seen->role(), QAccessible::AlertMessage);
     EXPECT_EQ(seen->text(QAccessible::Name).toStdString(), "First.");
+}
+
+TEST_F(MessageBarTest, WhatIsSaidTwiceStandsThereOnce) {
+    say("document", "It cannot be read.");
+    say("two", "Second.");
+    say("run", "It cannot be read.");
+    EXPECT_THAT(texts(), testing::ElementsAre("Second.", "It cannot be read."));
+    mBar.remove(QStringLiteral("run"));
+    EXPECT_THAT(texts(), testing::ElementsAre("Second."));
+}
+
+TEST_F(MessageBarTest, TheFocusGoesBackToWhereItWasWhenItsMessageGoes) {
+    QLineEdit field(&mWindow);
+    field.show();
+    mWindow.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&mWindow));
+    field.setFocus();
+    say("one", "First.",
+        {{QStringLiteral("Undo"), [this] { mBar.remove(QStringLiteral("one")); }}});
+    say("two", "Second.");
+    EXPECT_TRUE(field.hasFocus());
+    click(*mBar.findChild<QPushButton*>());
+    EXPECT_TRUE(field.hasFocus()) << "after an offer";
+    click(*mBar.findChild<QToolButton*>());
+    EXPECT_TRUE(field.hasFocus()) << "after it was dismissed";
 }
 
 } // namespace labelcut::test

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
@@ -18,6 +19,8 @@
 
 #include <set>
 
+#include "host/presets/preset_store.h"
+#include "host/printers/recent_printer.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/host/panels/core_fixtures.h"
 #include "tests/support/one_truth.h"
@@ -73,6 +76,16 @@ protected:
         // What a window manager does.
         mDialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(mDialog.get()));
+        settle();
+    }
+    /// By the list's last entry.
+    void chooseFile(const QString& path) const {
+        auto& printers = control<QComboBox>("printers");
+        choose(printers, printers.count() - 1);
+        auto* chooser = mDialog->findChild<QFileDialog*>();
+        ASSERT_TRUE(chooser);
+        Q_EMIT chooser->fileSelected(path);
+        chooser->reject();
         settle();
     }
     QStringList presets() const {
@@ -510,7 +523,7 @@ TEST_F(PrintDialogTest, TheWindowsSizeIsRemembered) {
 TEST_F(PrintDialogTest, ThePanelIsShownWholeAtTheFirstSize) {
     for (const QString& ppd : {kTapePpd, kRollPpd}) {
         open(ppd);
-        auto* page = qobject_cast<QScrollArea*>(mDialog->tabs().widget(0));
+        auto* page = mDialog->tabs().widget(0)->findChild<QScrollArea*>();
         ASSERT_TRUE(page);
         EXPECT_GE(page->viewport()->width(), page->widget()->width());
         EXPECT_GE(page->viewport()->height(), page->widget()->height());
@@ -755,6 +768,167 @@ TEST_F(PrintDialogTest, EveryColourComesFromThePalette) {
     }
     mDialog.reset();
     QApplication::setPalette(before);
+}
+
+TEST_F(PrintDialogTest, ChoicesAreKeptForEachPrinterWhileTheWindowIsOpen) {
+    open();
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    openTab(*mDialog, 2);
+    choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
+    control<QSpinBox>("copies").setValue(3);
+    chooseFile(kRollPpd);
+    ASSERT_EQ(choice("KvCutLabel"), "1");
+    choose(control<QComboBox>("printers"), 0);
+    EXPECT_EQ(choice("KvHalfCut"), "ON");
+    EXPECT_EQ(choice("Quality"), "Best");
+    EXPECT_EQ(model().copies(), 3) << "of the job, not of a printer";
+    EXPECT_FALSE(control<QPushButton>("undo").isEnabled()) << "nothing else is kept";
+    EXPECT_THAT(messages(), IsEmpty());
+    expectOneTruth(*mDialog);
+    press("reset");
+    EXPECT_EQ(choice("KvHalfCut"), "OFF");
+    open();
+    EXPECT_EQ(choice("Quality"), "Normal") << "in another window";
+}
+
+TEST_F(PrintDialogTest, APpdThatCannotBeOpenedAtTheStartIsToldAndNoPrinterTakesItsPlace) {
+    ASSERT_TRUE(rememberQueue(QStringLiteral("other")));
+    QFile broken(mHome.path(QStringLiteral("broken.ppd")));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("this is no PPD\n");
+    broken.close();
+    for (const QString& path : {QStringLiteral("/nonexistent.ppd"), broken.fileName()}) {
+        QStringList complaints;
+        DialogRequest request;
+        request.files = {kLabels};
+        request.ppdPath = path;
+        request.complain = [&](const QString& sentence) { complaints << sentence; };
+        mDialog.reset();
+        mDialog = openDialog(request);
+        ASSERT_TRUE(turnUntil([&] { return model().pageCount() == kLabelCount; }));
+        EXPECT_FALSE(model().hasPrinter());
+        EXPECT_FALSE(control<QPushButton>("print").isEnabled());
+        ASSERT_EQ(complaints.size(), 1);
+        EXPECT_TRUE(complaints.front().contains(path));
+        EXPECT_TRUE(mDialog->printerMessages().texts().contains(complaints.front()));
+        // What goes wrong later is the window's business alone.
+        chooseFile(broken.fileName());
+        EXPECT_EQ(complaints.size(), 1);
+        chooseFile(kTapePpd);
+        EXPECT_TRUE(control<QPushButton>("print").isEnabled());
+        EXPECT_FALSE(mDialog->printerMessages().texts().contains(complaints.front()));
+    }
+}
+
+TEST_F(PrintDialogTest, APpdThatWasTriedOnceIsNotThePrinterOfTheNextStart) {
+    open();
+    DialogRequest request;
+    request.files = {kLabels};
+    mDialog = openDialog(request);
+    turnUntil([&] { return !mDialog->printerMessages().texts().isEmpty(); });
+    EXPECT_FALSE(model().hasPrinter());
+}
+
+TEST_F(PrintDialogTest, WithoutAPrintServiceTheListOpensAndBringsTheExplanationBack) {
+    DialogRequest request;
+    request.files = {kLabels};
+    mDialog = openDialog(request);
+    const auto said = [this] { return mDialog->printerMessages().texts(); };
+    ASSERT_TRUE(turnUntil([&] { return !said().isEmpty(); }));
+    const QStringList explanation = said();
+    ASSERT_EQ(explanation.size(), 1);
+    click(*mDialog->printerMessages().findChild<QToolButton*>());
+    ASSERT_THAT(said(), IsEmpty());
+
+    auto& printers = control<QComboBox>("printers");
+    printers.showPopup();
+    settle();
+    EXPECT_TRUE(printers.view()->isVisible());
+    EXPECT_EQ(said(), explanation);
+    printers.hidePopup();
+    click(*offer(mDialog->printerMessages(), QStringLiteral("Try")));
+    EXPECT_TRUE(turnUntil([&] { return said() == explanation; }));
+    chooseFile(kTapePpd);
+    EXPECT_TRUE(model().hasPrinter());
+    EXPECT_THAT(said(), IsEmpty()) << "a printer that is known by its PPD needs no service";
+}
+
+TEST_F(PrintDialogTest, TheButtonPromisesNothingWhileTheRangeIsNotUnderstood) {
+    open();
+    openTab(*mDialog, 1);
+    auto& range = control<QLineEdit>("pageRange");
+    const auto& print = control<QPushButton>("print");
+    for (const char* text : {"8-3", "1,3,5", "x"}) {
+        type(range, QStringLiteral("2-6"));
+        EXPECT_EQ(print.text().toStdString(), "&Print 5 labels");
+        type(range, QLatin1String(text));
+        EXPECT_EQ(print.text().toStdString(), "&Print") << text;
+        EXPECT_THAT(control<QLabel>("sentence").text().toStdString(),
+                    testing::StartsWith("Labels on "))
+            << text;
+    }
+    press("print");
+    EXPECT_TRUE(range.hasFocus()) << "where it can be mended";
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("A range is written as")));
+    click(control<QRadioButton>("allLabels"));
+    EXPECT_EQ(print.text().toStdString(), "&Print 12 labels");
+}
+
+TEST_F(PrintDialogTest, UndoEndsARangeThatIsNotUnderstood) {
+    open();
+    openTab(*mDialog, 1);
+    auto& range = control<QLineEdit>("pageRange");
+    type(range, QStringLiteral("2-6"));
+    type(range, QStringLiteral("8-3"));
+    press("undo");
+    EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 12 labels");
+    press("print");
+    EXPECT_TRUE(mDialog->findChild<QFileDialog*>()) << "nothing is wrong any more";
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, ADismissedMessageGivesTheFocusBack) {
+    open();
+    auto& copies = control<QSpinBox>("copies");
+    copies.setFocus();
+    Q_EMIT model().told(QStringLiteral("Something happened."));
+    settle();
+    EXPECT_TRUE(copies.hasFocus()) << "a message takes no focus";
+    click(*mDialog->messages().findChild<QToolButton*>());
+    EXPECT_THAT(messages(), IsEmpty());
+    EXPECT_EQ(mDialog->focusWidget(), &copies);
+}
+
+TEST_F(PrintDialogTest, FilesAreAskedForByAPlainTitleAndByWhatCanBePrinted) {
+    open();
+    press("chooseFiles");
+    auto* files = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(files);
+    EXPECT_EQ(files->windowTitle().toStdString(), "Choose Files");
+    ASSERT_EQ(files->nameFilters().size(), 2);
+    for (const char* pattern : {"*.pdf", "*.ps", "*.png", "*.jpg", "*.jpeg", "*.svg", "*.txt"})
+        EXPECT_THAT(files->nameFilters().front().toStdString(), HasSubstr(pattern));
+    EXPECT_EQ(files->nameFilters().back().toStdString(), "All files (*)");
+    files->reject();
+    settle();
+    choose(control<QComboBox>("printers"), control<QComboBox>("printers").count() - 1);
+    auto* ppd = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(ppd);
+    EXPECT_EQ(ppd->windowTitle().toStdString(), "Choose a PPD File");
+    EXPECT_THAT(ppd->nameFilters().join(u' ').toStdString(),
+                testing::AllOf(HasSubstr("*.ppd.gz"), HasSubstr("All files (*)")));
+}
+
+TEST_F(PrintDialogTest, APageOutOfSightIsUpToDateWhenItIsLookedAt) {
+    open();
+    openTab(*mDialog, 2);
+    openTab(*mDialog, 0);
+    auto& quality = optionBox(*mDialog, "Quality");
+    model().choose(kQuality, QStringLiteral("Best"));
+    settle();
+    EXPECT_EQ(quality.currentData().toString().toStdString(), "Normal") << "nobody looks";
+    openTab(*mDialog, 2);
+    EXPECT_EQ(quality.currentData().toString().toStdString(), "Best");
 }
 
 } // namespace labelcut::test

@@ -407,4 +407,82 @@ TEST_F(OnServiceTest, WhileAnotherQueuesPpdIsOnItsWayPrintIsOff) {
     ASSERT_TRUE(sService->removeQueue(QStringLiteral("roll")));
 }
 
+TEST_F(OnServiceTest, AQueueThatIsNotThereIsToldAndNoPrinterTakesItsPlace) {
+    ASSERT_TRUE(sService->makeDefault(kQueue));
+    QStringList complaints;
+    DialogRequest request;
+    request.files = {kLabels};
+    request.queue = QStringLiteral("NoSuchQueue");
+    request.complain = [&](const QString& sentence) { complaints << sentence; };
+    mDialog = openDialog(request, service());
+    ASSERT_TRUE(turnUntil([&] { return !complaints.isEmpty(); }));
+    ASSERT_TRUE(turnUntil([&] { return control<QComboBox>("printers").findText(kQueue) >= 0; }));
+    EXPECT_FALSE(mDialog->model().hasPrinter());
+    EXPECT_FALSE(control<QPushButton>("print").isEnabled());
+    EXPECT_EQ(mDialog->printerMessages().texts(), complaints) << "once, in both places";
+    Start start;
+    start.arguments = {QStringLiteral("print"), QStringLiteral("--printer"), request.queue,
+                       kLabels};
+    start.environment = {{QStringLiteral("CUPS_SERVER"), sService->socketPath()}};
+    EXPECT_EQ(run(start).err, "labelcut: " + complaints.front().toStdString() + "\n")
+        << "the command's sentence";
+}
+
+TEST_F(OnServiceTest, QueuesKeepTheirChoicesWhileTheWindowIsOpen) {
+    ASSERT_TRUE(sService->addQueue(QStringLiteral("roll"), kRollPpd));
+    ASSERT_TRUE(QDir().mkpath(mHome.path(QStringLiteral(".cups"))));
+    QFile saved(mHome.path(QStringLiteral(".cups/lpoptions")));
+    ASSERT_TRUE(saved.open(QIODevice::WriteOnly));
+    saved.write("Dest tape KvChainPrint=ON Quality=Best\n");
+    saved.close();
+    open();
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    click(control<QCheckBox>("mChainPrintChkBx"));
+    const auto before = labelcutCommand(mDialog->model()).toStdString();
+    ASSERT_THAT(before, HasSubstr("KvChainPrint=OFF")) << "other than what is saved";
+    for (const QString& queue : {QStringLiteral("roll"), kQueue}) {
+        auto& printers = control<QComboBox>("printers");
+        ASSERT_TRUE(turnUntil([&] { return printers.findText(queue) >= 0; }));
+        choose(printers, printers.findText(queue));
+        ASSERT_TRUE(turnUntil([&] { return queueOf(mDialog->model()) == queue; }));
+        settle();
+    }
+    EXPECT_EQ(labelcutCommand(mDialog->model()).toStdString(), before);
+    expectOneTruth(*mDialog);
+    ASSERT_TRUE(sService->removeQueue(QStringLiteral("roll")));
+}
+
+TEST_F(OnServiceTest, AfterAFailureTheFocusIsWhereTheUserWasAndEnterPrints) {
+    open();
+    ASSERT_TRUE(sService->reject(kQueue));
+    auto& copies = control<QSpinBox>("copies");
+    copies.setFocus();
+    QTest::keyClick(&copies, Qt::Key_Return);
+    EXPECT_TRUE(control<QPushButton>("cancel").hasFocus());
+    ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
+    settle();
+    EXPECT_EQ(mDialog->focusWidget(), &copies);
+    EXPECT_TRUE(control<QPushButton>("print").isDefault());
+    // By a mouse, the button itself has the focus.
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return control<QPushButton>("print").isEnabled(); }));
+    settle();
+    EXPECT_EQ(mDialog->focusWidget(), &control<QPushButton>("print"));
+    ASSERT_TRUE(sService->accept(kQueue));
+    QTest::keyClick(mDialog->focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(turnUntil([&] { return isOver(); }));
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+}
+
+TEST_F(OnServiceTest, WhileAJobRunsNothingButCancelCanBeUsed) {
+    open();
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("Job "));
+    for (const char* name : {"presets", "savePreset", "removePreset", "copies", "printers",
+                             "chooseFiles", "reset", "undo", "print", "foldPanel"})
+        EXPECT_FALSE(control<QWidget>(name).isEnabled()) << name;
+    EXPECT_TRUE(control<QPushButton>("cancel").isEnabled());
+}
+
 } // namespace labelcut::test

@@ -1,16 +1,12 @@
-// Which printer was used last.
+// Which queue was used last.
 #include "host/printers/recent_printer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QDir>
-
 #include "tests/support/preset_fixtures.h"
 
 namespace labelcut {
-
-using Kind = RecentPrinter::Kind;
 
 namespace {
 
@@ -27,22 +23,25 @@ protected:
 };
 
 TEST_F(RecentPrinterTest, AtFirstThereIsNone) {
-    EXPECT_EQ(recentPrinter(file), RecentPrinter());
+    EXPECT_EQ(recentQueue(file), QString());
 }
 
-TEST_F(RecentPrinterTest, TheLastOneCountsAndTheOtherKindStays) {
+TEST_F(RecentPrinterTest, TheLastOneCounts) {
     ASSERT_TRUE(rememberQueue(text("Küche"), file));
-    EXPECT_EQ(recentPrinter(file), (RecentPrinter{Kind::Queue, text("Küche"), QString()}));
-    ASSERT_TRUE(rememberPpdFile(text("/a/tape.ppd"), file));
-    EXPECT_EQ(recentPrinter(file),
-              (RecentPrinter{Kind::PpdFile, text("Küche"), text("/a/tape.ppd")}));
+    EXPECT_EQ(recentQueue(file), text("Küche"));
     ASSERT_TRUE(rememberQueue(text("roll"), file));
-    EXPECT_EQ(recentPrinter(file), (RecentPrinter{Kind::Queue, text("roll"), text("/a/tape.ppd")}));
+    EXPECT_EQ(recentQueue(file), text("roll"));
 }
 
-TEST_F(RecentPrinterTest, APathIsKeptWhole) {
-    ASSERT_TRUE(rememberPpdFile(text("tape.ppd"), file));
-    EXPECT_EQ(recentPrinter(file).ppdPath, QDir::current().absoluteFilePath(text("tape.ppd")));
+TEST_F(RecentPrinterTest, OfAFileThatNamesAPpdAsTheLastTheQueueCounts) {
+    ASSERT_TRUE(rememberQueue(text("roll"), file));
+    for (const char* bytes : {R"({"last":"ppd","queue":"Küche","ppd":"/a/tape.ppd"})",
+                              R"({"last":"queue","queue":"Küche","ppd":""})"}) {
+        test::writeFile(file, bytes);
+        EXPECT_EQ(recentQueue(file), text("Küche")) << bytes;
+    }
+    test::writeFile(file, R"({"last":"ppd","queue":"","ppd":"/a/tape.ppd"})");
+    EXPECT_EQ(recentQueue(file), QString());
 }
 
 TEST_F(RecentPrinterTest, DamageIsNoPrinter) {
@@ -52,10 +51,10 @@ TEST_F(RecentPrinterTest, DamageIsNoPrinter) {
           QByteArray(R"({"last":"queue","queue":7})"), QByteArray(R"({"last":"queue","queue":""})"),
           QByteArray(R"({"last":3})")}) {
         test::writeFile(file, bytes);
-        EXPECT_EQ(recentPrinter(file).kind, Kind::None) << bytes.constData();
+        EXPECT_EQ(recentQueue(file), QString()) << bytes.constData();
     }
     ASSERT_TRUE(rememberQueue(text("roll"), file));
-    EXPECT_EQ(recentPrinter(file).queue, text("roll"));
+    EXPECT_EQ(recentQueue(file), text("roll"));
 }
 
 TEST_F(RecentPrinterTest, AFullDiskLeavesTheOldOne) {
@@ -64,7 +63,7 @@ TEST_F(RecentPrinterTest, AFullDiskLeavesTheOldOne) {
     const auto kept = rememberQueue(text("tape"), file);
     ASSERT_FALSE(kept);
     EXPECT_THAT(kept.error().sentence.toStdString(), testing::HasSubstr(file.toStdString()));
-    EXPECT_EQ(recentPrinter(file).queue, text("roll"));
+    EXPECT_EQ(recentQueue(file), text("roll"));
 }
 
 TEST_F(RecentPrinterTest, TheFileIsInTheUsersConfiguration) {

@@ -1,0 +1,25 @@
+// The dialog: what is said when choices exclude each other.
+#include "host/dialog/conflict_message.h"
+
+#include "host/dialog/job_model.h"
+#include "host/dialog/message_bar.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+void showConflict(JobModel& model, MessageBar& messages) {
+    const QString name = QStringLiteral("conflict");
+    const QString sentence = model.conflictSentence();
+    if (sentence.isEmpty()) {
+        messages.remove(name);
+        return;
+    }
+    std::vector<MessageAction> ways;
+    if (const QString fix = model.fixText(); !fix.isEmpty())
+        ways.push_back({hostText("FixConflict").arg(fix), [&model] { model.applyFix(); }});
+    if (model.canUndo())
+        ways.push_back({hostText("Undo"), [&model] { model.undo(); }});
+    messages.show(name, MessageBar::Kind::Warning, sentence, ways);
+}
+
+} // namespace labelcut

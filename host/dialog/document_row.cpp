@@ -1,0 +1,107 @@
+// The dialog: which document is printed, and how many labels are in it.
+#include "host/dialog/document_row.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <utility>
+
+#include "host/dialog/job_model.h"
+#include "host/dialog/message_bar.h"
+#include "host/dialog/plain_label.h"
+#include "host/documents/job_document.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+
+/// The title is shortened to so much. Characters of usual width.
+constexpr int kTitleLength = 48;
+const QString kMessage = QStringLiteral("document");
+/// Names that files of the kinds that can be printed usually have. What a file is, its content
+/// says.
+constexpr char kPatterns[] = " (*.pdf *.ps *.eps *.png *.jpg *.jpeg *.svg *.svgz *.txt)";
+
+} // namespace
+
+DocumentRow::DocumentRow(JobModel& model, MessageBar& messages, QWidget* parent)
+    : QWidget(parent)
+    , mModel(model)
+    , mMessages(messages)
+    , mReading(this)
+    , mTitle(plainLabel())
+    , mChoose(new QPushButton(hostText("ChooseFiles"))) {
+    mTitle->setObjectName(QStringLiteral("document"));
+    mChoose->setObjectName(QStringLiteral("chooseFiles"));
+    connect(mChoose, &QPushButton::clicked, this, &DocumentRow::askForFiles);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(mTitle, 1);
+    row->addWidget(mChoose);
+}
+
+/// The window comes first; what takes work on the document follows.
+void DocumentRow::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    if (!std::exchange(mPainted, true))
+        QMetaObject::invokeMethod(this, &DocumentRow::read, Qt::QueuedConnection);
+}
+
+void DocumentRow::refresh() {
+    const QString whole = jobTitle(mModel.files());
+    const int pages = mModel.pageCount();
+    // A long name does not widen the window.
+    const QString title = fontMetrics().elidedText(whole, Qt::ElideMiddle,
+                                                   kTitleLength * fontMetrics().averageCharWidth());
+    mTitle->setToolTip(title == whole ? QString() : Qt::convertFromPlainText(whole));
+    if (mModel.files().isEmpty())
+        mTitle->setText(hostText("NoDocument"));
+    else if (pages == 0)
+        mTitle->setText(title);
+    else
+        mTitle->setText(
+            hostText("DocumentWithLabels").arg(title, hostText("OneLabel", "ManyLabels", pages)));
+}
+
+void DocumentRow::askForFiles() {
+    auto* chooser = new QFileDialog(this, hostText("ChooseFilesTitle"));
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setFileMode(QFileDialog::ExistingFiles);
+    chooser->setNameFilters({hostText("PrintableFiles") + QLatin1String(kPatterns),
+                             hostText("AllFiles") + QStringLiteral(" (*)")});
+    connect(chooser, &QFileDialog::filesSelected, this, [this](const QStringList& files) {
+        mModel.setFiles(files);
+        read();
+    });
+    chooser->open();
+}
+
+void DocumentRow::read() {
+    mMessages.remove(kMessage);
+    mDigests.clear();
+    if (mModel.files().isEmpty())
+        return;
+    mReading.start([this, files = mModel.files()](const BackgroundCall::Link& link) {
+        const Result<JobDocument> document =
+            JobDocument::prepare(files, std::nullopt, &link.cancelFlag());
+        if (document) {
+            link.tell([this, pages = document->pages(), digests = document->digests()] {
+                setRead(pages, digests);
+            });
+            return;
+        }
+        link.tell([this, sentence = document.error().sentence] {
+            mMessages.show(kMessage, MessageBar::Kind::Warning, sentence);
+        });
+    });
+}
+
+void DocumentRow::setRead(int pages, const QByteArrayList& digests) {
+    mDigests = digests;
+    mModel.setPageCount(pages);
+}
+
+} // namespace labelcut

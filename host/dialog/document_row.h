@@ -1,0 +1,49 @@
+// The dialog: which document is printed, and how many labels are in it.
+#pragma once
+
+#include <QByteArrayList>
+#include <QWidget>
+
+#include "host/core/background_call.h"
+
+class QLabel;
+class QPushButton;
+
+namespace labelcut {
+
+class JobModel;
+class MessageBar;
+
+/// The document's title, and a button that asks for others. It is read beside the window, and not
+/// before the window is on the screen.
+class DocumentRow : public QWidget {
+    Q_OBJECT
+public:
+    /// @param model     borrowed, outlives this; is told how many labels there are.
+    /// @param messages  borrowed, outlives this; says when a document cannot be read.
+    DocumentRow(JobModel& model, MessageBar& messages, QWidget* parent = nullptr);
+
+    /// Shows the model's document.
+    void refresh();
+    /// The document has been read. @param pages  in it. @param digests  what the files were.
+    void setRead(int pages, const QByteArrayList& digests);
+    /// What the files were when they were read; empty before that.
+    const QByteArrayList& digests() const { return mDigests; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void askForFiles();
+    void read();
+
+    JobModel& mModel;
+    MessageBar& mMessages;
+    BackgroundCall mReading;
+    QByteArrayList mDigests;
+    bool mPainted = false;
+    QLabel* mTitle;
+    QPushButton* mChoose;
+};
+
+} // namespace labelcut

@@ -1,0 +1,104 @@
+// The dialog: what will come out, in a sentence, and the buttons.
+#include "host/dialog/job_footer.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "host/dialog/job_description.h"
+#include "host/dialog/plain_label.h"
+#include "host/dialog/window_body.h"
+#include "host/texts/host_text.h"
+
+namespace labelcut {
+
+namespace {
+constexpr int kProgressWidth = 160;
+} // namespace
+
+JobFooter::JobFooter(JobModel& model, QWidget* parent)
+    : QWidget(parent)
+    , mModel(model)
+    , mSentence(plainLabel())
+    , mRows(new QHBoxLayout)
+    , mProgress(new QProgressBar) {
+    mSentence->setWordWrap(true);
+    mSentence->setObjectName(QStringLiteral("sentence"));
+    mProgress->setObjectName(QStringLiteral("progress"));
+    mProgress->setAccessibleName(hostText("Progress"));
+    mProgress->setMaximumWidth(kProgressWidth);
+    QSizePolicy policy = mProgress->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    mProgress->setSizePolicy(policy);
+    mProgress->hide();
+
+    auto* back = new QHBoxLayout;
+    mReset = addButton(*back, "ResetAll", "reset");
+    mUndo = addButton(*back, "UndoLast", "undo");
+    back->addStretch(1);
+    auto* on = new QHBoxLayout;
+    on->addStretch(1);
+    on->addWidget(mProgress);
+    mPrint = addButton(*on, "Print", "print");
+    mCancel = addButton(*on, "Cancel", "cancel");
+    mRows->addLayout(back);
+    mRows->addLayout(on, 1);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(mSentence);
+    column->addLayout(mRows);
+
+    connect(mReset, &QPushButton::clicked, &mModel, &JobModel::resetToDefaults);
+    connect(mUndo, &QPushButton::clicked, &mModel, &JobModel::undo);
+    // A text field that has the focus takes the key for itself.
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, mUndo,
+            &QPushButton::click);
+    connect(mPrint, &QPushButton::clicked, this, &JobFooter::printWanted);
+    connect(mCancel, &QPushButton::clicked, this, &JobFooter::cancelWanted);
+    refresh(false);
+}
+
+QPushButton* JobFooter::addButton(QBoxLayout& row, const char* textKey, const char* name) {
+    auto* button = new QPushButton(hostText(textKey));
+    button->setObjectName(QLatin1String(name));
+    row.addWidget(button);
+    return button;
+}
+
+void JobFooter::refresh(bool canPrint) {
+    const int labels = mModel.labelCount();
+    if (!mRunning)
+        mSentence->setText(jobSentence(mModel));
+    mPrint->setText(labels > 0 ? hostText("PrintOne", "PrintMany", labels) : hostText("Print"));
+    mPrint->setEnabled(!mRunning && canPrint && mModel.hasPrinter() && !mModel.files().isEmpty());
+    mReset->setEnabled(!mRunning && !mModel.hasDefaultsOnly());
+    mUndo->setEnabled(!mRunning && mModel.canUndo());
+    fitScreen();
+}
+
+void JobFooter::setRunning(bool running) {
+    mRunning = running;
+    mProgress->setVisible(running);
+    mCancel->setText(hostText("Cancel"));
+    if (running)
+        mCancel->setFocus();
+}
+
+void JobFooter::showProgress(const QString& sentence, int percent, bool isSent) {
+    mSentence->setText(sentence);
+    mProgress->setRange(0, percent < 0 ? 0 : 100);
+    mProgress->setValue(percent);
+    mCancel->setText(hostText(isSent ? "Close" : "Cancel"));
+}
+
+/// Buttons that have no room beside each other stand in two rows.
+void JobFooter::fitScreen() {
+    mRows->setDirection(QBoxLayout::LeftToRight);
+    const int margins = 4 * fontMetrics().height();
+    if (mRows->minimumSize().width() > roomFor(*this).width() - margins)
+        mRows->setDirection(QBoxLayout::TopToBottom);
+}
+
+} // namespace labelcut
