@@ -95,10 +95,11 @@ void JobFooter::showProgress(const QString& sentence, int percent, bool isSent) 
 
 /// Buttons that have no room beside each other stand in two rows.
 void JobFooter::fitScreen() {
-    mRows->setDirection(QBoxLayout::LeftToRight);
+    const int both = mRows->itemAt(0)->minimumSize().width() +
+                     mRows->itemAt(1)->minimumSize().width() + mRows->spacing();
     const int margins = 4 * fontMetrics().height();
-    if (mRows->minimumSize().width() > roomFor(*this).width() - margins)
-        mRows->setDirection(QBoxLayout::TopToBottom);
+    const bool fits = both <= roomFor(*this).width() - margins;
+    mRows->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 } // namespace labelcut
