@@ -6,6 +6,7 @@
 
 #include <csignal>
 
+#include "host/presets/preset_store.h"
 #include "tests/faults/fault_fixtures.h"
 
 namespace labelcut::test {

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "host/presets/preset_store.h"
 #include "host/printers/recent_printer.h"
 #include "tests/faults/fault_fixtures.h"
 

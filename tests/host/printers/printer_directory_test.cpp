@@ -1,6 +1,7 @@
 // Queues that are asked for in the background, from a real scheduler and from servers that
 // misbehave.
 #include "host/printers/printer_directory.h"
+#include "host/printers/printer_source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
