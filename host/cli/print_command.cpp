@@ -26,6 +26,8 @@
 #include "host/job/order.h"
 #include "host/settings/checked_setting.h"
 #include "host/settings/constraints.h"
+#include "host/settings/custom_value.h"
+#include "host/settings/secret_setting.h"
 
 namespace labelcut {
 
@@ -116,12 +118,14 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked
                            .arg(printer.title()));
     for (const Setting& setting : asked) {
         const QString marked = printer.choice(setting.keyword).value_or(QString());
-        const bool isCustom =
-            setting.choice.startsWith(QLatin1String("Custom.")) || setting.choice.startsWith(u'{');
-        if (isCustom ? !marked.startsWith(QLatin1String("Custom")) : marked != setting.choice)
+        // libcups writes a custom value in its own way; that there is one has to do.
+        const bool holds =
+            isCustomValue(setting.choice) ? isCustomValue(marked) : marked == setting.choice;
+        if (!holds)
             return failure(QStringLiteral("%1=%2 does not hold: the printer's panels turn it into "
                                           "%1=%3. Leave it out.")
-                               .arg(setting.keyword, setting.choice, marked));
+                               .arg(setting.keyword, shownChoice(printer.ppd(), setting),
+                                    shownChoice(printer.ppd(), {setting.keyword, marked})));
     }
     std::vector<Conflict> conflicts = findConflicts(printer.ppd());
     // What the user asked for twice over comes before what a default has a part in.

@@ -6,7 +6,6 @@
 #include <QToolButton>
 
 #include <algorithm>
-#include <span>
 
 #include "host/dialog/line_icons.h"
 #include "host/texts/host_text.h"
@@ -18,17 +17,12 @@ namespace {
 /// Columns: names of several fields, the fields, the way back. The pop-up spans the first two.
 enum Column { kNames, kFields, kReset, kColumns };
 
-QString titleOf(ppd_file_t* ppd, const QString& keyword) {
-    const ppd_option_t* option = ppd::findOption(ppd, keyword.toUtf8().constData());
-    return option ? QString::fromUtf8(option->text) : keyword;
-}
-
 } // namespace
 
 OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget& page)
     : mModel(model)
     , mKeyword(keyword)
-    , mTitle(titleOf(model.ppd(), keyword))
+    , mTitle(model.view().title(keyword))
     , mForm(model.ppd(), keyword)
     , mChoices(new ElidingComboBox(&page))
     , mReset(new QToolButton(&page))
@@ -44,12 +38,8 @@ OptionEditor::OptionEditor(JobModel& model, const QString& keyword, QWidget& pag
 }
 
 void OptionEditor::buildChoices() {
-    const ppd_option_t* option = ppd::findOption(mModel.ppd(), mKeyword.toUtf8().constData());
-    if (option) {
-        for (const ppd_choice_t& choice :
-             std::span(option->choices, static_cast<std::size_t>(option->num_choices)))
-            mChoices->addItem(QString::fromUtf8(choice.text), QString::fromUtf8(choice.choice));
-    }
+    for (const PpdView::Choice& choice : mModel.view().choices(mKeyword))
+        mChoices->addItem(choice.title, choice.keyword);
     mChoices->setObjectName(QStringLiteral("choices-") + mKeyword);
     connect(mChoices, &QComboBox::activated, this, &OptionEditor::choiceActivated);
     addWidget(mChoices, 0, kNames, 1, 2);

@@ -52,8 +52,8 @@ bool isWithin(double value, double minimum, double maximum, double tolerance = 0
 }
 
 bool isLabelSize(const QString& keyword) {
-    return keyword.compare(QLatin1String("PageSize"), Qt::CaseInsensitive) == 0 ||
-           keyword.compare(QLatin1String("PageRegion"), Qt::CaseInsensitive) == 0;
+    return keyword.compare(kPageSize, Qt::CaseInsensitive) == 0 ||
+           keyword.compare(kPageRegion, Qt::CaseInsensitive) == 0;
 }
 
 /// Width and height of "WIDTHxHEIGHT[unit]".

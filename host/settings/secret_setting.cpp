@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "host/settings/custom_value.h"
+#include "host/settings/ppd_view.h"
 
 namespace labelcut {
 
@@ -14,11 +15,6 @@ const QString kDots = QStringLiteral("••••");
 
 bool isPassword(const ppd::CustomParameter& parameter) {
     return parameter.type == ppd::CustomParameter::Type::Password;
-}
-
-QString titleOf(ppd_file_t* ppd, const QString& keyword) {
-    const ppd_option_t* option = ppd::findOption(ppd, keyword.toUtf8().constData());
-    return option ? QString::fromUtf8(option->text) : keyword;
 }
 
 } // namespace
@@ -48,7 +44,7 @@ QStringList takeSecrets(ppd_file_t* ppd, Settings& settings) {
     std::erase_if(settings, [&](const Setting& setting) {
         if (!isSecret(ppd, setting))
             return false;
-        titles << titleOf(ppd, setting.keyword);
+        titles << PpdView(ppd).title(setting.keyword);
         return true;
     });
     return titles;

@@ -129,6 +129,25 @@ TEST_F(PrintCommandTest, AChoiceThatAPanelWouldTurnAroundStands) {
     }
 }
 
+TEST_F(PrintCommandTest, ACustomValueOfSeveralPartsArrives) {
+    const QString ppd = mFolder.file(QStringLiteral("frame.ppd"), contentOf(kTapePpd) + R"ppd(
+*OpenUI *Frame/Frame: PickOne
+*OrderDependency: 60 AnySetup *Frame
+*DefaultFrame: None
+*Frame None: ""
+*CloseUI: *Frame
+*CustomFrame True: "pop pop"
+*ParamCustomFrame Width: 1 points 0 72
+*ParamCustomFrame Gap: 2 real 0 1
+)ppd");
+    const Outcome outcome =
+        run(arguments(kLabels, ppd) +
+            QStringList{QStringLiteral("--set"), QStringLiteral("Frame={Width=3 Gap=0.5}")});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("Frame={Width=3 Gap=0.5}"));
+    EXPECT_TRUE(features().contains(QStringLiteral("CustomFrame=True")));
+}
+
 TEST_F(PrintCommandTest, CopiesPagesAndCustomValuesArrive) {
     const Outcome outcome = print("--copies 3 --pages 2-4 --set FeedLength=Custom.30 "
                                   "--page-size Custom.50x300 --title Shelf");
