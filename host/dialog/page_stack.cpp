@@ -72,8 +72,11 @@ void PageStack::rebuild() {
 void PageStack::clear() {
     const QSignalBlocker quiet(mTabs);
     mSlots.clear();
-    while (mTabs->count() > 0)
-        delete mTabs->widget(0);
+    // The focus has left a page before it goes.
+    while (QWidget* page = mTabs->widget(0)) {
+        mTabs->removeTab(0);
+        delete page;
+    }
 }
 
 void PageStack::addPanel(const PanelSet::Entry& panel) {

@@ -26,7 +26,6 @@ constexpr QSize kLinesBesides(4, 24);
 /// How wide a panel's help is, in characters of usual width.
 constexpr int kHelpWidth = 60;
 
-/// The view stays the panel's: it is taken out before this goes.
 class ViewArea : public QScrollArea {
 public:
     ViewArea() {
@@ -36,16 +35,6 @@ public:
         setFocusPolicy(Qt::NoFocus);
         viewport()->setAutoFillBackground(false);
     }
-    ~ViewArea() override {
-        if (mView && widget() == mView)
-            takeWidget();
-    }
-    void show(QWidget* view) {
-        mView = view;
-        setWidget(view);
-        view->setAutoFillBackground(false);
-    }
-
     QSize sizeHint() const override {
         return widget() ? widget()->size() + QSize(2 * frameWidth(), 2 * frameWidth())
                         : QScrollArea::sizeHint();
@@ -55,10 +44,6 @@ public:
         const QSize room = roomFor(*this) - kLinesBesides * fontMetrics().height();
         return sizeHint().boundedTo(room.expandedTo(QScrollArea::minimumSizeHint()));
     }
-
-private:
-    /// Null: nothing of a panel's is shown.
-    QPointer<QWidget> mView;
 };
 
 } // namespace
@@ -77,8 +62,7 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, std::set<QSt
     row->addStretch(1);
     if (mPanel.shouldShowHelp())
         addHelpButton(*row);
-    auto* area = new ViewArea;
-    mArea = area;
+    mArea = new ViewArea;
     mRemark->setObjectName(QStringLiteral("remark"));
     mRemarkText->setWordWrap(true);
     mRemarkText->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -94,15 +78,21 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, std::set<QSt
     column->addStretch(0);
 
     if (QWidget* view = model.showPanel(panel)) {
-        area->show(view);
+        mArea->setWidget(view);
+        view->setAutoFillBackground(false);
         mHasView = true;
         followUser(*view, *panel.callback);
     } else {
-        area->setWidget(plainLabel(hostText("PanelWithoutView").arg(mPanel.panelName())));
+        mArea->setWidget(plainLabel(hostText("PanelWithoutView").arg(mPanel.panelName())));
     }
     connect(&model, &JobModel::panelResized, this, [this] { makeRoomFor(*mArea); });
     fold(mFold && mFolded.contains(mPanel.panelKind()));
     showRemark();
+}
+
+PanelPage::~PanelPage() {
+    if (mHasView)
+        mArea->takeWidget();
 }
 
 void PanelPage::addFoldButton(QHBoxLayout& row) {

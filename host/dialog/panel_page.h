@@ -17,7 +17,8 @@ class Alert;
 
 /// Shows the panel's view whole, scrolling when the window is smaller, and tells the model when the
 /// user has acted in it. Above it, where the panel wants that, stand a button that folds the view
-/// away and one that opens the panel's help; below it stands what the panel remarks.
+/// away and one that opens the panel's help; below it stands what the panel remarks. The view stays
+/// the panel's: it is taken out before the page goes.
 class PanelPage : public QWidget, public Page {
     Q_OBJECT
 public:
@@ -26,6 +27,7 @@ public:
     ///                kept up to date.
     PanelPage(JobModel& model, const PanelSet::Entry& panel, std::set<QString>& folded,
               QWidget* parent = nullptr);
+    ~PanelPage() override;
 
     QWidget& widget() override { return *this; }
     void refresh(const JobChanges& changes) override;

@@ -71,8 +71,10 @@ void WindowBody::layOut() {
 }
 
 QSize roomFor(const QWidget& window) {
-    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    return window.screen()->availableSize() - QSize(0, title);
+    const QStyle& style = *window.style();
+    const int frame = 2 * style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int title = style.pixelMetric(QStyle::PM_TitleBarHeight);
+    return window.screen()->availableSize() - QSize(frame, frame + title);
 }
 
 void makeRoomFor(QWidget& widget) {

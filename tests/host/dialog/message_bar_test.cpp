@@ -34,7 +34,6 @@ protected:
         settle();
     }
 
-    Offscreen mOffscreen;
     QWidget mWindow;
     MessageBar mBar;
 };
@@ -121,6 +120,7 @@ TEST_F(MessageBarTest, WhatIsSaidTwiceStandsThereOnce) {
 }
 
 TEST_F(MessageBarTest, TheFocusGoesBackToWhereItWasWhenItsMessageGoes) {
+    const Offscreen offscreen;
     QLineEdit field(&mWindow);
     field.show();
     mWindow.activateWindow();
