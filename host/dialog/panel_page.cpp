@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -178,6 +179,10 @@ void PanelPage::followUser(QWidget& view, const PDEPluginCallback& callback) {
         connect(button, &QAbstractButton::clicked, this, used);
     for (auto* box : view.findChildren<QComboBox*>())
         connect(box, &QComboBox::activated, this, used);
+    for (auto* number : view.findChildren<QSpinBox*>())
+        connect(number, &QSpinBox::valueChanged, this, used);
+    for (auto* number : view.findChildren<QDoubleSpinBox*>())
+        connect(number, &QDoubleSpinBox::valueChanged, this, used);
     for (auto* field : view.findChildren<QLineEdit*>()) {
         connect(field, &QLineEdit::textEdited, this, used);
         connect(field, &QLineEdit::editingFinished, this, used);
