@@ -7,6 +7,7 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QVBoxLayout>
 
 #include "host/core/copies.h"
 #include "host/dialog/accessible_check_box.h"
@@ -93,7 +94,10 @@ QWidget* PrintDialog::buildHeader() {
     form->addRow(new QLabel(hostText("Document")), mDocument);
     auto* printer = new QLabel(hostText("Printer"));
     printer->setBuddy(&mPicker->list());
-    form->addRow(printer, mPicker);
+    auto* picker = new QVBoxLayout;
+    picker->addWidget(&mPicker->list());
+    picker->addWidget(mPicker);
+    form->addRow(printer, picker);
     auto* copies = new QLabel(hostText("Copies"));
     copies->setBuddy(mCopies);
     form->addRow(copies, amount);
@@ -146,7 +150,7 @@ QTabWidget& PrintDialog::tabs() const {
 /// Through the window as it is read, from top to bottom, messages included.
 bool PrintDialog::focusNextPrevChild(bool next) {
     return moveFocus(*this,
-                     {mDocument, mPicker, mCopies, mPresets, tabs().tabBar(),
+                     {mDocument, &mPicker->list(), mPicker, mCopies, mPresets, tabs().tabBar(),
                       tabs().currentWidget(), mMessages, mFooter},
                      next);
 }

@@ -37,12 +37,12 @@ PrinterPicker::PrinterPicker(PrinterOpener& opener, QWidget* parent)
     , mList(new PrinterList)
     , mState(plainLabel())
     , mMessages(new MessageBar) {
+    mList->setParent(this);
     mState->setObjectName(QStringLiteral("printerState"));
     mState->setWordWrap(true);
     mState->hide();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(mList);
     column->addWidget(mState);
     column->addWidget(mMessages);
     setFocusProxy(mList);

@@ -25,6 +25,8 @@ public:
     /// @param opener  borrowed, outlives this.
     explicit PrinterPicker(PrinterOpener& opener, QWidget* parent = nullptr);
 
+    /// To be put above this, beside the label that names it: screen readers look for a field's
+    /// label among its siblings.
     PrinterList& list() const { return *mList; }
     const MessageBar& messages() const { return *mMessages; }
 

@@ -20,10 +20,22 @@ void choose(labelcut::JobModel& model, const QString& setting) {
         qFatal("the printer has no %s", qPrintable(setting));
 }
 
+void obey(labelcut::PrintDialog& dialog) {
+    std::string line;
+    if (!std::getline(std::cin, line) || line == "quit")
+        dialog.close();
+    else if (line.starts_with("tell "))
+        Q_EMIT dialog.model().told(QString::fromStdString(line.substr(5)));
+    else if (line.starts_with("choose "))
+        choose(dialog.model(), QString::fromStdString(line.substr(7)));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     using namespace labelcut;
+    // Otherwise nobody can tell whether more than a line has come.
+    std::ios::sync_with_stdio(false);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     const PluginSearch plugins = loadPlugins(QStringLiteral(LABELCUT_PLUGIN_DIR));
@@ -35,13 +47,10 @@ int main(int argc, char** argv) {
     dialog.show();
     const QSocketNotifier input(0, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &dialog, [&dialog] {
-        std::string line;
-        if (!std::getline(std::cin, line) || line == "quit")
-            dialog.close();
-        else if (line.starts_with("tell "))
-            Q_EMIT dialog.model().told(QString::fromStdString(line.substr(5)));
-        else if (line.starts_with("choose "))
-            choose(dialog.model(), QString::fromStdString(line.substr(7)));
+        // Lines that came together are read together, and announced once.
+        do
+            obey(dialog);
+        while (std::cin && std::cin.rdbuf()->in_avail() > 0);
     });
     return QApplication::exec() == 0 ? 0 : 1;
 }
