@@ -71,6 +71,9 @@ void PageStack::rebuild() {
 
 void PageStack::clear() {
     const QSignalBlocker quiet(mTabs);
+    // Otherwise the focus would be handed on among parts that are being destroyed.
+    if (QWidget* field = window()->focusWidget(); field && isAncestorOf(field))
+        field->clearFocus();
     mSlots.clear();
     // The focus has left a page before it goes.
     while (QWidget* page = mTabs->widget(0)) {

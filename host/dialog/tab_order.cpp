@@ -21,8 +21,7 @@ std::vector<QWidget*> tabStopsIn(QWidget* widget) {
     if (isStop(*widget))
         return {widget};
     std::vector<QWidget*> stops;
-    // A part that is being destroyed stands in no chain any more.
-    for (QWidget* next = widget->nextInFocusChain(); next && next != widget;
+    for (QWidget* next = widget->nextInFocusChain(); next != widget;
          next = next->nextInFocusChain()) {
         if (widget->isAncestorOf(next) && isStop(*next))
             stops.push_back(next);
