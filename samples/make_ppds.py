@@ -14,7 +14,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-TABLE = json.loads((HERE.parent / "resources/strings/strings.json").read_text("utf-8"))["texts"]
+TABLE = json.loads((HERE.parent / "plugins/cut_options/resources/strings.json").read_text("utf-8"))["texts"]
 LANGUAGES = ("en", "de", "fr", "es", "ja", "zh_CN")
 
 

@@ -29,6 +29,8 @@ JobFooter::JobFooter(JobModel& model, QWidget* parent)
     mProgress->setObjectName(QStringLiteral("progress"));
     mProgress->setAccessibleName(hostText("Progress"));
     mProgress->setMaximumWidth(kProgressWidth);
+    // It is the first to give way where the buttons need the room.
+    mProgress->setMinimumWidth(1);
     QSizePolicy policy = mProgress->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     mProgress->setSizePolicy(policy);

@@ -179,10 +179,17 @@ void PanelPage::followUser(QWidget& view, const PDEPluginCallback& callback) {
         connect(button, &QAbstractButton::clicked, this, used);
     for (auto* box : view.findChildren<QComboBox*>())
         connect(box, &QComboBox::activated, this, used);
+    // These have no signal for what the user alone does, but whoever uses one is in it.
+    const auto usedIn = [used](const QWidget* field) {
+        return [used, field] {
+            if (field->hasFocus())
+                used();
+        };
+    };
     for (auto* number : view.findChildren<QSpinBox*>())
-        connect(number, &QSpinBox::valueChanged, this, used);
+        connect(number, &QSpinBox::valueChanged, this, usedIn(number));
     for (auto* number : view.findChildren<QDoubleSpinBox*>())
-        connect(number, &QDoubleSpinBox::valueChanged, this, used);
+        connect(number, &QDoubleSpinBox::valueChanged, this, usedIn(number));
     for (auto* field : view.findChildren<QLineEdit*>()) {
         connect(field, &QLineEdit::textEdited, this, used);
         connect(field, &QLineEdit::editingFinished, this, used);

@@ -23,7 +23,7 @@ constexpr int kTitleLength = 24;
 
 void sortByTitle(std::vector<ListedPrinter>& printers) {
     // Without a language there are no rules but those of bytes.
-    QCollator order(QLocale() == QLocale::c() ? QLocale(QLocale::English) : QLocale());
+    QCollator order(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     order.setNumericMode(true);
     order.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<std::pair<QCollatorSortKey, ListedPrinter>> keyed;

@@ -19,8 +19,8 @@ PrinterOpener::PrinterOpener(JobModel& model, const PluginSearch& plugins, const
     , mSystem(system)
     , mDirectory(std::move(service)) {
     connect(&mDirectory, &PrinterDirectory::printersChanged, this, &PrinterOpener::queuesChanged);
-    connect(&mDirectory, &PrinterDirectory::ppdFetched, this, &PrinterOpener::queueFetched);
-    connect(&mDirectory, &PrinterDirectory::ppdFailed, this,
+    connect(&mDirectory, &PrinterDirectory::queueFound, this, &PrinterOpener::queueFound);
+    connect(&mDirectory, &PrinterDirectory::queueNotFound, this,
             [this](const QString& name, const Error& error) {
                 giveUp(QueueRef{name}, error.sentence);
             });
@@ -60,19 +60,19 @@ void PrinterOpener::open(const PrinterRef& printer) {
         openFile(*path);
         return;
     }
-    mFetched = *queueName(printer);
+    mComing = *queueName(printer);
     Q_EMIT comingChanged();
-    mDirectory.fetchPpd(mFetched);
+    mDirectory.findQueue(mComing);
 }
 
 void PrinterOpener::stay() {
-    mDirectory.cancelFetch();
-    mFetched.clear();
+    mDirectory.cancelFind();
+    mComing.clear();
     Q_EMIT comingChanged();
 }
 
 std::optional<PrinterRef> PrinterOpener::coming() const {
-    return mFetched.isEmpty() ? std::nullopt : std::optional<PrinterRef>(QueueRef{mFetched});
+    return mComing.isEmpty() ? std::nullopt : std::optional<PrinterRef>(QueueRef{mComing});
 }
 
 std::optional<PrinterRef> PrinterOpener::inForce() const {
@@ -95,24 +95,16 @@ void PrinterOpener::openFile(const QString& path) {
     adopt(std::move(*found));
 }
 
-void PrinterOpener::queueFetched(const QString& name, const QByteArray& ppd) {
-    const Queue* known = mDirectory.find(name);
-    Queue queue = known ? *known : Queue();
-    queue.name = name;
-    Result<FoundPrinter> found = foundQueue(queue, ppd);
-    if (!found) {
-        giveUp(QueueRef{name}, found.error().sentence);
-        return;
-    }
-    const auto remembered = rememberQueue(name);
+void PrinterOpener::queueFound(const std::shared_ptr<FoundPrinter>& printer) {
+    const auto remembered = rememberQueue(*queueName(printer->ref));
     static_cast<void>(remembered); // only a convenience
-    adopt(std::move(*found));
+    adopt(std::move(*printer));
 }
 
 void PrinterOpener::adopt(FoundPrinter printer) {
     keepChoices();
-    mDirectory.cancelFetch();
-    mFetched.clear();
+    mDirectory.cancelFind();
+    mComing.clear();
     Q_EMIT aboutToOpen();
     const PrinterRef ref = printer.ref;
     const QString title = printer.title;

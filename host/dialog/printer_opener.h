@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -54,7 +55,7 @@ private:
     void queuesChanged(const std::vector<Queue>& queues);
     void openFirst(const std::vector<Queue>& queues);
     void openFile(const QString& path);
-    void queueFetched(const QString& name, const QByteArray& ppd);
+    void queueFound(const std::shared_ptr<FoundPrinter>& printer);
     void giveUp(const PrinterRef& printer, const QString& sentence);
     void adopt(FoundPrinter printer);
     Settings* chosenFor(const PrinterRef& printer);
@@ -71,7 +72,7 @@ private:
     /// The queue to begin with; empty: the service's default. Nothing once the user decides.
     std::optional<QString> mFirst;
     /// Empty while nothing is fetched.
-    QString mFetched;
+    QString mComing;
 };
 
 } // namespace labelcut

@@ -3,6 +3,7 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QPixmapCache>
 #include <QWidget>
 
 #include <algorithm>
@@ -71,6 +72,8 @@ public:
         apply();
         qApp->installEventFilter(this);
     }
+    /// Styles keep pictures of controls for each palette; those of this one are of no use any more.
+    ~PaletteKeeper() override { QPixmapCache::clear(); }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)

@@ -10,7 +10,7 @@ PrinterDirectory::PrinterDirectory(CupsConnection service, QObject* parent)
     : QObject(parent)
     , mService(std::move(service))
     , mRefresh(this)
-    , mFetch(this) {}
+    , mFind(this) {}
 
 PrinterDirectory::~PrinterDirectory() = default;
 
@@ -63,17 +63,17 @@ const Queue* PrinterDirectory::find(const QString& name) const {
     return queue == mPrinters.end() ? nullptr : &*queue;
 }
 
-void PrinterDirectory::fetchPpd(const QString& name) {
-    mFetch.start(
-        [this, service = mService, name, timeout = mTimeout](const BackgroundCall::Link& link) {
-            const auto ppd = service.fetchPpd(name, {timeout, &link.cancelFlag()});
-            link.tell([this, name, ppd] {
-                if (ppd)
-                    Q_EMIT ppdFetched(name, *ppd);
-                else
-                    Q_EMIT ppdFailed(name, ppd.error());
-            });
-        });
+void PrinterDirectory::findQueue(const QString& name) {
+    mFind.start([this, service = mService, name,
+                 timeout = mTimeout](const BackgroundCall::Link& link) {
+        auto found = findPrinter(QueueRef{name}, service, {timeout, &link.cancelFlag()});
+        if (!found) {
+            link.tell([this, name, error = found.error()] { Q_EMIT queueNotFound(name, error); });
+            return;
+        }
+        const auto printer = std::make_shared<FoundPrinter>(std::move(*found));
+        link.tell([this, printer] { Q_EMIT queueFound(printer); });
+    });
 }
 
 void PrinterDirectory::showFound(const std::vector<Queue>& found) {

@@ -1,18 +1,19 @@
 // Printers: the queues of a print service, asked for without ever making the caller wait.
 #pragma once
 
-#include <QByteArray>
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 #include "host/core/background_call.h"
+#include "host/printers/printer_source.h"
 #include "host/service/cups_connection.h"
 
 namespace labelcut {
 
-/// Asks for queues and PPDs in the background. Every function returns at once, also with a service
+/// Asks for queues in the background. Every function returns at once, also with a service
 /// that never answers, and every signal comes later, on this object's own thread; its event loop
 /// must run for them. Destroying it, and every new request, drops the request of the same kind
 /// that is under way: nothing of that one is heard any more.
@@ -41,9 +42,9 @@ public:
     /// Borrowed until the next change; null when there is none of that name.
     const Queue* find(const QString& name) const;
 
-    /// Asks for a queue's PPD, which ppdFetched() or ppdFailed() answers.
-    void fetchPpd(const QString& name);
-    void cancelFetch() { mFetch.drop(); }
+    /// Finds a queue with all that opening it takes, which queueFound() or queueNotFound() answers.
+    void findQueue(const QString& name);
+    void cancelFind() { mFind.drop(); }
 
 Q_SIGNALS:
     /// The list has changed, in full or so far.
@@ -52,8 +53,9 @@ Q_SIGNALS:
     void failed(const labelcut::Error& error);
     /// The refresh has ended by itself, one way or the other.
     void finished();
-    void ppdFetched(const QString& name, const QByteArray& ppd);
-    void ppdFailed(const QString& name, const labelcut::Error& error);
+    /// The receiver may take the printer out; there is one.
+    void queueFound(const std::shared_ptr<labelcut::FoundPrinter>& printer);
+    void queueNotFound(const QString& name, const labelcut::Error& error);
 
 private:
     void showFound(const std::vector<Queue>& found);
@@ -65,7 +67,7 @@ private:
     bool mRefreshing = false;
     std::vector<Queue> mPrinters;
     BackgroundCall mRefresh;
-    BackgroundCall mFetch;
+    BackgroundCall mFind;
 };
 
 } // namespace labelcut

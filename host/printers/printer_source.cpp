@@ -43,6 +43,21 @@ void addSavedOptions(FoundPrinter& printer, const QString& queue) {
     printer.notes << saved.problems << describe(printer.ppd.get(), match.missing);
 }
 
+/// @param queue  as the service describes it. @param ppd  its PPD.
+Result<FoundPrinter> foundQueue(const Queue& queue, const QByteArray& ppd) {
+    Result<ppd::File> opened = openPpd(ppd, queue.name);
+    if (!opened)
+        return opened.error();
+    FoundPrinter printer;
+    printer.ref = QueueRef{queue.name};
+    printer.title = titleOf(queue);
+    printer.queue = queue;
+    printer.ppd = std::move(*opened);
+    ppd::markDefaults(printer.ppd.get());
+    addSavedOptions(printer, queue.name);
+    return printer;
+}
+
 Result<FoundPrinter> findQueue(const QString& name, const CupsConnection& service,
                                const CallLimits& limits) {
     const Result<QueueDetails> details = service.queueAttributes(name, limits);
@@ -80,20 +95,6 @@ Result<FoundPrinter> findPpdFile(const QString& path) {
     ppd::markDefaults(printer.ppd.get());
     printer.ref = PpdFileRef{QFileInfo(path).absoluteFilePath()};
     printer.title = view.name().isEmpty() ? QFileInfo(path).completeBaseName() : view.name();
-    return printer;
-}
-
-Result<FoundPrinter> foundQueue(const Queue& queue, const QByteArray& ppd) {
-    Result<ppd::File> opened = openPpd(ppd, queue.name);
-    if (!opened)
-        return opened.error();
-    FoundPrinter printer;
-    printer.ref = QueueRef{queue.name};
-    printer.title = titleOf(queue);
-    printer.queue = queue;
-    printer.ppd = std::move(*opened);
-    ppd::markDefaults(printer.ppd.get());
-    addSavedOptions(printer, queue.name);
     return printer;
 }
 

@@ -41,13 +41,9 @@ struct FoundPrinter {
 Result<FoundPrinter> findPrinter(const PrinterRef& printer, const CupsConnection& service,
                                  const CallLimits& limits);
 
-/// @name The two sources, for those who have asked the service themselves
-/// @{
-/// @param path  of a PPD as the user gave it; the ref is its absolute path.
+/// The same for a PPD; asks no service.
+/// @param path  as the user gave it; the ref is its absolute path.
 Result<FoundPrinter> findPpdFile(const QString& path);
-/// @param queue  as the service describes it. @param ppd  its PPD, fetched.
-Result<FoundPrinter> foundQueue(const Queue& queue, const QByteArray& ppd);
-/// @}
 
 /// Opens the PPD that was fetched; a file of it exists only meanwhile, readable by the user alone.
 /// Nothing is marked. May be called on any thread.

@@ -50,7 +50,8 @@ QString conflictingPpd(const PrivateHome& home);
 /// While one lives, windows are shown, about which the platform without a screen complains.
 class Offscreen {
 private:
-    ExpectedWarning mComplaint{QStringLiteral("^This plugin does not support ")};
+    ExpectedWarning mComplaint{QStringLiteral("^This plugin does not support "),
+                               ExpectedWarning::Arrival::Possible};
 };
 
 /// A printer known by its PPD, open with the plug-ins of the build tree.

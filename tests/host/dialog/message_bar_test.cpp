@@ -34,6 +34,7 @@ protected:
         settle();
     }
 
+    Offscreen mOffscreen;
     QWidget mWindow;
     MessageBar mBar;
 };

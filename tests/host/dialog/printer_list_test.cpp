@@ -37,6 +37,7 @@ protected:
         return QToolTip::text();
     }
 
+    Offscreen mOffscreen;
     PrinterList mList;
 };
 

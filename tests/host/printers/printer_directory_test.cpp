@@ -46,11 +46,9 @@ struct Said {
         QObject::connect(&directory, &D::failed, &context,
                          [&](const Error& e) { errors.push_back(e); });
         QObject::connect(&directory, &D::finished, &context, [&] { ++finished; });
-        QObject::connect(&directory, &D::ppdFetched, &context,
-                         [&](const QString& name, const QByteArray& ppd) {
-                             fetched.push_back({name, ppd});
-                         });
-        QObject::connect(&directory, &D::ppdFailed, &context,
+        QObject::connect(&directory, &D::queueFound, &context,
+                         [&](const auto& printer) { found.push_back(printer); });
+        QObject::connect(&directory, &D::queueNotFound, &context,
                          [&](const QString&, const Error& e) { errors.push_back(e); });
     }
     bool waitForEnd(int count = 1) {
@@ -60,7 +58,7 @@ struct Said {
     QObject context;
     std::vector<std::vector<Queue>> lists;
     std::vector<Error> errors;
-    std::vector<std::pair<QString, QByteArray>> fetched;
+    std::vector<std::shared_ptr<FoundPrinter>> found;
     int finished = 0;
     QThread* thread = nullptr;
 };
@@ -212,7 +210,7 @@ TEST_P(SilentServerTest, TheEventLoopKeepsTurningUntilTheTimeIsOver) {
     Said said(directory);
     Pulse pulse;
     EXPECT_LT(timeOf([&] { directory.refresh(kTape); }), kSoon);
-    EXPECT_LT(timeOf([&] { directory.fetchPpd(kTape); }), kSoon);
+    EXPECT_LT(timeOf([&] { directory.findQueue(kTape); }), kSoon);
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 2; }));
     EXPECT_EQ(said.finished, 1);
     // One pulse in 10 ms; far fewer do on a busy machine, none in a blocked one.
@@ -228,10 +226,10 @@ TEST_P(SilentServerTest, ANewRefreshAndTheEndDoNotWait) {
     directory->setTimeout(kLong);
     Said said(*directory);
     directory->refresh(kTape);
-    directory->fetchPpd(kTape);
+    directory->findQueue(kTape);
     turnFor(100);
     EXPECT_LT(timeOf([&] { directory->refresh(); }), kSoon);
-    EXPECT_LT(timeOf([&] { directory->fetchPpd(kTape); }), kSoon);
+    EXPECT_LT(timeOf([&] { directory->findQueue(kTape); }), kSoon);
     EXPECT_LT(timeOf([&] { directory->cancelRefresh(); }), kSoon);
     EXPECT_FALSE(directory->isRefreshing());
     directory->refresh();
@@ -266,31 +264,33 @@ TEST(PrinterDirectoryTest, ARefreshAfterASilentOneIsAnsweredAtOnce) {
 
 // --- PPDs ---
 
-TEST(PrinterDirectoryTest, APpdIsFetchedAndOpened) {
+TEST(PrinterDirectoryTest, AQueueIsFoundWithItsPpd) {
     PrivateCupsd service;
     ASSERT_TRUE(service.start()) << service.errorLog().toStdString();
     ASSERT_TRUE(service.addQueue(kTape, kPpd));
     ASSERT_TRUE(service.addQueue(QStringLiteral("raw"), {}));
     PrinterDirectory directory(to(service));
     Said said(directory);
-    directory.fetchPpd(kTape);
-    ASSERT_TRUE(turnUntil([&] { return said.fetched.size() == 1; }));
-    EXPECT_EQ(said.fetched.front().first, kTape);
-    const Result<ppd::File> ppd = openPpd(said.fetched.front().second, kTape);
-    ASSERT_TRUE(ppd);
-    EXPECT_NE(ppd::findOption(ppd->get(), "KvHalfCut"), nullptr);
+    directory.findQueue(kTape);
+    ASSERT_TRUE(turnUntil([&] { return said.found.size() == 1; }));
+    const FoundPrinter& tape = *said.found.front();
+    EXPECT_EQ(tape.ref, PrinterRef(QueueRef{kTape}));
+    ASSERT_TRUE(tape.queue);
+    EXPECT_EQ(tape.queue->name, kTape);
+    EXPECT_TRUE(tape.queue->deviceUri) << "which panels are told";
+    EXPECT_NE(ppd::findOption(tape.ppd.get(), "KvHalfCut"), nullptr);
 
-    directory.fetchPpd(QStringLiteral("raw"));
+    directory.findQueue(QStringLiteral("raw"));
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 1; }));
     EXPECT_EQ(said.errors.back().kind, ErrorKind::QueueWithoutPpd);
-    directory.fetchPpd(QStringLiteral("gone"));
+    directory.findQueue(QStringLiteral("gone"));
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 2; }));
     EXPECT_EQ(said.errors.back().kind, ErrorKind::NoSuchQueue);
 
     // Only the last wish counts.
-    directory.fetchPpd(QStringLiteral("raw"));
-    directory.fetchPpd(kTape);
-    ASSERT_TRUE(turnUntil([&] { return said.fetched.size() == 2; }));
+    directory.findQueue(QStringLiteral("raw"));
+    directory.findQueue(kTape);
+    ASSERT_TRUE(turnUntil([&] { return said.found.size() == 2; }));
     turnFor(100);
     EXPECT_EQ(said.errors.size(), 2U);
 }
