@@ -66,8 +66,8 @@ CustomField::CustomField(Parameter parameter, const QString& option, QWidget& pa
     mEdit->setAccessibleName(hostText("SettingText").arg(option, mParameter.text));
     mEdit->setAccessibleDescription(boundsText());
     mEdit->setPlaceholderText(mParameter.text);
-    mEdit->setToolTip(
-        Qt::convertFromPlainText(hostText("SettingText").arg(mParameter.text, boundsText())));
+    mEdit->setToolTip(Qt::convertFromPlainText(
+        hostText("SettingText").arg(mParameter.text, boundsText()), Qt::WhiteSpaceNormal));
     mEdit->setMaximumWidth(kFieldLetters * mEdit->fontMetrics().averageCharWidth());
     if (mParameter.type == Type::Password)
         mEdit->setEchoMode(QLineEdit::Password);

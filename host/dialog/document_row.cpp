@@ -56,7 +56,8 @@ void DocumentRow::refresh() {
     // A long name does not widen the window.
     const QString title = fontMetrics().elidedText(whole, Qt::ElideMiddle,
                                                    kTitleLength * fontMetrics().averageCharWidth());
-    mTitle->setToolTip(title == whole ? QString() : Qt::convertFromPlainText(whole));
+    mTitle->setToolTip(title == whole ? QString()
+                                      : Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal));
     if (mModel.files().isEmpty())
         mTitle->setText(hostText("NoDocument"));
     else if (pages == 0)

@@ -66,7 +66,7 @@ bool ElidingComboBox::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip || elidedText() == currentText())
         return QComboBox::event(event);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                       Qt::convertFromPlainText(currentText()), this);
+                       Qt::convertFromPlainText(currentText(), Qt::WhiteSpaceNormal), this);
     return true;
 }
 

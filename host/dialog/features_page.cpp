@@ -28,7 +28,8 @@ QGroupBox* groupBox(const QString& title) {
     const QString fitting =
         metrics.elidedText(title, Qt::ElideRight, kTitleLetters * metrics.averageCharWidth());
     box->setTitle(QString(fitting).replace(u'&', QStringLiteral("&&")));
-    box->setToolTip(fitting == title ? QString() : Qt::convertFromPlainText(title));
+    box->setToolTip(fitting == title ? QString()
+                                     : Qt::convertFromPlainText(title, Qt::WhiteSpaceNormal));
     box->setAccessibleName(title);
     return box;
 }

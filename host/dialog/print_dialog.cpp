@@ -38,6 +38,7 @@ PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugi
         iconFromPicture(Picture::fromFile(QStringLiteral(":/labelcut/host/labelcut.svg"))));
     makeAccessibleTogglesClicks();
     keepDisabledTextsReadable(*this);
+    keepFocusInSight(*this);
     buildWindow();
     connectParts();
     connectRun();

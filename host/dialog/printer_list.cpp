@@ -61,7 +61,8 @@ void PrinterList::setPrinters(std::vector<ListedPrinter> queues,
     clear();
     for (const ListedPrinter& printer : mPrinters) {
         addItem(printer.title);
-        setItemData(count() - 1, Qt::convertFromPlainText(printer.title), Qt::ToolTipRole);
+        setItemData(count() - 1, Qt::convertFromPlainText(printer.title, Qt::WhiteSpaceNormal),
+                    Qt::ToolTipRole);
     }
     if (count() > 0)
         insertSeparator(count());
@@ -103,8 +104,9 @@ bool PrinterList::event(QEvent* event) {
     const QRect room =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
     const bool isCut = fontMetrics().horizontalAdvance(currentText()) > room.width();
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                       isCut ? Qt::convertFromPlainText(currentText()) : QString(), this);
+    QToolTip::showText(
+        static_cast<QHelpEvent*>(event)->globalPos(),
+        isCut ? Qt::convertFromPlainText(currentText(), Qt::WhiteSpaceNormal) : QString(), this);
     return true;
 }
 

@@ -1,6 +1,7 @@
-// The dialog: where the Tab key goes.
+// The dialog: where the Tab key goes, and what has the focus is in sight.
 #include "host/dialog/tab_order.h"
 
+#include <QApplication>
 #include <QScrollArea>
 #include <QWidget>
 
@@ -53,8 +54,15 @@ bool moveFocus(const QWidget& window, const std::vector<QWidget*>& parts, bool n
     const std::size_t before = index == 0 || here == stops.end() ? last : index - 1;
     QWidget* stop = stops[next ? after : before];
     stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    scrollTo(*stop);
     return true;
+}
+
+void keepFocusInSight(QWidget& window) {
+    QObject::connect(qApp, &QApplication::focusChanged, &window, [&window](QWidget*, QWidget* now) {
+        const bool byMouse = QApplication::mouseButtons() != Qt::NoButton;
+        if (now && window.isAncestorOf(now) && !byMouse)
+            scrollTo(*now);
+    });
 }
 
 } // namespace labelcut
