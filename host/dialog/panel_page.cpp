@@ -100,10 +100,10 @@ void PanelPage::addFoldButton(QHBoxLayout& row) {
     mFold = new QToolButton;
     mFold->setObjectName(QStringLiteral("foldPanel"));
     mFold->setAutoRaise(true);
-    mFold->setCheckable(true);
     mFold->setFocusPolicy(Qt::StrongFocus);
     mFold->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    connect(mFold, &QToolButton::toggled, this, [this](bool unfolded) { fold(!unfolded); });
+    connect(mFold, &QToolButton::clicked, this,
+            [this] { fold(!mFolded.contains(mPanel.panelKind())); });
     row.addWidget(mFold);
 }
 
@@ -122,7 +122,6 @@ void PanelPage::fold(bool folded) {
     mArea->setVisible(!folded);
     if (!mFold)
         return;
-    mFold->setChecked(!folded);
     const Qt::ArrowType aside = isRightToLeft() ? Qt::LeftArrow : Qt::RightArrow;
     mFold->setArrowType(folded ? aside : Qt::DownArrow);
     mFold->setText(hostText(folded ? "UnfoldPanel" : "FoldPanel"));

@@ -23,10 +23,16 @@ namespace {
 
 /// At least; more where there is room.
 constexpr int kCommandLines = 3;
+/// Characters that stand in one line.
+constexpr int kUnwrapped = 24;
+/// Of the page's width.
+constexpr int kChoicesShare = 3;
+constexpr int kCommandsShare = 2;
 
 QLabel* selectableLabel(const QString& text) {
     QLabel* label = plainLabel(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setWordWrap(text.size() > kUnwrapped);
     return label;
 }
 
@@ -59,6 +65,7 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     auto* choices = new QGroupBox(hostText("SummaryChoices"));
     choices->setObjectName(QStringLiteral("summary"));
     mEntries = new QFormLayout(choices);
+    mEntries->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     auto* commands = new QGroupBox(hostText("SameAsCommand"));
     auto* column = new QVBoxLayout(commands);
     mLabelcut = addCommand(*column, QStringLiteral("labelcut"), QStringLiteral("Labelcut"));
@@ -68,8 +75,8 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     mLeftOut->setWordWrap(true);
     column->addWidget(mLeftOut);
     auto* row = new QHBoxLayout(page);
-    row->addWidget(choices);
-    row->addWidget(commands, 1);
+    row->addWidget(choices, kChoicesShare);
+    row->addWidget(commands, kCommandsShare);
     showJob();
 }
 

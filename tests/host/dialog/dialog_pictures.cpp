@@ -7,11 +7,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QProcess>
 #include <QProgressBar>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <map>
@@ -76,7 +80,10 @@ QStringList flawsOf(PrintDialog& dialog) {
                          .arg(widget->width())
                          .arg(widget->height());
     }
-    for (const auto* page : dialog.tabs().currentWidget()->findChildren<QScrollArea*>()) {
+    const QWidget* shown = dialog.tabs().currentWidget();
+    if (!shown)
+        return flaws;
+    for (const auto* page : shown->findChildren<QScrollArea*>()) {
         if (page->horizontalScrollBar()->isVisible() ||
             (dialog.tabs().currentIndex() == 0 && page->verticalScrollBar()->isVisible()))
             flaws << QStringLiteral("the page can only be seen by scrolling");
@@ -194,13 +201,34 @@ int takeAll(const QString& folder, const QString& name) {
     return camera.isContent() ? 0 : 1;
 }
 
+/// Describes a screen that has room for the window at any scale, which the platform's own has not.
+void writeScreen(const QString& path) {
+    const QJsonObject screen{{QStringLiteral("name"), QStringLiteral("large")},
+                             {QStringLiteral("x"), 0},
+                             {QStringLiteral("y"), 0},
+                             {QStringLiteral("width"), 2400},
+                             {QStringLiteral("height"), 1800},
+                             {QStringLiteral("logicalDpi"), 96},
+                             {QStringLiteral("logicalBaseDpi"), 96},
+                             {QStringLiteral("dpr"), 1}};
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("%s cannot be written", qPrintable(path));
+    file.write(
+        QJsonDocument(QJsonObject{{QStringLiteral("screens"), QJsonArray{screen}}}).toJson());
+}
+
 /// Every look in a process of its own: language and scale are fixed when a program starts.
 int takeInProcesses(const QString& folder, const QStringList& names) {
     int failures = 0;
+    const QTemporaryDir scratch;
+    const QString screen = scratch.filePath(QStringLiteral("screen.json"));
+    writeScreen(screen);
     for (const QString& name : names) {
         const Look& look = looks().at(name);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"),
+                           QStringLiteral("offscreen:configfile=") + screen);
         environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(look.scale));
         environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(look.language));
         environment.insert(QStringLiteral("LC_ALL"),
