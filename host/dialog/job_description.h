@@ -35,8 +35,8 @@ std::vector<SummaryGroup> wholeSummary(const JobModel& model);
 /// What will happen, in one sentence; empty without a printer.
 QString jobSentence(const JobModel& model);
 
-/// The same job as a command for a shell, without passwords: of Labelcut, and of CUPS (empty without
-/// a queue). There is a printer.
+/// The same job as a command for a shell, without passwords: of Labelcut, and of CUPS (empty
+/// without a queue). There is a printer.
 QString labelcutCommand(const JobModel& model);
 QString lpCommand(const JobModel& model);
 /// Titles of the options whose passwords the commands leave out.

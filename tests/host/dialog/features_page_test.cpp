@@ -35,9 +35,7 @@ QByteArray longOptions() {
 
 class FieldsTest : public testing::Test {
 protected:
-    void open(const QString& ppd) {
-        mModel.adopt(openedPpd(ppd));
-    }
+    void open(const QString& ppd) { mModel.adopt(openedPpd(ppd)); }
     void choose(const char* keyword, const char* choice) {
         ASSERT_TRUE(mModel.choose(QLatin1String(keyword), QLatin1String(choice)));
     }

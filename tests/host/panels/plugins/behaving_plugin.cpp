@@ -24,7 +24,9 @@ public:
     ~Panel() override { count("panelsGone"); }
 
     QWidget* panelView() override { return orThrow<QWidget*>(nullptr); }
-    QString panelName() override { return QLatin1String(kBehaviour.data(), qsizetype(kBehaviour.size())); }
+    QString panelName() override {
+        return QLatin1String(kBehaviour.data(), qsizetype(kBehaviour.size()));
+    }
     QString panelKind() override { return QStringLiteral("org.labelcut.test"); }
     std::optional<QStringList> supportedPPDOptionKeys() override {
         if (kBehaviour == "throws_asked" && mKey == QLatin1String("KvHalfCut"))

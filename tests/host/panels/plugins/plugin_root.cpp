@@ -34,7 +34,9 @@ public:
         isDefinedNowhere();
 #endif
     }
-    std::unique_ptr<PDEPlugin> create(const PDESystem&) override { return createPrincipal(); }
+    std::unique_ptr<PDEPlugin> create(const PDESystem&) override {
+        return createPrincipal();
+    }
 };
 #endif
 
