@@ -26,6 +26,8 @@ namespace {
 constexpr QSize kLinesBesides(4, 24);
 /// How wide a panel's help is, in characters of usual width.
 constexpr int kHelpWidth = 60;
+/// In lines of text.
+constexpr int kRemarkIndent = 1;
 
 class ViewArea : public QScrollArea {
 public:
@@ -64,19 +66,21 @@ PanelPage::PanelPage(JobModel& model, const PanelSet::Entry& panel, std::set<QSt
     if (mPanel.shouldShowHelp())
         addHelpButton(*row);
     mArea = new ViewArea;
+    mArea->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     mRemark->setObjectName(QStringLiteral("remark"));
     mRemarkText->setWordWrap(true);
     mRemarkText->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* line = new QVBoxLayout(mRemark);
-    line->setContentsMargins(0, 0, 0, 0);
+    // In line with the panel above.
+    line->setContentsMargins(kRemarkIndent * fontMetrics().height(), 0, 0, 0);
     line->addWidget(mRemarkText);
     mRemark->hide();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addLayout(row);
-    column->addWidget(mArea, 1);
+    column->addWidget(mArea);
     column->addWidget(mRemark);
-    column->addStretch(0);
+    column->addStretch(1);
 
     if (QWidget* view = model.showPanel(panel)) {
         mArea->setWidget(view);
