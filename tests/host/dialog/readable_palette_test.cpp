@@ -100,4 +100,20 @@ TEST(ReadablePaletteTest, AWindowAndWhatIsInItFollowTheDesktopsColours) {
     QApplication::setPalette(before);
 }
 
+TEST(ReadablePaletteTest, ThePrintDialogsDisabledTextsCanBeReadInDarkColours) {
+    const Offscreen offscreen;
+    const PrivateHome home;
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(dark());
+    auto dialog = openDialog(kTapePpd);
+    for (const QWidget* widget : dialog->findChildren<QWidget*>()) {
+        const QPalette shown = widget->palette();
+        for (const auto& [text, ground] : kTexts)
+            EXPECT_GE(contrast(shown, QPalette::Disabled, text, ground), 3)
+                << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+    }
+    dialog.reset();
+    QApplication::setPalette(before);
+}
+
 } // namespace labelcut::test
