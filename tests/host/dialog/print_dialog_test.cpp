@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <functional>
 #include <set>
 
 #include "host/presets/preset_store.h"
@@ -197,6 +198,100 @@ TEST_F(PrintDialogTest, TheCountReachesEverything) {
     settle();
     EXPECT_EQ(choice("KvCutLabel"), "13");
     expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, ACountThatIsSteppedLeavesEveryTickAsItIs) {
+    // Tapes can be cut every so many labels as well.
+    const QString tape = extendedPpd(mHome, R"ppd(
+*OpenUI *KvCutLabel/Cut every: PickOne
+*OrderDependency: 40 AnySetup *KvCutLabel
+*DefaultKvCutLabel: 3
+*KvCutLabel 1/1: "userdict /LabelcutCutLabel 1 put"
+*KvCutLabel 2/2: "userdict /LabelcutCutLabel 2 put"
+*KvCutLabel 3/3: "userdict /LabelcutCutLabel 3 put"
+*KvCutLabel 4/4: "userdict /LabelcutCutLabel 4 put"
+*KvCutLabel 5/5: "userdict /LabelcutCutLabel 5 put"
+*CloseUI: *KvCutLabel
+)ppd");
+    for (const QString& ppd : {kRollPpd, tape}) {
+        open(ppd);
+        click(control<QCheckBox>("mMirrorPrintChkBx"));
+        auto& cutEvery = control<QCheckBox>("mCutEveryChkBx");
+        if (!cutEvery.isChecked())
+            click(cutEvery);
+        auto& count = control<QLineEdit>("mCutEveryTxBx");
+        count.setFocus();
+        const std::pair<const char*, std::function<void()>> steps[] = {
+            {"Up", [&] { QTest::keyClick(&count, Qt::Key_Up); }},
+            {"the wheel", [&] { turnWheel(count, 1); }},
+            {"Down", [&] { QTest::keyClick(&count, Qt::Key_Down); }},
+        };
+        for (const auto& [name, step] : steps) {
+            const std::string before = choice("KvCutLabel");
+            step();
+            settle();
+            EXPECT_NE(choice("KvCutLabel"), before) << name;
+            EXPECT_EQ(count.text().toStdString(), choice("KvCutLabel")) << name;
+            EXPECT_EQ(choice("KvMirror"), "ON") << name;
+            EXPECT_TRUE(control<QCheckBox>("mMirrorPrintChkBx").isChecked()) << name;
+            EXPECT_TRUE(cutEvery.isChecked()) << name;
+            EXPECT_THAT(messages(), IsEmpty()) << name;
+            expectOneTruth(*mDialog);
+        }
+    }
+}
+
+TEST_F(PrintDialogTest, UndoTakesBackTheLastClickAloneAndSaysNothing) {
+    open();
+    click(control<QCheckBox>("mMirrorPrintChkBx"));
+    click(control<QCheckBox>("mRemoveBlkSpaceChkBx"));
+    ASSERT_EQ(choice("KvRemoveBlkSpace"), "ON");
+    press("undo");
+    EXPECT_EQ(choice("KvRemoveBlkSpace"), "OFF");
+    EXPECT_EQ(choice("KvMirror"), "ON");
+    EXPECT_TRUE(control<QCheckBox>("mMirrorPrintChkBx").isChecked());
+    EXPECT_THAT(messages(), IsEmpty());
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, SpecialTapeKeepsTheTicksThatItExcludesAndALineSaysSo) {
+    open();
+    for (const char* box : {"mHalfCutChkBx", "mChainPrintChkBx", "mSpecialTapeChkBx"})
+        click(control<QCheckBox>(box));
+    const auto& remark = control<QWidget>("remark");
+    for (const auto& [box, key] :
+         {std::pair("mHalfCutChkBx", "KvHalfCut"), std::pair("mChainPrintChkBx", "KvChainPrint")}) {
+        EXPECT_TRUE(control<QCheckBox>(box).isChecked()) << box;
+        EXPECT_FALSE(control<QCheckBox>(box).isEnabled()) << box;
+        EXPECT_EQ(choice(key), "OFF");
+        EXPECT_THAT(model().jobSettings(),
+                    testing::Contains(Setting{QLatin1String(key), QStringLiteral("OFF")}));
+    }
+    EXPECT_TRUE(remark.isVisible());
+    EXPECT_EQ(remark.findChild<QLabel*>()->text().toStdString(),
+              "While “Special tape” is on, these are sent as off although they are ticked: Auto "
+              "cut, Half cut, Chain printing.");
+    expectOneTruth(*mDialog);
+    click(control<QCheckBox>("mSpecialTapeChkBx"));
+    EXPECT_FALSE(remark.isVisible());
+    EXPECT_EQ(choice("KvHalfCut"), "ON");
+    expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, TheToolTipOfRemoveBlankSpaceFollowsThePaper) {
+    open();
+    const auto& box = control<QCheckBox>("mRemoveBlkSpaceChkBx");
+    const QString usual = box.toolTip();
+    for (const auto& [paper, isFixed] : {std::pair("DC24", true), std::pair("T12", false)}) {
+        openTab(*mDialog, 1);
+        choose(optionBox(*mDialog, "PageSize"), QLatin1String(paper));
+        openTab(*mDialog, 0);
+        EXPECT_EQ(box.isEnabled(), !isFixed) << paper;
+        EXPECT_EQ(box.toolTip().toStdString(),
+                  isFixed ? "This paper has a fixed length, so blank space stays"
+                          : usual.toStdString())
+            << paper;
+    }
 }
 
 TEST_F(PrintDialogTest, AFeatureIsChosenAndSetBack) {
