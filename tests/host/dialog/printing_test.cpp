@@ -153,6 +153,34 @@ TEST_F(IntoFileTest, TheFileIsWhatTheShownCommandMakes) {
     EXPECT_EQ(featuresIn(contentOf(mHome.path(QStringLiteral("labels.ps")))), features);
 }
 
+TEST_F(IntoFileTest, APresetWithMirrorIsPrintedAlikeInTheWindowAndByCommand) {
+    const auto command = [this](const QStringList& arguments) {
+        Start start;
+        start.arguments = arguments + QStringList{QStringLiteral("--ppd"), kTapePpd};
+        start.environment[QStringLiteral("XDG_CONFIG_HOME")] = mHome.path(QStringLiteral("config"));
+        const Outcome outcome = run(start);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+    };
+    command(words("presets save Flipped --set KvMirror=ON --set KvHalfCut=ON"));
+    mDialog = openDialog(kTapePpd);
+    auto& mirror = control<QCheckBox>("mMirrorPrintChkBx");
+    ASSERT_FALSE(mirror.isChecked());
+    ASSERT_EQ(control<QComboBox>("presets").count(), 1);
+    choose(control<QComboBox>("presets"), 0);
+    EXPECT_TRUE(mirror.isChecked());
+    EXPECT_THAT(messages(), testing::IsEmpty());
+    expectOneTruth(*mDialog);
+    const QString inWindow = print();
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+
+    const QString byCommand = mHome.path(QStringLiteral("command.ps"));
+    command(words("print --preset Flipped -o") << byCommand << kLabels);
+    const std::vector<std::string> features = featuresIn(contentOf(byCommand));
+    EXPECT_THAT(features, testing::Contains(HasSubstr("KvMirror ON")));
+    EXPECT_THAT(features, testing::Contains(HasSubstr("KvHalfCut ON")));
+    EXPECT_EQ(featuresIn(contentOf(inWindow)), features);
+}
+
 TEST_F(IntoFileTest, AFileThatCannotBeWrittenKeepsDialogAndChoices) {
     mDialog = openDialog(kTapePpd);
     makeChoices();
