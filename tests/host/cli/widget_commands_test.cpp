@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QImage>
+#include <QProcess>
 
 #include <unistd.h>
 
@@ -50,6 +51,40 @@ protected:
 TEST_F(WidgetCommandsTest, WithoutADisplayTheDialogNamesTheOtherWay) {
     for (const char* arguments : {"", "dialog", "dialog some.pdf --printer shelf"})
         expectRefusal(run(words(arguments)), "There is no display to open the dialog on");
+}
+
+TEST_F(WidgetCommandsTest, APrinterThatTheDialogCannotOpenIsToldOnStandardErrorAsWell) {
+    const QString text = mFolder.file(QStringLiteral("text.ppd"), "hello\n");
+    struct Row {
+        const char* option;
+        QString printer;
+        const char* sentence;
+    };
+    const Row rows[] = {
+        {"--ppd", QStringLiteral("/nonexistent.ppd"), "nonexistent.ppd” does not exist"},
+        {"--ppd", text, "text.ppd” is no usable PPD"},
+        {"--printer", QStringLiteral("NoSuchQueue"), "print service"},
+    };
+    for (const Row& row : rows) {
+        QProcess dialog;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("CUPS_SERVER"), QStringLiteral("/nonexistent/cups.sock"));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), mFolder.path(QString()));
+        dialog.setProcessEnvironment(environment);
+        dialog.start(QStringLiteral(LABELCUT_PROGRAM),
+                     {QStringLiteral("dialog"), QLatin1String(row.option), row.printer, kLabels});
+        dialog.setReadChannel(QProcess::StandardError);
+        QByteArray told;
+        while (!told.contains("labelcut: ") && dialog.waitForReadyRead(30000))
+            told += dialog.readAllStandardError();
+        EXPECT_EQ(dialog.state(), QProcess::Running) << "the window stays";
+        dialog.terminate();
+        EXPECT_TRUE(dialog.waitForFinished(30000)) << row.option;
+        told += dialog.readAllStandardError();
+        EXPECT_THAT(told.toStdString(), HasSubstr(row.sentence));
+        EXPECT_EQ(told.count("labelcut: "), 1) << told.toStdString();
+    }
 }
 
 TEST_F(WidgetCommandsTest, AScriptIsCarriedOutLineByLine) {
