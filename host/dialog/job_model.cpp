@@ -92,11 +92,11 @@ Settings JobModel::jobSettings() const {
     return mPrinter ? mPrinter->jobSettings() : Settings();
 }
 
-void JobModel::stepChoices(Settings asked) {
+void JobModel::stepChoices(const Settings& asked) {
     const Chosen now = chosen();
     const Settings different = differing(now.marks, mSteps.current().marks);
     if (now.marks != mSteps.current().marks)
-        mLatest = asked.empty() ? different : std::move(asked);
+        mLatest = asked.empty() ? different : asked;
     mSteps.step(now, UndoSteps::Kind::Choices);
 }
 

@@ -131,7 +131,7 @@ private:
     Chosen chosen() const { return {marks(), mAmount.copies, mAmount.pages}; }
     /// What was chosen becomes a step. @param asked  what the user asked for; empty: all that
     /// differs.
-    void stepChoices(Settings asked = {});
+    void stepChoices(const Settings& asked = {});
     void tell(const QStringList& sentences);
     void applyPages();
     QString settingText(const Setting& setting) const;

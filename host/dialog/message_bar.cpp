@@ -146,6 +146,7 @@ void MessageBar::giveFocusBack() {
 
 std::vector<MessageBar::Row*> MessageBar::rows() const {
     std::vector<Row*> all;
+    all.reserve(static_cast<std::size_t>(mRows->count()));
     for (int i = 0; i < mRows->count(); ++i)
         all.push_back(static_cast<Row*>(mRows->itemAt(i)->widget()));
     return all;
