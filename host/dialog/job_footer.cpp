@@ -1,14 +1,13 @@
 // The dialog: what will come out, in a sentence, and the buttons.
 #include "host/dialog/job_footer.h"
 
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
 
 #include "host/dialog/job_description.h"
-#include "host/dialog/plain_label.h"
+#include "host/dialog/steady_label.h"
 #include "host/dialog/window_body.h"
 #include "host/texts/host_text.h"
 
@@ -21,11 +20,9 @@ constexpr int kProgressWidth = 160;
 JobFooter::JobFooter(JobModel& model, QWidget* parent)
     : QWidget(parent)
     , mModel(model)
-    , mSentence(plainLabel())
+    , mSentence(new SteadyLabel(QStringLiteral("sentence")))
     , mRows(new QHBoxLayout)
     , mProgress(new QProgressBar) {
-    mSentence->setWordWrap(true);
-    mSentence->setObjectName(QStringLiteral("sentence"));
     mProgress->setObjectName(QStringLiteral("progress"));
     mProgress->setAccessibleName(hostText("Progress"));
     mProgress->setMaximumWidth(kProgressWidth);

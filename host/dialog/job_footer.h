@@ -4,13 +4,13 @@
 #include <QWidget>
 
 class QBoxLayout;
-class QLabel;
 class QProgressBar;
 class QPushButton;
 
 namespace labelcut {
 
 class JobModel;
+class SteadyLabel;
 
 /// The sentence, and below it in one row, or in two where the screen is narrow: back to the
 /// printer's defaults, undo; progress, Print, Cancel.
@@ -39,7 +39,7 @@ private:
     void fitScreen();
 
     JobModel& mModel;
-    QLabel* mSentence;
+    SteadyLabel* mSentence;
     QBoxLayout* mRows;
     QProgressBar* mProgress;
     QPushButton* mReset;
