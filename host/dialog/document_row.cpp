@@ -8,7 +8,7 @@
 
 #include <utility>
 
-#include "host/dialog/job_model.h"
+#include "host/dialog/job_snapshot.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/plain_label.h"
 #include "host/documents/job_document.h"
@@ -50,15 +50,18 @@ void DocumentRow::paintEvent(QPaintEvent* event) {
         QMetaObject::invokeMethod(this, &DocumentRow::read, Qt::QueuedConnection);
 }
 
-void DocumentRow::refresh() {
-    const QString whole = jobTitle(mModel.files());
-    const int pages = mModel.pageCount();
+void DocumentRow::refresh(const JobSnapshot& now) {
+    const std::pair shown(now.files, now.pageCount);
+    if (std::exchange(mShown, shown) == shown)
+        return;
+    const auto& [files, pages] = shown;
+    const QString whole = jobTitle(files);
     // A long name does not widen the window.
     const QString title = fontMetrics().elidedText(whole, Qt::ElideMiddle,
                                                    kNamesLength * fontMetrics().averageCharWidth());
     mTitle->setToolTip(title == whole ? QString()
                                       : Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal));
-    if (mModel.files().isEmpty())
+    if (files.isEmpty())
         mTitle->setText(hostText("NoDocument"));
     else if (pages == 0)
         mTitle->setText(title);

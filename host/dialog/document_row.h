@@ -2,7 +2,11 @@
 #pragma once
 
 #include <QByteArrayList>
+#include <QStringList>
 #include <QWidget>
+
+#include <optional>
+#include <utility>
 
 #include "host/core/background_call.h"
 
@@ -13,6 +17,7 @@ namespace labelcut {
 
 class JobModel;
 class MessageBar;
+struct JobSnapshot;
 
 /// The document's title, and a button that asks for others. It is read beside the window, and not
 /// before the window is on the screen.
@@ -23,8 +28,8 @@ public:
     /// @param messages  borrowed, outlives this; says when a document cannot be read.
     DocumentRow(JobModel& model, MessageBar& messages, QWidget* parent = nullptr);
 
-    /// Shows the model's document.
-    void refresh();
+    /// Shows the model's document. @param now  what the model's state is.
+    void refresh(const JobSnapshot& now);
     /// The document has been read. @param pages  in it. @param digests  what the files were.
     void setRead(int pages, const QByteArrayList& digests);
     /// What the files were when they were read; empty before that.
@@ -42,6 +47,8 @@ private:
     BackgroundCall mReading;
     QByteArrayList mDigests;
     bool mPainted = false;
+    /// Files and pages as they were shown last; nothing before that.
+    std::optional<std::pair<QStringList, int>> mShown;
     QLabel* mTitle;
     QPushButton* mChoose;
 };

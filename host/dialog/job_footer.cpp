@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "host/dialog/job_description.h"
+#include "host/dialog/job_snapshot.h"
 #include "host/dialog/steady_label.h"
 #include "host/dialog/window_body.h"
 #include "host/texts/host_text.h"
@@ -56,7 +57,7 @@ JobFooter::JobFooter(JobModel& model, QWidget* parent)
             &QPushButton::click);
     connect(mPrint, &QPushButton::clicked, this, &JobFooter::printWanted);
     connect(mCancel, &QPushButton::clicked, this, &JobFooter::cancelWanted);
-    refresh(false);
+    refresh(JobSnapshot::of(model), false);
 }
 
 QPushButton* JobFooter::addButton(QBoxLayout& row, const char* textKey, const char* name) {
@@ -66,13 +67,13 @@ QPushButton* JobFooter::addButton(QBoxLayout& row, const char* textKey, const ch
     return button;
 }
 
-void JobFooter::refresh(bool canPrint) {
+void JobFooter::refresh(const JobSnapshot& now, bool canPrint) {
     const int labels = mModel.labelCount();
     if (!mRunning)
         mSentence->setText(jobSentence(mModel));
     mPrint->setText(labels > 0 ? hostText("PrintOne", "PrintMany", labels) : hostText("Print"));
-    mPrint->setEnabled(!mRunning && canPrint && mModel.hasPrinter() && !mModel.files().isEmpty());
-    mReset->setEnabled(!mRunning && !mModel.hasDefaultsOnly());
+    mPrint->setEnabled(!mRunning && canPrint && mModel.hasPrinter() && !now.files.isEmpty());
+    mReset->setEnabled(!mRunning && !mModel.areDefaults(now.choices));
     mUndo->setEnabled(!mRunning && mModel.canUndo());
     fitScreen();
 }

@@ -11,6 +11,7 @@ namespace labelcut {
 
 class JobModel;
 class SteadyLabel;
+struct JobSnapshot;
 
 /// The sentence, and below it in one row, or in two where the screen is narrow: back to the
 /// printer's defaults, undo; progress, Print, Cancel.
@@ -22,8 +23,9 @@ public:
 
     QPushButton& printButton() const { return *mPrint; }
     /// Shows the model's state.
+    /// @param now       what it is.
     /// @param canPrint  false while there is something to wait for beside the model.
-    void refresh(bool canPrint);
+    void refresh(const JobSnapshot& now, bool canPrint);
     /// While a job runs nothing but Cancel can be pressed.
     void setRunning(bool running);
     /// @param percent  0 to 100; less: not known.

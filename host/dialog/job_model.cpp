@@ -88,6 +88,10 @@ Settings JobModel::changedMarks() const {
     return mPrinter ? mPrinter->changedMarks() : Settings();
 }
 
+bool JobModel::areDefaults(const Settings& marks) const {
+    return !mPrinter || differing(marks, mPrinter->defaults()).empty();
+}
+
 Settings JobModel::jobSettings() const {
     return mPrinter ? mPrinter->jobSettings() : Settings();
 }

@@ -64,7 +64,8 @@ public:
     /// Everything that is marked, in the PPD's order, and what of it is not the PPD's default.
     Settings marks() const;
     Settings changedMarks() const;
-    bool hasDefaultsOnly() const { return changedMarks().empty(); }
+    /// Whether those marks of the printer's are its PPD's defaults.
+    bool areDefaults(const Settings& marks) const;
     /// What the job says of its choices.
     Settings jobSettings() const;
     /// The user's choice outside the panels. Can be undone. @return false: the PPD lacks it.

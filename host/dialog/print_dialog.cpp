@@ -170,11 +170,11 @@ void PrintDialog::printerOpened() {
 
 void PrintDialog::refresh() {
     const JobSnapshot now = JobSnapshot::of(mModel);
-    mDocument->refresh();
+    mDocument->refresh(now);
     mCopies->setValue(now.copies);
     mPresets->refresh(now);
     mPages->refresh(now);
-    mFooter->refresh(!mOpener.coming());
+    mFooter->refresh(now, !mOpener.coming());
     showConflict(mModel, *mMessages);
 }
 

@@ -23,6 +23,21 @@ std::span<const ppd_choice_t> choicesIn(const ppd_option_t& option) {
     return {option.choices, static_cast<std::size_t>(option.num_choices)};
 }
 
+/// A look at the flags of an option's choices takes far less than one at all that is marked.
+std::optional<QString> markedOf(ppd_file_t* file, const ppd_option_t& option) {
+    // Of several that are marked, libcups knows which one it names.
+    if (option.ui == PPD_UI_PICKMANY)
+        return ppd::markedValue(file, option.keyword);
+    for (const ppd_choice_t& choice : choicesIn(option)) {
+        if (!choice.marked)
+            continue;
+        if (qstrcmp(choice.choice, "Custom") == 0)
+            return ppd::markedValue(file, option.keyword);
+        return QString::fromUtf8(choice.choice);
+    }
+    return std::nullopt;
+}
+
 ppd_option_t* find(ppd_file_t* file, const QString& keyword) {
     return ppd::findOption(file, keyword.toUtf8().constData());
 }
@@ -102,7 +117,7 @@ Settings PpdView::marks() const {
         for (const ppd_option_t& option : optionsIn(group)) {
             if (QLatin1String(option.keyword) == kPageRegion)
                 continue;
-            if (auto choice = ppd::markedValue(mFile, option.keyword))
+            if (auto choice = markedOf(mFile, option))
                 all.push_back({QString::fromUtf8(option.keyword), std::move(*choice)});
         }
     }

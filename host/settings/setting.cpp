@@ -8,6 +8,31 @@
 
 namespace labelcut {
 
+namespace {
+
+/// Where a keyword stands. Put in order with the first question.
+class PlaceByKeyword {
+public:
+    explicit PlaceByKeyword(const Settings& settings)
+        : mSettings(settings) {}
+
+    /// @return the number of settings where the keyword is none of theirs.
+    std::size_t of(const QString& keyword) {
+        if (mPlaces.isEmpty()) {
+            mPlaces.reserve(static_cast<qsizetype>(mSettings.size()));
+            for (std::size_t i = 0; i < mSettings.size(); ++i)
+                mPlaces.insert(mSettings[i].keyword, i);
+        }
+        return mPlaces.value(keyword, mSettings.size());
+    }
+
+private:
+    const Settings& mSettings;
+    QHash<QString, std::size_t> mPlaces;
+};
+
+} // namespace
+
 std::optional<QString> choiceFor(const Settings& settings, const QString& keyword) {
     const auto found = std::ranges::find(settings, keyword, &Setting::keyword);
     return found == settings.end() ? std::nullopt : std::optional(found->choice);
@@ -30,15 +55,16 @@ Settings overridden(Settings kept, const Settings& asked) {
 }
 
 Settings differing(const Settings& settings, const Settings& others) {
-    QHash<QString, QString> known;
-    known.reserve(static_cast<qsizetype>(others.size()));
-    for (const Setting& setting : others)
-        known.insert(setting.keyword, setting.choice);
     Settings different;
+    PlaceByKeyword places(others);
+    // Two that were read from one PPD have the same keywords in the same order.
+    std::size_t place = 0;
     for (const Setting& setting : settings) {
-        const auto other = known.constFind(setting.keyword);
-        if (other == known.cend() || *other != setting.choice)
+        if (place >= others.size() || others[place].keyword != setting.keyword)
+            place = places.of(setting.keyword);
+        if (place == others.size() || others[place].choice != setting.choice)
             different.push_back(setting);
+        place = std::min(place + 1, others.size());
     }
     return different;
 }
