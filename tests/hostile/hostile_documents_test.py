@@ -1,7 +1,7 @@
 """Documents that mean harm end soon, take little, are told in one sentence and leave nothing.
 
 Every document is printed into a file by the program itself; unittest's own arguments choose some
-("-k svg_", "-k pdf_1000_pages").
+("-k svg_", "-k pdf_200_pages").
 """
 import concurrent.futures
 import os
@@ -135,6 +135,8 @@ class Trial:
     def _check_answer(self, outcome):
         lines = outcome.messages.splitlines()
         self._expect(len(lines) <= 1, f"it said {len(lines)} lines: {lines[:3]}")
+        self._expect(all(line.startswith("labelcut: ") for line in lines),
+                     f"it lets others speak: {lines[:2]}")
         self._expect("make room" not in outcome.messages, f"it blamed the disk: {lines[:1]}")
         self._expect(self.output.exists() == (outcome.status == 0),
                      "there is an output" if self.output.exists() else "there is no output")
@@ -219,10 +221,14 @@ class TheChecksThemselves(unittest.TestCase):
         self.assert_complains("there is an output", "> $5; " + REFUSES)
 
     def test_wrong_messages_are_found(self):
-        self.assert_complains("said 2 lines", "echo odd_empty: another >&2; " + REFUSES)
-        self.assert_complains("does not name the document", "echo refused >&2; exit 1")
+        def saying(words):
+            return f"echo {words} >&2; exit 1"
+
+        self.assert_complains("said 2 lines", "echo labelcut: Another. >&2; " + REFUSES)
+        self.assert_complains("lets others speak", saying("odd_empty is empty."))
+        self.assert_complains("does not name the document", saying("labelcut: It is empty."))
         self.assert_complains("does not name the document", "exit 1")
-        self.assert_complains("blamed the disk", "echo make room for odd_empty >&2; exit 1")
+        self.assert_complains("blamed the disk", saying("labelcut: make room for odd_empty."))
 
     def test_a_crash_is_found(self):
         self.assert_complains("status is -11", "kill -SEGV $$")

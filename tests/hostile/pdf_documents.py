@@ -34,7 +34,9 @@ def pdf(objects, trailer=b"", table=True):
 
 CATALOG = b"<< /Type /Catalog /Pages 2 0 R >>"
 ONE_KID = b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>"
-BOX = b"/MediaBox [0 0 68 142]"
+# A page that has to be laid out on the label, and one that is as large as the label.
+BOX = b"/MediaBox [0 0 595 842]"
+BOX_OF_LABEL = b"/MediaBox [0 0 68 142]"
 
 
 def page(extra=b"/Contents 4 0 R", box=BOX):
@@ -45,7 +47,8 @@ def label(content=SQUARE, extra=b"", box=BOX, more=(), trailer=b""):
     """A PDF of one page. `content`: bytes of the content stream, or a whole stream object.
     `more`: objects from number 5 on."""
     body = content if content.startswith(b"<<") else stream(content)
-    return pdf([CATALOG, ONE_KID, page(b"/Contents 4 0 R " + extra, box), body, *more], trailer)
+    contents = b"" if b"/Contents" in extra else b"/Contents 4 0 R "
+    return pdf([CATALOG, ONE_KID, page(contents + extra, box), body, *more], trailer)
 
 
 def pages(count):
@@ -159,10 +162,21 @@ DOCUMENTS = [
     # More than it looks.
     Document("pdf_8_gib_of_blanks_compressed_twice.pdf", REFUSED,
              lambda _: label(compressed_twice(8 * GIB))),
+    Document("pdf_8_gib_of_blanks_on_a_label.pdf", EITHER, endless=True,
+             contents=lambda _: label(compressed_twice(8 * GIB), box=BOX_OF_LABEL)),
     Document("pdf_object_stream_of_2_gib.pdf", REFUSED,
              lambda _: with_packed_pages(deflated(BLANKS, 128, head=b"2 0 " + ONE_KID))),
     Document("pdf_content_of_1_gib.pdf", EITHER,
              lambda _: label(flate(deflated(BLANKS, 64, tail=SQUARE)))),
+    Document("pdf_content_of_1_gib_in_parts.pdf", EITHER, lambda _: label(
+        flate(deflated(BLANKS, 8, tail=SQUARE)), b"/Contents [%s]" % (b"4 0 R " * 8))),
+    Document("pdf_form_of_1_gib.pdf", EITHER, endless=True, contents=lambda _: label(
+        b"/F Do", b"/Resources << /XObject << /F 5 0 R >> >>",
+        more=[flate(deflated(BLANKS, 64, tail=SQUARE),
+                    b"/Type /XObject /Subtype /Form /BBox [0 0 68 142]")])),
+    Document("pdf_appearance_of_1_gib.pdf", EITHER, endless=True, contents=lambda _: with_annotation(
+        flate(deflated(BLANKS, 64, tail=SQUARE),
+              b"/Type /XObject /Subtype /Form /BBox [0 0 68 142]"))),
     Document("pdf_operators_of_1_gib.pdf", EITHER, endless=True,
              contents=lambda _: label(flate(deflated(b"q Q\n" * (4 * MIB), 64, tail=SQUARE)))),
     Document("pdf_table_of_1_gib.pdf", EITHER, lambda _: with_table_bomb()),
@@ -177,7 +191,7 @@ DOCUMENTS = [
              endless=True),
     Document("pdf_100001_pages.pdf", REFUSED, lambda _: pages(100_001)),
     Document("pdf_20000_pages.pdf", PRINTS, lambda _: pages(20_000), endless=True),
-    Document("pdf_1000_pages.pdf", PRINTS, lambda _: pages(1000)),
+    Document("pdf_200_pages.pdf", PRINTS, lambda _: pages(200)),
     # Circles.
     Document("pdf_table_before_itself.pdf", EITHER,
              lambda _: label(trailer=b"/Prev %d" % label().index(b"xref\n"))),
@@ -243,13 +257,14 @@ DOCUMENTS = [
              lambda _: label(extra=b"/A " + b"[" * NESTED + b"]" * NESTED)),
     Document("pdf_dictionaries_1000000_deep.pdf", EITHER,
              lambda _: label(extra=b"/A " + b"<</B" * NESTED + b" 0 " + b">>" * NESTED)),
-    Document("pdf_content_1000000_deep.pdf", EITHER, lambda _: label(b"q " * NESTED + SQUARE)),
-    Document("pdf_content_arrays_1000000_deep.pdf", EITHER,
-             lambda _: label(b"[" * NESTED + b" TJ\n" + SQUARE)),
+    Document("pdf_content_1000000_deep.pdf", EITHER, endless=True,
+             contents=lambda _: label(b"q " * NESTED + SQUARE)),
+    Document("pdf_content_arrays_1000000_deep.pdf", EITHER, endless=True,
+             contents=lambda _: label(b"[" * NESTED + b" TJ\n" + SQUARE)),
     Document("pdf_string_without_end.pdf", EITHER,
              lambda _: label(extra=b"/A (" + b"(" * 2 * MIB)),
     Document("pdf_name_of_4_mib.pdf", EITHER, lambda _: label(extra=b"/" + b"N" * (4 * MIB) + b" 0")),
-    Document("pdf_contents_of_200000_parts.pdf", EITHER, lambda _: label(
+    Document("pdf_contents_of_200000_parts.pdf", EITHER, endless=True, contents=lambda _: label(
         extra=b"/Contents [%s]" % (b"4 0 R " * 200_000))),
     # Less than it should be.
     *[Document(f"pdf_cut_off_at_{percent}_percent.pdf", EITHER,

@@ -36,8 +36,13 @@ def black_png(width, height, depth, colour, bytes_of_row):
                data=deflated(b"\0" * ((1 + bytes_of_row) * rows), height // rows))
 
 
-def zeros(size):
-    return deflated(b"\0" * (16 * MIB), size // (16 * MIB))
+def zeros(size, head=b""):
+    return deflated(b"\0" * (16 * MIB), size // (16 * MIB), head=head)
+
+
+# The head of a colour profile, as far as it is looked at before the rest is read.
+PROFILE_OF_1_GIB = struct.pack(">I4sI4s4s4s", GIB + 128, b"none", 0x02400000, b"mntr", b"GRAY",
+                               b"XYZ ") + b"\0" * 12 + b"acsp" + b"\0" * 88
 
 
 def segment(marker, data):
@@ -72,12 +77,12 @@ def gray_jpeg(width, height, *extra):
 
 
 def jpeg_of_scans(count):
-    """64 million points, of which every scan says again that they are gray."""
-    blocks = 1000 * 1000
+    """25 million points, of which every scan says again that they are gray."""
+    blocks = 625 * 625
     runs = -(-blocks // 16384)
     again = scan(1, 63, b"\0" * -(-runs * 15 // 8))
-    return START + QUANTIZATION + frame(8000, 8000, PROGRESSIVE) + TABLES_OF_RUNS + \
-        scan(0, 0, b"\0" * (blocks // 8)) + again * count + END
+    return START + QUANTIZATION + frame(5000, 5000, PROGRESSIVE) + TABLES_OF_RUNS + \
+        scan(0, 0, b"\0" * -(-blocks // 8)) + again * count + END
 
 
 def exif(next_directory):
@@ -89,6 +94,8 @@ DOCUMENTS = [
     Document("png_50000_by_50000.png", REFUSED, lambda _: black_png(50_000, 50_000, 1, GRAY, 6250)),
     Document("png_50000_by_50000_in_colour.png", REFUSED,
              lambda _: black_png(50_000, 50_000, 8, RGBA, 200_000)),
+    Document("png_5500_by_5500_in_colour.png", EITHER,
+             lambda _: black_png(5500, 5500, 8, RGBA, 22_000)),
     Document("png_2_to_the_31_wide.png", REFUSED, lambda _: png(head=header(2**31 - 1, 2**31 - 1))),
     Document("png_line_of_1000000_points.png", EITHER,
              lambda _: black_png(1_000_000, 500, 1, GRAY, 125_000)),
@@ -112,7 +119,7 @@ DOCUMENTS = [
         SIGNATURE + chunk(b"IHDR", header(40, 40)) + b"\x7f\xff\xff\xffIDAT" + noise(KIB, 21))),
     Document("png_500000_chunks.png", EITHER, lambda _: png(chunk(b"tEXt", b"k\0v") * 500_000)),
     Document("png_profile_of_1_gib.png", EITHER,
-             lambda _: png(chunk(b"iCCP", b"profile\0\0" + zeros(GIB)))),
+             lambda _: png(chunk(b"iCCP", b"profile\0\0" + zeros(GIB, PROFILE_OF_1_GIB)))),
     Document("png_text_of_1_gib.png", EITHER,
              lambda _: png(chunk(b"zTXt", b"Title\0\0" + zeros(GIB)))),
     Document("png_international_text_of_1_gib.png", EITHER,
