@@ -135,8 +135,8 @@ DOCUMENTS = [
         "<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>" + SQUARE)),
     Document("svg_picture_bomb.svg", EITHER,
              lambda _: svg(picture(data_link(black_png(50_000, 50_000, 1, GRAY, 6250))) + SQUARE)),
-    Document("svg_10000_large_pictures.svg", EITHER, endless=True, contents=lambda _: svg(
-        picture(data_link(black_png(10_000, 10_000, 1, GRAY, 1250))) * 1000)),
+    Document("svg_1000_large_pictures.svg", EITHER, endless=True, contents=lambda _: svg(
+        picture(data_link(black_png(5000, 5000, 1, GRAY, 625))) * 1000)),
     Document("svg_dashes_without_end.svg", EITHER, endless=True, contents=drawing(
         "<path d='M0 0L1e6 1e6' stroke='#000' stroke-dasharray='0.00001'/>")),
     Document("svg_compressed.svgz", REFUSED, lambda _: gzip.compress(svg(SQUARE), mtime=0)),

@@ -38,7 +38,7 @@ DOCUMENTS = [
              contents=lambda _: program(b"{ { {} loop } stopped pop } loop")),
     # Too much.
     Document("ps_memory_without_end.ps", REFUSED,
-             lambda _: program(b"[ { 65000 string } loop")),
+             lambda _: program(b"-2 vmreclaim [ { 65000 string } loop")),
     Document("ps_memory_without_errors.ps", REFUSED, endless=True,
              contents=lambda _: program(b"/d 9 dict def {{d rand 65000 string put} stopped pop} loop")),
     Document("ps_execution_stack.ps", REFUSED, lambda _: program(b"/f {f 1 pop} def f")),

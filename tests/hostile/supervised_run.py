@@ -53,17 +53,22 @@ class OpenedFiles:
         os.close(self._file)
 
 
+def _numbers_of(process):
+    """What the kernel tells of one in /proc/…/stat behind its name and state; empty: it has gone."""
+    try:
+        after_name = pathlib.Path("/proc", str(process), "stat").read_bytes().rpartition(b")")[2]
+    except OSError:
+        return []
+    return [int(field) for field in after_name.split()[1:]]
+
+
 def descendants(ancestor):
     """The numbers of all processes below one, those that have ended and wait for nobody included."""
     children = {}
     for entry in os.listdir("/proc"):
-        if not entry.isdigit():
-            continue
-        try:
-            after_name = pathlib.Path("/proc", entry, "stat").read_bytes().rpartition(b")")[2]
-        except OSError:
-            continue  # it has gone meanwhile
-        children.setdefault(int(after_name.split()[1]), []).append(int(entry))
+        numbers = _numbers_of(entry) if entry.isdigit() else []
+        if numbers:
+            children.setdefault(numbers[0], []).append(int(entry))
     found, waiting = [], [ancestor]
     while waiting:
         below = children.get(waiting.pop(), [])
@@ -84,6 +89,12 @@ def memory_of(processes):
             if line.startswith(("RssAnon:", "RssShmem:", "VmSwap:")):
                 total += int(line.split()[1]) * 1024
     return total
+
+
+def work_of(processes):
+    """The processor time that they, and the children they have taken leave of, have used. Seconds."""
+    ticks = sum(sum(_numbers_of(process)[10:14]) for process in processes)
+    return ticks / os.sysconf("SC_CLK_TCK")
 
 
 def reap_orphans(but):
@@ -114,6 +125,7 @@ class SupervisedRun:
         """`messages`: the path of a file for them. `limits`: by names of the module resource."""
         self.outcome = Outcome()
         self._messages = messages
+        self._work = 0
         self._begin = time.monotonic()
 
         def prepare():
@@ -126,10 +138,11 @@ class SupervisedRun:
                 arguments, env=environment, cwd=folder, stdin=subprocess.DEVNULL,
                 stdout=subprocess.DEVNULL, stderr=file, preexec_fn=prepare)
 
-    def wait(self, seconds):
-        """@return whether the program has ended by then."""
+    def wait(self, seconds, work=float("inf")):
+        """Until it has ended, so many seconds are over, or it has used so many of processor time:
+        on a busy machine that takes longer. @return whether the program has ended."""
         end = time.monotonic() + seconds
-        while self._process.poll() is None and time.monotonic() < end:
+        while self._process.poll() is None and time.monotonic() < end and self._work < work:
             self._look()
         return self._process.poll() is not None
 
@@ -155,7 +168,9 @@ class SupervisedRun:
         return self.outcome
 
     def _look(self):
-        self.outcome.peak = max(self.outcome.peak, memory_of(descendants(os.getpid())))
+        processes = descendants(os.getpid())
+        self.outcome.peak = max(self.outcome.peak, memory_of(processes))
+        self._work = work_of(processes)
         try:
             self._process.wait(LOOK)
         except subprocess.TimeoutExpired:
