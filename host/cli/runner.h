@@ -48,10 +48,8 @@ public:
 
     /// @name The application object, made on demand and once; the first demand decides its kind.
     /// @{
-    /// For commands that draw nothing: fast.
+    /// For commands without widgets: fast.
     QCoreApplication& coreApplication();
-    /// For commands that draw into files; it needs no display.
-    QCoreApplication& drawingApplication();
     /// For commands that make their own, such as a QApplication: main's arguments.
     int& argc() { return mArgc; }
     char** argv() { return mArgv; }
