@@ -793,7 +793,7 @@ TEST_F(PrintDialogTest, APpdThatCannotBeReadLeavesThePrinterInForce) {
     ASSERT_TRUE(chooser);
     Q_EMIT chooser->fileSelected(broken.fileName());
     chooser->reject();
-    settle();
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(model().marks(), marks);
     EXPECT_TRUE(printers.currentText().contains(QStringLiteral("tape.ppd")));
     // Who opens the list is told as well that there is no print service.
@@ -809,10 +809,11 @@ TEST_F(PrintDialogTest, AnotherPpdTakesOverWithAllItsPages) {
     ASSERT_TRUE(chooser);
     Q_EMIT chooser->fileSelected(kRollPpd);
     chooser->reject();
-    settle();
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvCutLabel"), "1");
     expectOneTruth(*mDialog);
     choose(printers, 0);
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvHalfCut"), "OFF") << "the first one is still listed";
     expectOneTruth(*mDialog);
 }
@@ -874,6 +875,7 @@ TEST_F(PrintDialogTest, ChoicesAreKeptForEachPrinterWhileTheWindowIsOpen) {
     chooseFile(kRollPpd);
     ASSERT_EQ(choice("KvCutLabel"), "1");
     choose(control<QComboBox>("printers"), 0);
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvHalfCut"), "ON");
     EXPECT_EQ(choice("Quality"), "Best");
     EXPECT_EQ(model().copies(), 3) << "of the job, not of a printer";
