@@ -82,11 +82,15 @@ bool isAmong(const Settings& settings, const Setting& setting) {
 
 /// The conflict, and what to add to the command so that what was asked for can stand.
 QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settings& asked) {
-    QString sentence = describe(ppd, conflict);
+    const QString sentence = describe(ppd, conflict);
+    if (conflict.size() == 1)
+        return sentence +
+               QStringLiteral(" Ask for another choice of %1.").arg(conflict.front().keyword);
+    bool gaveUp = false;
     for (const Setting& side : conflict) {
         if (!isAmong(asked, side))
             continue;
-        const auto changes = proposeResolution(ppd, side, asked);
+        const auto changes = proposeResolution(ppd, side, asked, &gaveUp);
         if (!changes || changes->empty())
             continue;
         QStringList sets;
@@ -94,7 +98,8 @@ QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settin
             sets << QStringLiteral("--set %1=%2").arg(change.keyword, change.choice);
         return sentence + QStringLiteral(" Add %1.").arg(sets.join(u' '));
     }
-    return sentence + QStringLiteral(" Ask for one of them only.");
+    return sentence + (gaveUp ? u' ' + gaveUpSentence() : QString()) +
+           QStringLiteral(" Ask for one of them only.");
 }
 
 /// Whether the printer can do what is marked now. @return the reason why not.

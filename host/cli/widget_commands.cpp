@@ -95,7 +95,7 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
         openDialog->done(QDialog::Rejected);
         QApplication::exit();
     });
-    openDialog->show();
+    openDialog->showWithFirstPrinter();
     QApplication::exec();
     openDialog.reset();
     return kDone;

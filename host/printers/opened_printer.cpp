@@ -2,6 +2,7 @@
 #include "host/printers/opened_printer.h"
 
 #include <QScopedValueRollback>
+#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -65,8 +66,10 @@ Unkept OpenedPrinter::choose(const Settings& wanted) {
 
 Unkept OpenedPrinter::bringBack(const Settings& wanted) {
     const Settings before = marks();
+    const QStringList keywords = keywordsOf(wanted);
+    const QSet<QString> standing(keywords.begin(), keywords.end());
     for (const QString& keyword : keywordsOf(before)) {
-        if (!choiceFor(wanted, keyword))
+        if (!standing.contains(keyword))
             mHost.unmark(keyword);
     }
     return change(wanted, before);

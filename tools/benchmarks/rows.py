@@ -385,7 +385,9 @@ def curves(bench):
     rest: the dialog to its first paint over options, choices and page sizes of the PPD;
     `labelcut print` over the document's pages and over the labels that come out of one page; and
     what the worker does with pages, text, one endless line and form feeds, without its cage.
-    Exponent 1 is linear."""
+    Those without libcups are what is ours of large PPDs: `labelcut options`, and `labelcut print`
+    that names a conflict and looks for a way out, each without ppdOpen2(), whose time grows with
+    the square and which limits bound. Exponent 1 is linear."""
     def dialog_of(name, ppd):
         return bench.instructions(name, Program((BIN / "labelcut", "dialog", "--ppd", ppd, LABELS),
                                                 (), "any"), 1)
@@ -403,7 +405,29 @@ def curves(bench):
         path.write_text(text, "utf-8")
         return reading_of(name, path)
 
+    def ours(name, ppd, *command):
+        """The command without libcups' own reading of the PPD."""
+        program = Program((BIN / "labelcut", *command, "--ppd", ppd), (), "any")
+        whole = bench.instructions(name, program, 1)
+        return whole - max(inclusive(PROFILES / f"callgrind.{name}", r"^ppdOpen2$").values())
+
+    def options_of(name, **shape):
+        return ours(name, bench.ppd("curve", **shape), "options")
+
+    def conflict_of(name, **shape):
+        setting = "Ring0=ON" if "ring" in shape else "Option1=Choice1"
+        return ours(name, bench.ppd("curve", **shape), "print", LABELS, "-o", SCRATCH / "job.ps",
+                    "--set", setting)
+
     measured = (
+        ("options (`options`, without libcups)", (100, 1000, 3000, 9000),
+         lambda n: options_of("curve-many-options", options=n)),
+        ("choices of one option (`options`, without libcups)", (100, 1000, 10000, 90000),
+         lambda n: options_of("curve-many-choices", family="RV", counts=n)),
+        ("constraints (a conflict, without libcups)", (100, 1000, 10000),
+         lambda n: conflict_of("curve-constraints", constraints=n)),
+        ("constraints in a circle (a conflict, without libcups)", (100, 400, 1600, 6400),
+         lambda n: conflict_of("curve-ring", ring=n)),
         ("options (dialog)", (20, 40, 80, 160, 320),
          lambda n: dialog_of("curve-options", bench.ppd("curve", options=n))),
         ("choices of one option (dialog)", (100, 500, 1000, 2000, 4000),

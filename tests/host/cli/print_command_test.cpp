@@ -208,6 +208,15 @@ TEST_F(PrintCommandTest, AnUnknownOptionOrChoiceIsNamed) {
                 HasSubstr("The printer has no option “KvHalfCut”;"));
 }
 
+TEST_F(PrintCommandTest, AChoiceThatIsExcludedByItselfIsNamedOnce) {
+    const QString ppd =
+        mFolder.file(QStringLiteral("self.ppd"),
+                     contentOf(kTapePpd) + "*UIConstraints: *KvHalfCut ON *KvHalfCut ON\n");
+    EXPECT_THAT(refusalOf("--set KvHalfCut=ON", ppd),
+                HasSubstr("labelcut: “Half cut: On (KvHalfCut=ON)” cannot be chosen: the printer’s "
+                          "description (PPD) excludes it. Ask for another choice of KvHalfCut."));
+}
+
 TEST_F(PrintCommandTest, AConflictNamesBothSidesAndTheWayOut) {
     EXPECT_THAT(refusalOf("--set KvSpecialTape=ON"),
                 HasSubstr("“Auto cut: On (KvAutoTapeCut=ON)” and “Special tape: On "
