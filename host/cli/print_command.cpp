@@ -22,7 +22,6 @@
 #include "host/core/copies.h"
 #include "host/core/failure.h"
 #include "host/core/harmless_text.h"
-#include "host/documents/documents.h"
 #include "host/job/order.h"
 #include "host/settings/checked_setting.h"
 #include "host/settings/constraints.h"
@@ -75,18 +74,6 @@ Wish understood(const Arguments& arguments) {
     }
     wish.title = harmless(QString::fromStdString(arguments.title));
     return wish;
-}
-
-/// Drawing needs more of Qt, which takes its time; most files need none.
-void makeApplication(const Wish& wish, Runner& runner) {
-    const bool draws = std::ranges::any_of(wish.files, [](const QString& file) {
-        const Result<DocumentKind> kind = documentKind(file);
-        return kind && isDrawn(*kind);
-    });
-    if (draws)
-        runner.drawingApplication();
-    else
-        runner.coreApplication();
 }
 
 bool isAmong(const Settings& settings, const Setting& setting) {
@@ -197,7 +184,7 @@ Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
 
 int print(const Arguments& arguments, const Wish& wish, Runner& runner) {
     interruption::install();
-    makeApplication(wish, runner);
+    runner.coreApplication();
     const auto opened = openPrinter(arguments.printer);
     if (!opened)
         return Runner::fail(opened.error().sentence);

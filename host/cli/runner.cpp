@@ -1,8 +1,6 @@
 // The command line: from arguments to one command, its application object and its exit status.
 #include "host/cli/runner.h"
 
-#include <QGuiApplication>
-
 #include <CLI/CLI.hpp>
 
 #include <poll.h>
@@ -68,16 +66,6 @@ QCoreApplication& Runner::coreApplication() {
     quietLibraries();
     if (!mApplication)
         mApplication = std::make_unique<QCoreApplication>(mArgc, mArgv);
-    return *mApplication;
-}
-
-QCoreApplication& Runner::drawingApplication() {
-    quietLibraries();
-    if (mApplication)
-        return *mApplication;
-    // Into files only: a display does not matter.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    mApplication = std::make_unique<QGuiApplication>(mArgc, mArgv);
     return *mApplication;
 }
 
