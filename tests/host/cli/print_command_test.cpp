@@ -88,6 +88,12 @@ TEST_F(PrintCommandTest, LibrariesSayNothingBesideTheSentence) {
                    "\x10\0\x10\x03\x01\x22\0\x02\x11\x01\x03\x11\x01garbage",
                    46));
     EXPECT_THAT(refusal(arguments(picture, kTapePpd)), HasSubstr("damaged or too large picture"));
+    const QByteArray header("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\n\0\0\0\n\x08\x02\0\0\0"
+                            "\x02\x50\x58\xea",
+                            33);
+    const QString noData = mFolder.file(QStringLiteral("damaged.png"),
+                                        header + QByteArray("\0\0\0\x04IDATnone0000", 16));
+    EXPECT_THAT(refusal(arguments(noData, kTapePpd)), HasSubstr("damaged or too large picture"));
 
     const QString odd = mFolder.file(QStringLiteral("odd.svg"), drawing + "</svg>");
     const Outcome outcome = run(arguments(odd, kTapePpd));
