@@ -24,6 +24,14 @@ DOCUMENT_LIBRARIES = re.compile(r"#include <(qpdf/.*|QImageReader|QPdfWriter|QPd
 MAY_READ_PICTURES = {"platform/toolkit/picture.cpp"}
 # The deprecated calls of libcups, so that another library can take their place.
 MAY_CALL_PPD = {"platform/printing/ppd_lookup.cpp", "host/settings/ppd_calls.cpp"}
+# Answers of a print service are read in one place, which looks at them first. Whoever talks to a
+# print service does so by these, and no function of the library that sends or reads by itself.
+MAY_READ_IPP = {"host/service/ipp_answer.cpp"}
+MAY_TALK_HTTP = {"host/service/ipp_exchange.cpp"}
+# Of <cups/http.h>: what only has words for a number.
+NEVER_TALKS = {"httpStatus"}
+# Of <cups/cups.h>: settings, and lists in memory. Everything else there may ask a server.
+ASKS_NOBODY = {"cupsEncryption", "cupsFreeOptions", "cupsResolveConflicts", "cupsServer", "cupsUser"}
 
 SOURCES = PPD_HEADER = None  # main
 
@@ -82,6 +90,12 @@ def circle(graph):
         return None
 
     return next(filter(None, map(visit, sorted(graph))), None)
+
+
+def declared(header, prefix):
+    """The functions with this prefix that a header of libcups declares."""
+    text = PPD_HEADER.with_name(header).read_text("utf-8")
+    return set(re.findall(rf"\b({prefix}[A-Z]\w*)\s*\(", text))
 
 
 def cmake_files():
@@ -156,6 +170,29 @@ class Structure(unittest.TestCase):
         calling = {name_of(path) for path in code_files("platform", "plugins", "host")
                    if functions & set(re.findall(r"\b(ppd[A-Z]\w*)\s*\(", code_of(path)))}
         self.assertEqual(calling, MAY_CALL_PPD)
+
+
+    def calling(self, functions):
+        """The files that call one of these, each with what it calls."""
+        calls = {name_of(path): functions & set(re.findall(r"\b(\w+)\s*\(", code_of(path)))
+                 for path in code_files("platform", "plugins", "worker", "host")}
+        return {name: called for name, called in calls.items() if called}
+
+    def test_answers_are_read_in_one_place(self):
+        reading = {name for name in declared("ipp.h", "ipp") if re.match("ipp(File)?Read", name)}
+        self.assertLessEqual({"ippRead", "ippReadFile", "ippReadIO"}, reading)
+        self.assertEqual(self.calling(reading).keys(), MAY_READ_IPP)
+
+    def test_one_file_talks_to_servers(self):
+        talking = declared("http.h", "http") - NEVER_TALKS
+        self.assertLessEqual({"httpGet", "httpRead2", "httpUpdate"}, talking)
+        self.assertEqual(self.calling(talking).keys(), MAY_TALK_HTTP)
+
+    def test_nothing_of_the_library_asks_servers_by_itself(self):
+        asking = (declared("cups.h", "cups") | declared("ppd.h", "cups")) - ASKS_NOBODY
+        self.assertLessEqual({"cupsDoRequest", "cupsGetDests", "cupsGetNamedDest", "cupsGetDefault",
+                              "cupsGetPPD", "cupsGetResponse", "cupsPrintFile"}, asking)
+        self.assertEqual(self.calling(asking), {})
 
 
 class TheChecksThemselves(unittest.TestCase):

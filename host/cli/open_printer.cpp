@@ -61,9 +61,8 @@ Result<std::unique_ptr<OpenedPrinter>> openPrinter(const PrinterArguments& argum
         return found.error();
     const QString folder = pluginFolder();
     const PluginSearch plugins = loadPlugins(folder);
-    auto printer =
-        std::make_unique<OpenedPrinter>(std::move(*found), Settings(), plugins, hostSystem());
-    printer->host().onTrouble(Runner::complain);
+    auto printer = std::make_unique<OpenedPrinter>(std::move(*found), Settings(), plugins,
+                                                   hostSystem(), Runner::complain);
     for (const QString& note : printer->notes())
         Runner::complain(note);
     complainOfPlugins(*printer, plugins, folder);

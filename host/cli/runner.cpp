@@ -63,9 +63,17 @@ int Runner::run(std::initializer_list<AddCommand> commands, const std::string& v
 }
 
 QCoreApplication& Runner::coreApplication() {
+    quietLibraries();
     if (!mApplication)
         mApplication = std::make_unique<QCoreApplication>(mArgc, mArgv);
     return *mApplication;
+}
+
+void Runner::quietLibraries() {
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+        if (type == QtFatalMsg)
+            complain(message);
+    });
 }
 
 void Runner::say(const QString& text) {

@@ -53,6 +53,9 @@ public:
     /// For commands that make their own, such as a QApplication: main's arguments.
     int& argc() { return mArgc; }
     char** argv() { return mArgv; }
+    /// Keeps the toolkit's warnings to itself, as coreApplication() does: what goes wrong is
+    /// told in one sentence of the command's own, and they would stand beside it.
+    static void quietLibraries();
     /// @}
 
     /// Writes text and a line end to standard output; what a terminal would act on becomes

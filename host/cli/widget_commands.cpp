@@ -144,7 +144,7 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(arguments.scale));
     if (!arguments.language.empty())
         useLanguage(QString::fromStdString(arguments.language));
-    dropRuntimeFolderNotice();
+    Runner::quietLibraries();
     QApplication application(runner.argc(), runner.argv());
     setSnapshotLook(arguments.dark);
     const auto printer = openPrinter(arguments.printer);

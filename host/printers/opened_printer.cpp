@@ -30,12 +30,14 @@ bool claimsOneOf(const PanelSet::Entry& entry, const QStringList& keywords) {
 } // namespace
 
 OpenedPrinter::OpenedPrinter(FoundPrinter printer, const Settings& wanted,
-                             const PluginSearch& plugins, const PDESystem& system)
+                             const PluginSearch& plugins, const PDESystem& system,
+                             const std::function<void(const QString&)>& trouble)
     : mRef(std::move(printer.ref))
     , mTitle(std::move(printer.title))
     , mNotes(std::move(printer.notes))
     , mHost(setupFor(printer))
     , mRefused(plugins.refused) {
+    mHost.onTrouble(trouble);
     if (printer.queue)
         setQueue(*printer.queue);
     mDefaults = marks();
