@@ -1,7 +1,9 @@
 // Settings: what only a host does with libcups' PPD functions.
 #include "host/settings/ppd_calls.h"
 
-#include <QFile>
+#include <cups/file.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +15,9 @@
 #include <iterator>
 #include <span>
 #include <string_view>
+#include <utility>
+
+#include "host/texts/host_text.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -122,6 +127,33 @@ bool isMarked(ppd_file_t* file, const Setting& setting) {
     return choice && setting.choice == QString::fromUtf8(choice->choice);
 }
 
+QString reasonOf(const OpenAttempt& attempt) {
+    if (attempt.trouble == FileTrouble::Missing)
+        return QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR));
+    return attempt.trouble == FileTrouble::Refused ? attempt.reason : hostText("NoRegularFile");
+}
+
+/// A PPD that is compressed as one that is not, in memory, cut off where it is beyond all that is
+/// taken; libcups would go on without a bound. Any other PPD as it is.
+OpenedFile expanded(OpenedFile file) {
+    constexpr std::string_view kMark = "\x1f\x8b";
+    QString reason;
+    if (file.read(kMark.size(), &reason) != QByteArrayView(kMark))
+        return file;
+    OpenedFile whole(memfd_create("ppd", MFD_CLOEXEC));
+    cups_file_t* source = cupsFileOpenFd(file.release(), "r");
+    std::array<char, 1 << 16> piece{};
+    ssize_t size = 0;
+    while (whole.size() <= kLargestFile &&
+           (size = cupsFileRead(source, piece.data(), piece.size())) > 0) {
+        if (write(whole.descriptor(), piece.data(), static_cast<std::size_t>(size)) != size)
+            break;
+    }
+    cupsFileClose(source);
+    lseek(whole.descriptor(), 0, SEEK_SET);
+    return whole;
+}
+
 } // namespace
 
 void Closer::operator()(ppd_file_t* file) const noexcept {
@@ -129,7 +161,24 @@ void Closer::operator()(ppd_file_t* file) const noexcept {
 }
 
 File openFile(const QString& path, OpenError* error) {
-    File file(ppdOpenFile(QFile::encodeName(path).constData()));
+    OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble != FileTrouble::None) {
+        if (error)
+            *error = {reasonOf(attempt), 0};
+        return nullptr;
+    }
+    return open(std::move(attempt.file), error);
+}
+
+File open(OpenedFile content, OpenError* error) {
+    content = expanded(std::move(content));
+    if (content.size() > kLargestFile) {
+        if (error)
+            *error = {hostText("TooManyBytes").arg(kLargestFile), 0};
+        return nullptr;
+    }
+    // Closed by libcups.
+    File file(ppdOpenFd(content.release()));
     if (file) {
         ppdLocalize(file.get());
         return file;

@@ -15,6 +15,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/regular_file.h"
 #include "host/settings/setting.h"
 #include "platform/printing/ppd_lookup.h"
 
@@ -32,10 +33,17 @@ struct OpenError {
     int line = 0;
 };
 
+/// A PPD beyond this is refused, whether it is compressed or not; the largest ones have some
+/// millions. Bytes.
+inline constexpr qint64 kLargestFile = 16 << 20;
+
 /// Opens and localises the PPD at `path` in the language of the locale environment.
+/// @param path  a name as nameFromBytes() gives it. What it names is never waited for.
 /// @param error  receives the reason on failure; may be null.
 /// @return the file, or null.
 File openFile(const QString& path, OpenError* error);
+/// The same for one that is open already. @param content  at its begin.
+File open(OpenedFile content, OpenError* error);
 
 /// Marks the defaults of every option.
 void markDefaults(ppd_file_t* file);
