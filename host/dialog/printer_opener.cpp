@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/core/harmless_text.h"
 #include "host/printers/recent_printer.h"
 
 namespace labelcut {
@@ -91,7 +92,8 @@ void PrinterOpener::openFile(const QString& path) {
         return;
     }
     // Copies of one PPD are told apart by the names of their files.
-    found->title = QStringLiteral("%1 (%2)").arg(found->title, QFileInfo(path).fileName());
+    found->title =
+        QStringLiteral("%1 (%2)").arg(found->title, harmless(QFileInfo(path).fileName()));
     adopt(std::move(*found));
 }
 
