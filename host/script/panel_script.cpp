@@ -454,7 +454,7 @@ int runPanelScript(QIODevice& in, QIODevice& out, const PluginSearch& plugins) {
             break;
         if (line.trimmed().isEmpty())
             continue;
-        const bool isTooLong = line.size() > kLongestLine;
+        const bool isTooLong = line.size() >= kLongestLine && !line.endsWith('\n');
         const QJsonObject answer = isTooLong ? tooLong() : script.carryOut(line);
         if (!answer.value(QLatin1String("ok")).toBool())
             status = 1;
