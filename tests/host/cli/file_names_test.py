@@ -93,6 +93,13 @@ class AnyName(Folder):
             self.assertEqual(done.stderr, b"", name)
             self.assertIn("KvHalfCut", [o["keyword"] for o in json.loads(done.stdout)["options"]])
 
+    def test_a_document_is_printed(self):
+        for name in ODD_NAMES:
+            labels = self.file(name, self.content(self.labels))
+            done = self.run_program(*self.print_into(b"out.ps", labels=labels))
+            self.assertEqual(done.stderr, b"", name)
+            self.assertTrue(self.content(self.path(b"work/out.ps")).startswith(b"%!PS"), name)
+
     def test_a_job_is_written_into_exactly_that_file(self):
         for name in ODD_NAMES:
             self.run_program(*self.print_into(self.path(b"work/" + name + b".ps")))
