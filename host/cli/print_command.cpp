@@ -1,8 +1,6 @@
 // The command line: "labelcut print", the product's main job.
 #include "host/cli/print_command.h"
 
-#include <QFile>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -21,8 +19,10 @@
 #include "host/cli/value_checks.h"
 #include "host/core/copies.h"
 #include "host/core/failure.h"
+#include "host/core/file_name.h"
 #include "host/core/harmless_text.h"
 #include "host/job/order.h"
+#include "host/presets/preset_store.h"
 #include "host/settings/checked_setting.h"
 #include "host/settings/constraints.h"
 #include "host/settings/custom_value.h"
@@ -63,7 +63,7 @@ Wish understood(const Arguments& arguments) {
                             : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
     Wish wish;
     for (const std::string& file : arguments.files)
-        wish.files << QFile::decodeName(file.c_str());
+        wish.files << nameFromWord(file);
     wish.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
         const auto range = parsePageRange(QString::fromStdString(arguments.pages));
@@ -207,7 +207,8 @@ int print(const Arguments& arguments, const Wish& wish, Runner& runner) {
         return Runner::fail(reason->sentence);
     const int copies = *preset && !arguments.copiesGiven ? (*preset)->copies : arguments.copies;
     Order order = orderFor(printer, {wish.files, copies, wish.pages});
-    order.outputPath = QFile::decodeName(arguments.output.c_str());
+    order.outputPath = nameFromWord(arguments.output);
+    order.inUse << PresetStore().filePath(identityOf(printer));
     if (!wish.title.isEmpty())
         order.title = wish.title;
     const auto document = prepareDocument(order, &interruption::flag());

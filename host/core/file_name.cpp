@@ -71,6 +71,10 @@ QString nameFromBytes(const QByteArray& bytes) {
     return name;
 }
 
+QString nameFromWord(const std::string& word) {
+    return nameFromBytes(QByteArray::fromStdString(word));
+}
+
 QByteArray bytesOfName(const QString& name) {
     QByteArray bytes;
     bytes.reserve(name.size());

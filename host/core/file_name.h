@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <string>
+
 namespace labelcut {
 
 /// A name as a text from which bytesOfName() gets the same bytes again. What is UTF-8 becomes its
@@ -12,6 +14,8 @@ namespace labelcut {
 /// @param bytes  as the system has them, not terminated, of any length; no byte is skipped, not
 ///               even a byte order mark.
 QString nameFromBytes(const QByteArray& bytes);
+/// The same for a word of the command line.
+QString nameFromWord(const std::string& word);
 
 /// The bytes of a name that nameFromBytes() gave, or of any other text in UTF-8. Halves of
 /// characters that stand for no byte become U+FFFD.

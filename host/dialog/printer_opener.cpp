@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/core/harmless_text.h"
 #include "host/printers/recent_printer.h"
 
 namespace labelcut {
@@ -82,7 +83,7 @@ void PrinterOpener::printerFound(const std::shared_ptr<FoundPrinter>& printer) {
     } else {
         // Copies of one PPD are told apart by the names of their files.
         const QFileInfo file(*ppdPath(printer->ref));
-        printer->title = QStringLiteral("%1 (%2)").arg(printer->title, file.fileName());
+        printer->title = QStringLiteral("%1 (%2)").arg(printer->title, harmless(file.fileName()));
     }
     adopt(std::move(*printer));
 }

@@ -144,7 +144,7 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
     const Result<QString> pages = pagesAsPostScript(job);
     if (!pages)
         return pages.error();
-    return writeWhole(path, [&](FileSink& target) -> std::optional<QString> {
+    const auto write = [&](FileSink& target) -> std::optional<QString> {
         QFile source(*pages);
         if (job.cancel && job.cancel->isCancelled())
             return cancelled().sentence;
@@ -156,7 +156,8 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         if (job.cancel && job.cancel->isCancelled())
             return cancelled().sentence;
         return isWhole ? std::nullopt : std::optional(hostText("PagesCutShort"));
-    });
+    };
+    return writeWhole(path, write, job.cancel);
 }
 
 } // namespace labelcut

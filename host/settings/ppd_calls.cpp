@@ -1,8 +1,6 @@
 // Settings: what only a host does with libcups' PPD functions.
 #include "host/settings/ppd_calls.h"
 
-#include <QFile>
-
 #include <cups/file.h>
 
 #include <algorithm>
@@ -15,9 +13,11 @@
 #include <iterator>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "host/settings/conflict_resolver.h"
 #include "host/settings/constraint_rules.h"
+#include "host/texts/host_text.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -58,9 +58,11 @@ bool isMarked(ppd_file_t* file, const Setting& setting) {
     return choice && setting.choice == QString::fromUtf8(choice->choice);
 }
 
-} // namespace
-
-namespace {
+QString reasonOf(const OpenAttempt& attempt) {
+    if (attempt.trouble == FileTrouble::Missing)
+        return QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR));
+    return attempt.trouble == FileTrouble::Refused ? attempt.reason : hostText("NoRegularFile");
+}
 
 struct CloseSource {
     void operator()(cups_file_t* source) const noexcept { cupsFileClose(source); }
@@ -111,12 +113,22 @@ void Closer::operator()(ppd_file_t* file) const noexcept {
 }
 
 File openFile(const QString& path, OpenError* error) {
+    OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble == FileTrouble::None)
+        return open(std::move(attempt.file), error);
+    if (error)
+        *error = {reasonOf(attempt), 0};
+    return nullptr;
+}
+
+File open(OpenedFile content, OpenError* error) {
     const auto refuse = [&](const OpenError& reason) {
         if (error)
             *error = reason;
         return nullptr;
     };
-    const Source source(cupsFileOpen(QFile::encodeName(path).constData(), "r"));
+    // Takes the descriptor.
+    const Source source(cupsFileOpenFd(content.release(), "r"));
     if (!source)
         return refuse({QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR))});
     TextWalk text;

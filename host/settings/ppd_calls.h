@@ -15,6 +15,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/regular_file.h"
 #include "host/settings/ppd_text.h"
 #include "host/settings/setting.h"
 #include "platform/printing/ppd_lookup.h"
@@ -30,9 +31,12 @@ using File = std::unique_ptr<ppd_file_t, Closer>;
 /// Opens and localises the PPD at `path` in the language of the locale environment. One that ends
 /// in the middle, so that options may be lacking, or goes beyond the limits of ppd_text.h is
 /// refused.
+/// @param path  a name as nameFromBytes() gives it. What it names is never waited for.
 /// @param error  receives the reason on failure; may be null.
 /// @return the file, or null.
 File openFile(const QString& path, OpenError* error);
+/// The same for one that is open already. @param content  at its begin.
+File open(OpenedFile content, OpenError* error);
 
 /// Marks the defaults of every option.
 void markDefaults(ppd_file_t* file);
