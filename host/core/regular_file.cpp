@@ -20,7 +20,8 @@ namespace {
 constexpr qint64 kPiece = 1 << 18;
 
 OpenAttempt refusedBySystem(int error) {
-    if (error == ENOENT || error == ENOTDIR)
+    // A circle of links leads to nothing.
+    if (error == ENOENT || error == ENOTDIR || error == ELOOP)
         return {OpenedFile(), FileTrouble::Missing, {}};
     return {OpenedFile(), FileTrouble::Refused, qt_error_string(error)};
 }

@@ -50,7 +50,7 @@ Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading
                                         const CancelFlag* cancel) {
     const QString number = QString::number(mDigests.size());
     const auto copy =
-        copyDocument(file, QDir(folder()).filePath(QStringLiteral("file") + number), cancel);
+        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel);
     if (!copy)
         return copy.error();
     mDigests << copy->digest;

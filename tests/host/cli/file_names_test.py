@@ -326,9 +326,9 @@ class NoFile(Folder):
         ppd = self.content(self.ppd)
         large = ppd + b"*% filled\n" * (17 << 20 >> 3)
         self.refused("options", "--ppd", self.file(b"large.ppd", large),
-                     says=["large.ppd” is no usable PPD", "more than 16777216 bytes"])
+                     says=["large.ppd” is no usable PPD", "more than 16,777,216 bytes"])
         self.refused("options", "--ppd", self.file(b"bomb.ppd", gzip.compress(large, 1)),
-                     says=["bomb.ppd” is no usable PPD", "more than 16777216 bytes"])
+                     says=["bomb.ppd” is no usable PPD", "more than 16,777,216 bytes"])
         self.run_program("options", "--ppd", self.file(b"packed.ppd", gzip.compress(ppd)))
 
     def test_presets_whose_lock_is_no_file_are_refused_by_name(self):
