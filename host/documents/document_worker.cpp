@@ -281,7 +281,8 @@ Error notWritten(const WorkerTask& task, const QString& detail) {
 /// What a worker's failure is to the user.
 Error sentenceFor(const worker::Failed& failed, const WorkerTask& task, DocumentReader reader) {
     using worker::Problem;
-    const QString about = task.files.value(failed.file, task.about);
+    const QString about =
+        failed.file == worker::kNoFile ? task.about : task.files.value(failed.file, task.about);
     const QString detail = QString::fromStdString(failed.detail);
     switch (failed.problem) {
     case Problem::UnknownKind:

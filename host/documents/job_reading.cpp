@@ -134,8 +134,8 @@ Result<Done> JobReading::join(const PageRange& range, const QString& target) {
                                    ? std::numeric_limits<std::uint32_t>::max()
                                    : static_cast<std::uint32_t>(range.last),
                                sent(mPaper)};
-    const Result<worker::Answer> answer =
-        mWorker.ask(request, {mNames.value(0), {made.number()}, target, mCancel, mNames});
+    const Result<worker::Answer> answer = mWorker.ask(
+        request, {mNames.join(QStringLiteral(", ")), {made.number()}, target, mCancel, mNames});
     if (!answer)
         return answer.error();
     return Done();

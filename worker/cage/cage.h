@@ -24,6 +24,8 @@ struct Cage {
     std::string program;
     /// A folder in which files may be made, written, read and removed; borrowed; -1: none.
     int workFolder = -1;
+    /// Whether the process may have threads; second processes it never has.
+    bool hasThreads = false;
     /// Bytes of memory that the process may write to; libraries' code does not count.
     std::uint64_t memory = kMemoryLimit;
     /// Bytes of each file that it writes.

@@ -5,6 +5,7 @@
 #include "worker/cage/system_calls.h"
 
 #include <asm/ioctls.h>
+#include <sched.h>
 #include <seccomp.h>
 #include <unistd.h>
 
@@ -129,6 +130,15 @@ bool allowWith(scmp_filter_ctx filter, int call, unsigned argument, scmp_datum_t
     return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, 1, &equal) == 0;
 }
 
+/// Threads, which share all with the process that starts them: by the call of old, whose flags a
+/// filter can see. The newer one is said not to be there, so that the C library takes the old one.
+bool allowThreads(scmp_filter_ctx filter) {
+    constexpr scmp_datum_t kShared = CLONE_VM | CLONE_THREAD;
+    const scmp_arg_cmp isThread{0, SCMP_CMP_MASKED_EQ, kShared, kShared};
+    return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1, &isThread) == 0 &&
+           seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0;
+}
+
 bool allowOwn(scmp_filter_ctx filter) {
     // What abort() does to this process and nobody else; reading limits, not changing them; and
     // asking whether a file is a terminal.
@@ -149,6 +159,7 @@ bool filterSystemCalls(const Cage& cage) {
     const bool opens = !cage.readable.empty() || cage.workFolder >= 0 || !cage.program.empty();
     if (!allow(filter.get(), kAlways) || !allowOwn(filter.get()) ||
         (opens && !allow(filter.get(), kPaths)) ||
+        (cage.hasThreads && !allowThreads(filter.get())) ||
         (!cage.program.empty() && !allow(filter.get(), kProgram))) {
         errno = EINVAL;
         return false;

@@ -57,8 +57,7 @@ Answer plainText(const Descriptor& document, Canvas& canvas, const Step& step) {
         return Failed{Problem::UnknownKind, {}};
     if (!canvas.begin())
         return cannotWrite();
-    TextPages pages(canvas, step);
-    if (!pages.draw(QString::fromStdU16String(*text)))
+    if (!TextPages(canvas, step).draw(QString::fromStdU16String(*text)))
         return Failed{Problem::TooManyPages, {}};
     return canvas.end();
 }

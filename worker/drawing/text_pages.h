@@ -16,6 +16,9 @@ class TextPages {
 public:
     /// @param canvas  borrowed; begun. @param step  told of every page.
     TextPages(Canvas& canvas, Step step);
+    TextPages(const TextPages&) = delete;
+    TextPages& operator=(const TextPages&) = delete;
+    ~TextPages() { mCanvas.painter().restore(); }
 
     /// The whole text: lines are wrapped, a form feed starts a page, a line end at the very end is
     /// no line. @return false when it takes more than kMostPages.

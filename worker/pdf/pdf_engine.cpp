@@ -5,13 +5,15 @@
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
+#include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <memory>
-#include <new>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,14 +23,13 @@ namespace {
 
 /// Measures that differ by less are the same paper: half a millimetre and a rounded point. Points.
 constexpr double kSameMeasure = 2;
-/// How libqpdf calls the files in its own words.
-constexpr char kDocument[] = "document";
 
 /// A file that tells when a part of it is read for the first time, which ends with the file.
 class ProgressingFile : public FileInputSource {
 public:
-    ProgressingFile(FILE* document, Step step)
-        : FileInputSource(kDocument, document, true)
+    /// @param number  of the file, by which libqpdf calls it when it finds damage.
+    ProgressingFile(std::size_t number, FILE* document, Step step)
+        : FileInputSource(std::to_string(number).c_str(), document, true)
         , mStep(std::move(step)) {}
     size_t read(char* bytes, size_t size) override {
         stepAt(tell());
@@ -64,11 +65,20 @@ FILE* fileOf(Descriptor descriptor, const char* mode) {
     return file;
 }
 
-Failed broken(const std::exception& error, std::size_t file = 0) {
+/// The number of the file that libqpdf speaks of, see ProgressingFile; `otherwise` when of none.
+std::size_t fileOf(const QPDFExc& damage, std::size_t otherwise) {
+    const std::string name = damage.getFilename();
+    std::size_t number = otherwise;
+    std::from_chars(name.data(), name.data() + name.size(), number);
+    return number;
+}
+
+Failed broken(const std::exception& error, std::size_t file) {
     Failed failed{Problem::Broken, error.what(), static_cast<std::uint32_t>(file)};
     const auto* damage = dynamic_cast<const QPDFExc*>(&error);
     if (!damage)
         return failed;
+    failed.file = static_cast<std::uint32_t>(fileOf(*damage, file));
     failed.detail = damage->getMessageDetail();
     if (damage->getErrorCode() == qpdf_e_password)
         failed = {Problem::Encrypted, std::string(), failed.file};
@@ -142,24 +152,28 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Pape
 /// One opened file.
 class Content {
 public:
-    Content() { mPdf.setSuppressWarnings(true); }
+    /// @param number  of the file, as they are opened, from 0.
+    explicit Content(std::size_t number)
+        : mNumber(number) {
+        mPdf.setSuppressWarnings(true);
+    }
 
     /// @return nothing when it was opened.
     std::optional<Failed> read(Descriptor document, const Step& step) {
         FILE* file = fileOf(std::move(document), "rb");
         if (!file)
-            return Failed{Problem::OutOfMemory, {}};
+            return Failed{Problem::OutOfMemory, {}, 0};
         try {
-            mPdf.processInputSource(std::make_shared<ProgressingFile>(file, step));
+            mPdf.processInputSource(std::make_shared<ProgressingFile>(mNumber, file, step));
             QPDFPageDocumentHelper(mPdf).flattenAnnotations();
             mPages = QPDFPageDocumentHelper(mPdf).getAllPages();
         } catch (const std::exception& error) {
-            return broken(error);
+            return broken(error, mNumber);
         }
         if (mPages.empty())
-            return Failed{Problem::WithoutPages, {}};
+            return Failed{Problem::WithoutPages, {}, 0};
         if (mPages.size() > kMostPages)
-            return Failed{Problem::TooManyPages, {}};
+            return Failed{Problem::TooManyPages, {}, 0};
         return std::nullopt;
     }
 
@@ -177,6 +191,7 @@ public:
     std::vector<QPDFPageObjectHelper>& pages() { return mPages; }
 
 private:
+    std::size_t mNumber;
     QPDF mPdf;
     std::vector<QPDFPageObjectHelper> mPages;
 };
@@ -184,16 +199,18 @@ private:
 Answer write(QPDF& pdf, Descriptor target, const Step& step) {
     FILE* file = fileOf(std::move(target), "wb");
     if (!file)
-        return Failed{Problem::OutOfMemory, {}};
+        return Failed{Problem::OutOfMemory, {}, 0};
     try {
         QPDFWriter writer(pdf);
-        writer.setOutputFile(kDocument, file, true);
+        writer.setOutputFile("target", file, true);
         writer.setPreserveEncryption(false);
         writer.registerProgressReporter(
             std::make_shared<QPDFWriter::FunctionProgressReporter>([&step](int) { step(); }));
         writer.write();
+    } catch (const QPDFSystemError& error) {
+        return Failed{Problem::NotWritten, error.what(), kNoFile};
     } catch (const std::exception& error) {
-        return Failed{Problem::NotWritten, error.what()};
+        return broken(error, kNoFile);
     }
     return Done();
 }
@@ -201,7 +218,7 @@ Answer write(QPDF& pdf, Descriptor target, const Step& step) {
 class Engine : public PdfEngine {
 public:
     Answer open(Descriptor document, const std::optional<Paper>& paper, const Step& step) override {
-        auto content = std::make_unique<Content>();
+        auto content = std::make_unique<Content>(mFiles.size());
         if (const auto failed = content->read(std::move(document), step))
             return *failed;
         try {
@@ -209,7 +226,7 @@ public:
             mFiles.push_back(std::move(content));
             return opened;
         } catch (const std::exception& error) {
-            return broken(error);
+            return broken(error, mFiles.size());
         }
     }
 

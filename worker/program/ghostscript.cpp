@@ -31,8 +31,12 @@ std::string findGhostscript() {
     return {};
 }
 
-/// Code that says how many pages were made, see kNoPageMade.
+/// Code that says how many pages were made, see kNoPageMade; and code that does so as well when the
+/// document ends Ghostscript by itself.
 constexpr char kTellPages[] = "(labelcut-pages ) print currentpagedevice /PageCount get ==";
+constexpr char kTellPagesOnQuit[] =
+    "/quit {(labelcut-pages ) print currentpagedevice /PageCount get "
+    "== systemdict /quit get exec} bind def";
 
 std::vector<std::string> commandFor(const Interpret& request) {
     std::vector<std::string> words{"gs",
@@ -43,15 +47,14 @@ std::vector<std::string> commandFor(const Interpret& request) {
                                    "-dAutoRotatePages=/None",
                                    "-sOutputFile=output"};
     if (request.target == Interpret::Target::PDF) {
-        words.insert(words.end(), {"-sDEVICE=pdfwrite", "-dEPSCrop"});
-    } else {
-        words.insert(words.end(), {"-sDEVICE=ps2write", "-dNOMEDIAATTRS"});
-        if (!request.setsPageSize)
-            words.emplace_back("-dSetPageSize=false");
+        words.insert(words.end(), {"-sDEVICE=pdfwrite", "-dEPSCrop", "-c", kTellPagesOnQuit, "-f",
+                                   "input", "-c", kTellPages});
+        return words;
     }
+    words.insert(words.end(), {"-sDEVICE=ps2write", "-dNOMEDIAATTRS"});
+    if (!request.setsPageSize)
+        words.emplace_back("-dSetPageSize=false");
     words.insert(words.end(), request.times, "input");
-    if (request.target == Interpret::Target::PDF)
-        words.insert(words.end(), {"-c", kTellPages});
     return words;
 }
 

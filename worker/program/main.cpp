@@ -131,6 +131,8 @@ public:
     std::optional<Cage> cage() const override {
         Cage cage;
         cage.readable = libraryFolders();
+        // Qt converts large pictures by several at a time.
+        cage.hasThreads = true;
         return cage;
     }
 

@@ -68,9 +68,9 @@ struct Draw {
 struct Interpret {
     enum class Target : std::uint8_t { PDF, PostScript };
     Target target = Target::PDF;
-    /// How often the document is interpreted, one after the other; 1 or more.
+    /// For PostScript: how often the document is interpreted, one after the other; 1 or more.
     std::uint32_t times = 1;
-    /// Whether the pages keep their measure in PostScript; otherwise they leave the paper alone.
+    /// For PostScript: whether it asks for the pages' measure; otherwise it leaves the paper alone.
     bool setsPageSize = true;
 };
 
@@ -122,9 +122,11 @@ struct Failed {
     Problem problem = Problem::Misunderstood;
     /// A library's own words; may be empty.
     std::string detail;
-    /// For Join: which of the files it is about, counted from 0 as they were opened.
+    /// For Join: which of the files it is about, counted from 0 as they were opened; or kNoFile.
     std::uint32_t file = 0;
 };
+/// The library does not say which.
+inline constexpr std::uint32_t kNoFile = UINT32_MAX;
 
 using Answer = std::variant<Progress, Kind, Opened, Done, Failed>;
 
