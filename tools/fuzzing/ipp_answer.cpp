@@ -65,15 +65,10 @@ void checkAnswer(const QByteArray& bytes) {
     require(!readIpp(QByteArrayView(message).chopped(1), Deadline(kAmple)),
             "the library needs all bytes up to the end that was found");
     const IppMessage read = readIpp(message, Deadline(kAmple));
-    if (!read)
-        return;
-    require(depthOf(read.get()) <= kMaxAnswerDepth, "what passes is not too deep");
-    const QByteArray again = written(read.get());
-    require(again.isEmpty() || IppScan().look(again) == IppShape::Whole,
-            "what was read passes when it is written");
+    require(!read || depthOf(read.get()) <= kMaxAnswerDepth, "what passes is not too deep");
 }
 
-void addValue(ipp_t* to, ipp_tag_t group, Bytes& input, ipp_t* below) {
+void addValue(ipp_t* to, ipp_tag_t group, Bytes& input) {
     const QByteArray name = "n" + QByteArray::number(input.below(4));
     const QByteArray text = input.text();
     switch (input.below(6)) {
@@ -94,20 +89,20 @@ void addValue(ipp_t* to, ipp_tag_t group, Bytes& input, ipp_t* below) {
         ippAddRange(to, group, name.constData(), input.byte(), input.byte());
         break;
     default:
-        if (below)
-            ippAddCollection(to, group, name.constData(), below);
+        ippAddBoolean(to, group, name.constData(), input.flag());
         break;
     }
 }
 
-/// A message that the library writes: values beside and within each other.
+/// A message that the library writes: values, and collections within each other. One collection a
+/// level, so that the number of parts stays far within its limit.
 void checkWritten(Bytes& input) {
     const int depth = input.below(kMaxBuiltDepth + 1);
     IppMessage inner;
     for (int level = depth; level > 0; --level) {
         IppMessage outer(ippNew());
         for (int i = input.below(4); i > 0; --i)
-            addValue(outer.get(), IPP_TAG_ZERO, input, inner.get());
+            addValue(outer.get(), IPP_TAG_ZERO, input);
         if (inner)
             ippAddCollection(outer.get(), IPP_TAG_ZERO, "inner", inner.get());
         inner = std::move(outer);
@@ -116,7 +111,7 @@ void checkWritten(Bytes& input) {
     if (inner)
         ippAddCollection(message.get(), IPP_TAG_PRINTER, "outer", inner.get());
     for (int i = input.below(16); i > 0; --i)
-        addValue(message.get(), IPP_TAG_PRINTER, input, inner.get());
+        addValue(message.get(), IPP_TAG_PRINTER, input);
 
     const QByteArray bytes = written(message.get());
     require(!bytes.isEmpty(), "the library writes what it has built");
