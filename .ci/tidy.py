@@ -6,7 +6,8 @@ The folder is built already, by g++ (CMake's preset dev). Without --tests only w
 
 Most of clang-tidy's time goes into the headers of Qt, so that the sources of a target are linted
 together, as one source that includes them, without precompiled headers. Where that finds anything,
-each of them is linted alone, and only that counts: two sources may use one name for two things.
+halves of them are linted, and so on down to each alone, and only that counts: two sources may use
+one name for two things.
 What clang says of a main file only, such as a constant that nobody uses, is found by a compilation
 of each source, whose headers are precompiled once.
 
@@ -112,12 +113,14 @@ def tidy(path, flags):
 
 def lint(sources, folder):
     """Complaints of clang-tidy about sources of one target."""
-    if len(sources) > 1:
-        together = folder / (sources[0].target.replace("/", "-") + ".cpp")
-        together.write_text("".join(f'#include "{source.path}"\n' for source in sources))
-        if not tidy(together, sources[0].flags):
-            return []
-    return [tidy(source.path, source.flags) for source in sources]
+    if len(sources) == 1:
+        return [tidy(sources[0].path, sources[0].flags)]
+    together = folder / (sources[0].target.replace("/", "-") + ".cpp")
+    together.write_text("".join(f'#include "{source.path}"\n' for source in sources))
+    if not tidy(together, sources[0].flags):
+        return []
+    middle = len(sources) // 2
+    return lint(sources[:middle], folder) + lint(sources[middle:], folder)
 
 
 def compile_alone(source, precompiled):

@@ -9,9 +9,20 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-  # Precompiled headers hold neither macros of the command line nor the time.
+  # Precompiled headers hold neither macros of the command line nor the time. They are large: the
+  # caches of ccache for what a file's bytes and a source's headers are spare a quarter of a second
+  # for every source.
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-    "CCACHE_SLOPPINESS=pch_defines,time_macros" "${CCACHE_PROGRAM}")
+    CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_DEPEND=1 CCACHE_INODECACHE=1
+    "${CCACHE_PROGRAM}")
+endif()
+
+# What users run is linked as their system links; tests by the fastest linker that there is.
+if(NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+  find_program(LLD_PROGRAM ld.lld)
+  if(LLD_PROGRAM)
+    add_link_options(-fuse-ld=lld)
+  endif()
 endif()
 
 add_library(labelcut_compiler INTERFACE)

@@ -19,7 +19,7 @@ namespace labelcut {
 
 namespace {
 
-struct Arguments {
+struct OptionsArguments {
     PrinterArguments printer;
     PresetArgument preset;
     bool json = false;
@@ -89,7 +89,7 @@ QString toText(const OfferedOption& row) {
              choices.join(QStringLiteral(", ")));
 }
 
-int list(const Arguments& arguments, Runner& runner) {
+int list(const OptionsArguments& arguments, Runner& runner) {
     runner.coreApplication();
     const auto printer = openPrinter(arguments.printer);
     if (!printer)
@@ -122,7 +122,7 @@ int list(const Arguments& arguments, Runner& runner) {
 } // namespace
 
 void addOptionsCommand(CLI::App& app, Runner& runner) {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<OptionsArguments>();
     CLI::App* command = app.add_subcommand(
         "options", "List the options of the printer's panels, the current choice starred");
     arguments->printer.addTo(*command);

@@ -23,7 +23,7 @@ namespace labelcut {
 namespace {
 
 /// What was typed; each sub-command uses its part.
-struct Arguments {
+struct PresetsArguments {
     PrinterArguments printer;
     SettingArguments settings;
     std::string name;
@@ -32,7 +32,7 @@ struct Arguments {
     bool replace = false;
 };
 
-Overwrite overwrite(const Arguments& arguments) {
+Overwrite overwrite(const PresetsArguments& arguments) {
     return arguments.replace ? Overwrite::Yes : Overwrite::No;
 }
 
@@ -44,7 +44,7 @@ struct PresetPrinter {
 };
 
 /// @param needsPpd  a queue's PPD is fetched only then, so that the rest works without a service.
-Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
+Result<PresetPrinter> presetPrinter(const PresetsArguments& arguments, bool needsPpd) {
     const Result<PrinterRef> printer = namedOrDefaultPrinter(arguments.printer);
     if (!printer)
         return printer.error();
@@ -60,18 +60,19 @@ Result<PresetPrinter> presetPrinter(const Arguments& arguments, bool needsPpd) {
     return PresetPrinter{identity, std::move(found->ppd)};
 }
 
-using Action = Result<PresetOutput> (*)(const Arguments& arguments, const PresetPrinter& printer);
+using Action = Result<PresetOutput> (*)(const PresetsArguments& arguments,
+                                        const PresetPrinter& printer);
 
-Result<PresetOutput> list(const Arguments&, const PresetPrinter& printer) {
+Result<PresetOutput> list(const PresetsArguments&, const PresetPrinter& printer) {
     return presetcommands::list(PresetStore(), printer.identity);
 }
 
-Result<PresetOutput> show(const Arguments& arguments, const PresetPrinter& printer) {
+Result<PresetOutput> show(const PresetsArguments& arguments, const PresetPrinter& printer) {
     return presetcommands::show(PresetStore(), printer.identity,
                                 QString::fromStdString(arguments.name), printer.ppd.get());
 }
 
-Result<PresetOutput> save(const Arguments& arguments, const PresetPrinter& printer) {
+Result<PresetOutput> save(const PresetsArguments& arguments, const PresetPrinter& printer) {
     const auto choices = checkedSettings(printer.ppd.get(), arguments.settings.parsed());
     if (!choices)
         return choices.error();
@@ -89,18 +90,18 @@ Result<PresetOutput> save(const Arguments& arguments, const PresetPrinter& print
     return output;
 }
 
-Result<PresetOutput> remove(const Arguments& arguments, const PresetPrinter& printer) {
+Result<PresetOutput> remove(const PresetsArguments& arguments, const PresetPrinter& printer) {
     PresetStore store;
     return presetcommands::remove(store, printer.identity, QString::fromStdString(arguments.name));
 }
 
-Result<PresetOutput> rename(const Arguments& arguments, const PresetPrinter& printer) {
+Result<PresetOutput> rename(const PresetsArguments& arguments, const PresetPrinter& printer) {
     PresetStore store;
     return presetcommands::rename(store, printer.identity, QString::fromStdString(arguments.name),
                                   QString::fromStdString(arguments.newName), overwrite(arguments));
 }
 
-int run(const Arguments& arguments, bool needsPpd, Action action, Runner& runner) {
+int run(const PresetsArguments& arguments, bool needsPpd, Action action, Runner& runner) {
     runner.coreApplication();
     const Result<PresetPrinter> printer = presetPrinter(arguments, needsPpd);
     if (!printer)
@@ -116,8 +117,9 @@ int run(const Arguments& arguments, bool needsPpd, Action action, Runner& runner
 }
 
 /// Adds one of the sub-commands. @return it, for what only it takes.
-CLI::App& addAction(CLI::App& presets, Runner& runner, const std::shared_ptr<Arguments>& arguments,
-                    const char* name, const char* help, bool needsPpd, Action action) {
+CLI::App& addAction(CLI::App& presets, Runner& runner,
+                    const std::shared_ptr<PresetsArguments>& arguments, const char* name,
+                    const char* help, bool needsPpd, Action action) {
     CLI::App* command = presets.add_subcommand(name, help);
     arguments->printer.addTo(*command);
     command->callback([arguments, needsPpd, action, &runner] {
@@ -136,7 +138,7 @@ void addName(CLI::App& command, std::string& name, const char* help, const char*
 } // namespace
 
 void addPresetsCommand(CLI::App& app, Runner& runner) {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<PresetsArguments>();
     CLI::App* presets = app.add_subcommand("presets", "Keep choices for a printer under a name");
     presets->require_subcommand(1);
     addExamples(*presets, {"labelcut presets list",

@@ -33,7 +33,7 @@ namespace labelcut {
 namespace {
 
 /// What was typed.
-struct Arguments {
+struct PrintArguments {
     std::vector<std::string> files;
     PrinterArguments printer;
     SettingArguments settings;
@@ -56,7 +56,7 @@ struct Wish {
 };
 
 /// Throws what is wrong usage.
-Wish understood(const Arguments& arguments) {
+Wish understood(const PrintArguments& arguments) {
     if (arguments.printer.ppd.empty() != arguments.output.empty())
         rejectArguments(arguments.output.empty()
                             ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
@@ -187,7 +187,7 @@ Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
     return asked;
 }
 
-int print(const Arguments& arguments, const Wish& wish, Runner& runner) {
+int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
     interruption::install();
     runner.coreApplication();
     const auto opened = openPrinter(arguments.printer);
@@ -225,7 +225,7 @@ int print(const Arguments& arguments, const Wish& wish, Runner& runner) {
 } // namespace
 
 void addPrintCommand(CLI::App& app, Runner& runner) {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<PrintArguments>();
     CLI::App* command = app.add_subcommand("print", "Print files on a label printer");
     command
         ->add_option("FILE", arguments->files,

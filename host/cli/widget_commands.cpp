@@ -53,7 +53,7 @@ void closeDialog() {
     BackgroundCall::farewell();
 }
 
-QtMessageHandler usualHandler = nullptr;
+QtMessageHandler handlerBeforeDialog = nullptr;
 
 /// On Wayland the toolkit leaves without exit(), from whichever thread notices first that the
 /// display is gone, and all it does before is to say so.
@@ -61,7 +61,7 @@ void endWithDisplay(QtMsgType type, const QMessageLogContext& context, const QSt
     static std::atomic<bool> said = false;
     const bool isGone = message.startsWith(QLatin1String("The Wayland connection "));
     if (!isGone || !said.exchange(true))
-        usualHandler(type, context, message);
+        handlerBeforeDialog(type, context, message);
     if (!isGone)
         return;
     if (QThread::currentThread() != qApp->thread()) {
@@ -93,7 +93,7 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
     request.complain = [](const QString& sentence) { Runner::complain(sentence); };
     openDialog = std::make_unique<PrintDialog>(request, plugins, system);
     std::atexit(closeDialog);
-    usualHandler = qInstallMessageHandler(endWithDisplay);
+    handlerBeforeDialog = qInstallMessageHandler(endWithDisplay);
     interruption::install();
     QSocketNotifier interrupted(interruption::descriptor(), QSocketNotifier::Read);
     QObject::connect(&interrupted, &QSocketNotifier::activated, &application, [] {

@@ -19,8 +19,8 @@ namespace labelcut {
 namespace {
 
 /// The title is shortened to so much. Characters of usual width.
-constexpr int kTitleLength = 48;
-const QString kMessage = QStringLiteral("document");
+constexpr int kNamesLength = 48;
+const QString kDocumentMessage = QStringLiteral("document");
 /// Names that files of the kinds that can be printed usually have. What a file is, its content
 /// says.
 constexpr char kPatterns[] = " (*.pdf *.ps *.eps *.png *.jpg *.jpeg *.svg *.svgz *.txt)";
@@ -55,7 +55,7 @@ void DocumentRow::refresh() {
     const int pages = mModel.pageCount();
     // A long name does not widen the window.
     const QString title = fontMetrics().elidedText(whole, Qt::ElideMiddle,
-                                                   kTitleLength * fontMetrics().averageCharWidth());
+                                                   kNamesLength * fontMetrics().averageCharWidth());
     mTitle->setToolTip(title == whole ? QString()
                                       : Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal));
     if (mModel.files().isEmpty())
@@ -81,7 +81,7 @@ void DocumentRow::askForFiles() {
 }
 
 void DocumentRow::read() {
-    mMessages.remove(kMessage);
+    mMessages.remove(kDocumentMessage);
     mDigests.clear();
     if (mModel.files().isEmpty())
         return;
@@ -95,7 +95,7 @@ void DocumentRow::read() {
             return;
         }
         link.tell([this, sentence = document.error().sentence] {
-            mMessages.show(kMessage, MessageBar::Kind::Warning, sentence);
+            mMessages.show(kDocumentMessage, MessageBar::Kind::Warning, sentence);
         });
     });
 }

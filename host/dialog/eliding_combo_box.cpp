@@ -24,7 +24,8 @@ constexpr int kTextMargin = 2;
 
 ElidingComboBox::ElidingComboBox(QWidget* parent)
     : QComboBox(parent) {
-    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    // Not AdjustToContents: a timer would take all the width that is wanted, past the layout.
+    setSizeAdjustPolicy(QComboBox::AdjustToContentsOnFirstShow);
 }
 
 QSize ElidingComboBox::minimumSizeHint() const {

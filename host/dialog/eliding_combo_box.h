@@ -7,7 +7,8 @@ namespace labelcut {
 
 /// As wide as its longest entry where there is room, and as narrow as a few letters where there is
 /// none: an entry that does not fit ends in "…" and is whole in a tool tip. The open list is as
-/// wide as its entries, up to the screen's width.
+/// wide as its entries, up to the screen's width. Entries that come after the first show do not
+/// make it wider.
 class ElidingComboBox : public QComboBox {
     Q_OBJECT
 public:

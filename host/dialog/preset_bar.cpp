@@ -18,7 +18,7 @@ namespace labelcut {
 
 namespace {
 
-const QString kMessage = QStringLiteral("preset");
+const QString kPresetMessage = QStringLiteral("preset");
 
 } // namespace
 
@@ -151,12 +151,12 @@ void PresetBar::remove() {
 
 /// Nothing is asked before; this takes it back.
 void PresetBar::offerBack(const QString& sentence, const Preset& preset) {
-    mMessages.show(kMessage, MessageBar::Kind::Information, sentence,
+    mMessages.show(kPresetMessage, MessageBar::Kind::Information, sentence,
                    {{hostText("Undo"), [this, preset] {
                          const auto saved = mStore.save(identity(), preset, Overwrite::Yes);
                          if (!saved)
                              tell({saved.error().sentence});
-                         mMessages.remove(kMessage);
+                         mMessages.remove(kPresetMessage);
                          list(QString());
                      }}});
 }

@@ -3,11 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QCollator>
-#include <QHelpEvent>
-#include <QStyle>
-#include <QStyleOptionComboBox>
 #include <QTextDocument>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -43,7 +39,7 @@ void sortByTitle(std::vector<ListedPrinter>& printers) {
 } // namespace
 
 PrinterList::PrinterList(QWidget* parent)
-    : QComboBox(parent) {
+    : ElidingComboBox(parent) {
     setObjectName(QStringLiteral("printers"));
     setMinimumContentsLength(kTitleLength);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
@@ -83,7 +79,7 @@ bool PrinterList::isOpen() const {
 
 void PrinterList::showPopup() {
     Q_EMIT aboutToOpen();
-    QComboBox::showPopup();
+    ElidingComboBox::showPopup();
 }
 
 void PrinterList::entryActivated(int index) {
@@ -93,21 +89,6 @@ void PrinterList::entryActivated(int index) {
         Q_EMIT anotherFileWanted();
     else
         Q_EMIT printerChosen(mPrinters[static_cast<std::size_t>(index)].ref);
-}
-
-/// A title that is too long for the list can be read under the pointer.
-bool PrinterList::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip)
-        return QComboBox::event(event);
-    QStyleOptionComboBox option;
-    initStyleOption(&option);
-    const QRect room =
-        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    const bool isCut = fontMetrics().horizontalAdvance(currentText()) > room.width();
-    QToolTip::showText(
-        static_cast<QHelpEvent*>(event)->globalPos(),
-        isCut ? Qt::convertFromPlainText(currentText(), Qt::WhiteSpaceNormal) : QString(), this);
-    return true;
 }
 
 } // namespace labelcut

@@ -1,11 +1,10 @@
 // The dialog: the list of printers.
 #pragma once
 
-#include <QComboBox>
-
 #include <optional>
 #include <vector>
 
+#include "host/dialog/eliding_combo_box.h"
 #include "host/printers/printer_ref.h"
 
 namespace labelcut {
@@ -19,7 +18,7 @@ struct ListedPrinter {
 
 /// Queues by their titles, then PPD files, then an entry that leads to one more PPD file: the list
 /// can always be opened.
-class PrinterList : public QComboBox {
+class PrinterList : public ElidingComboBox {
     Q_OBJECT
 public:
     explicit PrinterList(QWidget* parent = nullptr);
@@ -31,6 +30,7 @@ public:
     void setCurrent(const std::optional<PrinterRef>& printer);
     bool isOpen() const;
 
+    QSize minimumSizeHint() const override { return QComboBox::minimumSizeHint(); }
     void showPopup() override;
 
 Q_SIGNALS:
@@ -38,9 +38,6 @@ Q_SIGNALS:
     /// The user's choice.
     void printerChosen(const labelcut::PrinterRef& printer);
     void anotherFileWanted();
-
-protected:
-    bool event(QEvent* event) override;
 
 private:
     void entryActivated(int index);

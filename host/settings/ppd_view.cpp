@@ -9,17 +9,17 @@ namespace labelcut {
 
 namespace {
 
-std::span<const ppd_group_t> groupsOf(const ppd_file_t* file) {
+std::span<const ppd_group_t> groupsIn(const ppd_file_t* file) {
     if (!file)
         return {};
     return {file->groups, static_cast<std::size_t>(file->num_groups)};
 }
 
-std::span<const ppd_option_t> optionsOf(const ppd_group_t& group) {
+std::span<const ppd_option_t> optionsIn(const ppd_group_t& group) {
     return {group.options, static_cast<std::size_t>(group.num_options)};
 }
 
-std::span<const ppd_choice_t> choicesOf(const ppd_option_t& option) {
+std::span<const ppd_choice_t> choicesIn(const ppd_option_t& option) {
     return {option.choices, static_cast<std::size_t>(option.num_choices)};
 }
 
@@ -50,9 +50,9 @@ bool PpdView::hasOption(const QString& keyword) const {
 
 std::vector<PpdView::Group> PpdView::groups() const {
     std::vector<Group> all;
-    for (const ppd_group_t& group : groupsOf(mFile)) {
+    for (const ppd_group_t& group : groupsIn(mFile)) {
         all.push_back({QString::fromUtf8(group.name), QString::fromUtf8(group.text), {}});
-        for (const ppd_option_t& option : optionsOf(group))
+        for (const ppd_option_t& option : optionsIn(group))
             all.back().options.push_back(
                 {QString::fromUtf8(option.keyword), QString::fromUtf8(option.text)});
     }
@@ -64,7 +64,7 @@ std::vector<PpdView::Choice> PpdView::choices(const QString& keyword) const {
     const ppd_option_t* option = find(mFile, keyword);
     if (!option)
         return all;
-    for (const ppd_choice_t& choice : choicesOf(*option))
+    for (const ppd_choice_t& choice : choicesIn(*option))
         all.push_back({QString::fromUtf8(choice.choice), QString::fromUtf8(choice.text)});
     return all;
 }
@@ -74,7 +74,7 @@ std::optional<QString> PpdView::defaultChoice(const QString& keyword) const {
     if (!option)
         return std::nullopt;
     // The PPD may name a default that it lacks, or in another case.
-    for (const ppd_choice_t& choice : choicesOf(*option)) {
+    for (const ppd_choice_t& choice : choicesIn(*option)) {
         if (qstricmp(choice.choice, option->defchoice) == 0)
             return QString::fromUtf8(choice.choice);
     }
@@ -98,8 +98,8 @@ std::optional<QString> PpdView::marked(const QString& keyword) const {
 
 Settings PpdView::marks() const {
     Settings all;
-    for (const ppd_group_t& group : groupsOf(mFile)) {
-        for (const ppd_option_t& option : optionsOf(group)) {
+    for (const ppd_group_t& group : groupsIn(mFile)) {
+        for (const ppd_option_t& option : optionsIn(group)) {
             if (QLatin1String(option.keyword) == kPageRegion)
                 continue;
             if (auto choice = ppd::markedValue(mFile, option.keyword))

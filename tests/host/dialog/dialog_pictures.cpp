@@ -49,6 +49,13 @@ const std::map<QString, Look>& looks() {
     return all;
 }
 
+QStringList lookNames() {
+    QStringList names;
+    for (const auto& [name, look] : looks())
+        names << name;
+    return names;
+}
+
 QString nameOf(const QWidget& widget) {
     return QStringLiteral("%1 \"%2\"")
         .arg(QLatin1String(widget.metaObject()->className()), widget.objectName());
@@ -249,6 +256,18 @@ int takeInProcesses(const QString& folder, const QStringList& names) {
     return failures == 0 ? 0 : 1;
 }
 
+/// The folder, then looks: no options, and no look that does not exist.
+bool isWrong(const QStringList& arguments) {
+    return arguments.front().startsWith(u'-') ||
+           std::any_of(arguments.begin() + 1, arguments.end(),
+                       [](const QString& name) { return looks().count(name) == 0; });
+}
+
+int usage() {
+    QTextStream(stderr) << "Usage: dialog_pictures FOLDER [" << lookNames().join(u'|') << "]...\n";
+    return 2;
+}
+
 } // namespace
 
 } // namespace labelcut::test
@@ -259,15 +278,11 @@ int main(int argc, char** argv) {
     if (look.isEmpty()) {
         const QCoreApplication application(argc, argv);
         QStringList names = QCoreApplication::arguments().mid(1);
-        if (names.isEmpty())
-            qFatal("dialog_pictures FOLDER [LOOK]…");
+        if (names.isEmpty() || isWrong(names))
+            return usage();
         const QString folder = names.takeFirst();
         QDir().mkpath(folder);
-        if (names.isEmpty()) {
-            for (const auto& [name, settings] : looks())
-                names << name;
-        }
-        return takeInProcesses(folder, names);
+        return takeInProcesses(folder, names.isEmpty() ? lookNames() : names);
     }
     const QApplication application(argc, argv);
     return takeAll(QCoreApplication::arguments().value(1), look);

@@ -33,6 +33,9 @@ QByteArray longOptions() {
            ": 2 string 3 9\n*CloseGroup: Long\n";
 }
 
+/// Milliseconds; QComboBox has a timer of 20.
+constexpr int kLongerThanQtPutsOff = 100;
+
 class FieldsTest : public testing::Test {
 protected:
     void open(const QString& ppd) { mModel.adopt(openedPpd(ppd)); }
@@ -107,6 +110,25 @@ TEST_F(FieldsTest, ThePageIsNeverScrolledSideways) {
             EXPECT_FALSE(isPart && isCut) << width << ": " << qPrintable(field->objectName());
         }
     }
+}
+
+TEST_F(FieldsTest, APopUpThatIsLaidOutStaysAsItIs) {
+    struct Resizes : QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            count += event->type() == QEvent::Resize ? 1 : 0;
+            return false;
+        }
+        int count = 0;
+    } resizes;
+    open(extendedPpd(mHome, longOptions()));
+    FeaturesPage page(mModel);
+    page.resize(400, 500);
+    page.show();
+    // The layout, but no timer.
+    QCoreApplication::sendPostedEvents();
+    part<QComboBox>(page, "choices-Wordy")->installEventFilter(&resizes);
+    turnFor(kLongerThanQtPutsOff);
+    EXPECT_EQ(resizes.count, 0);
 }
 
 TEST_F(FieldsTest, AChoiceThatDoesNotFitIsWholeInAToolTipAndOneThatFitsIsNot) {

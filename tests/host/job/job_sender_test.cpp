@@ -15,16 +15,8 @@
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 
-namespace labelcut {
+namespace labelcut::test {
 
-using test::kLong;
-using test::kSoon;
-using test::PrivateCupsd;
-using test::Pulse;
-using test::StandInServer;
-using test::timeOf;
-using test::turnFor;
-using test::turnUntil;
 using testing::HasSubstr;
 
 namespace {
@@ -526,4 +518,4 @@ INSTANTIATE_TEST_SUITE_P(Kinds, SilentSenderTest,
                                          StandInServer::Behaviour::NotReading,
                                          StandInServer::Behaviour::NotAccepting));
 
-} // namespace labelcut
+} // namespace labelcut::test

@@ -18,16 +18,8 @@
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 
-namespace labelcut {
+namespace labelcut::test {
 
-using test::kLong;
-using test::kSoon;
-using test::PrivateCupsd;
-using test::Pulse;
-using test::StandInServer;
-using test::timeOf;
-using test::turnFor;
-using test::turnUntil;
 using testing::HasSubstr;
 
 namespace {
@@ -331,4 +323,4 @@ TEST(PrinterDirectoryTest, NoFileOfAPpdStays) {
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
-} // namespace labelcut
+} // namespace labelcut::test
