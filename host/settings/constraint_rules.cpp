@@ -1,6 +1,8 @@
 // Settings: the constraints of a PPD, and which of them the marked choices break.
 #include "host/settings/constraint_rules.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <iterator>
 #include <optional>
@@ -56,14 +58,14 @@ auto placeOf(const ppd_choice_t* choice) {
 /// Each once, in the PPD's order.
 void sortOnce(std::vector<ppd_choice_t*>& choices) {
     std::ranges::sort(choices, {}, placeOf);
-    choices.erase(std::ranges::unique(choices).begin(), choices.end());
+    choices.erase(std::unique(choices.begin(), choices.end()), choices.end());
 }
 
 void sortOnce(std::vector<std::vector<ppd_choice_t*>>& conflicts) {
     std::ranges::sort(conflicts, [](const auto& one, const auto& other) {
         return std::ranges::lexicographical_compare(one, other, {}, placeOf, placeOf);
     });
-    conflicts.erase(std::ranges::unique(conflicts).begin(), conflicts.end());
+    conflicts.erase(std::unique(conflicts.begin(), conflicts.end()), conflicts.end());
 }
 
 } // namespace

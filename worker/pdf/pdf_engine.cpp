@@ -67,7 +67,7 @@ FILE* fileOf(Descriptor descriptor, const char* mode) {
 
 /// The number of the file that libqpdf speaks of, see ProgressingFile; `otherwise` when of none.
 std::size_t fileOf(const QPDFExc& damage, std::size_t otherwise) {
-    const std::string name = damage.getFilename();
+    const std::string& name = damage.getFilename();
     std::size_t number = otherwise;
     std::from_chars(name.data(), name.data() + name.size(), number);
     return number;
