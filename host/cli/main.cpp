@@ -10,6 +10,7 @@
 #include "host/cli/print_command.h"
 #include "host/cli/runner.h"
 #include "host/cli/widget_commands.h"
+#include "host/core/user_folders.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ void fillStandardFiles() {
 
 int main(int argc, char** argv) {
     fillStandardFiles();
+    labelcut::mendFoldersInEnvironment();
     // A file that may not grow and a reader that went away are failures to report, no reason to
     // die and leave half a file behind.
     std::signal(SIGXFSZ, SIG_IGN);

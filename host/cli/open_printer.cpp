@@ -1,12 +1,10 @@
 // The command line: the printer that a command is about, open.
 #include "host/cli/open_printer.h"
 
-#include <QDir>
-#include <QFile>
-
 #include "host/cli/interruption.h"
 #include "host/cli/runner.h"
 #include "host/core/failure.h"
+#include "host/core/file_name.h"
 #include "host/printers/default_queue.h"
 #include "host/settings/saved_options.h"
 
@@ -38,7 +36,7 @@ void complainOfPlugins(const OpenedPrinter& printer, const PluginSearch& plugins
 
 Result<PrinterRef> namedOrDefaultPrinter(const PrinterArguments& arguments) {
     if (!arguments.ppd.empty())
-        return PrinterRef(PpdFileRef{QFile::decodeName(arguments.ppd.c_str())});
+        return PrinterRef(PpdFileRef{nameFromWord(arguments.ppd)});
     if (!arguments.queue.empty())
         return PrinterRef(QueueRef{QString::fromStdString(arguments.queue)});
     const auto found = defaultQueue(CupsConnection(), readSavedOptions(), limitsOf(arguments));
@@ -61,9 +59,8 @@ Result<std::unique_ptr<OpenedPrinter>> openPrinter(const PrinterArguments& argum
         return found.error();
     const QString folder = pluginFolder();
     const PluginSearch plugins = loadPlugins(folder);
-    auto printer =
-        std::make_unique<OpenedPrinter>(std::move(*found), Settings(), plugins, hostSystem());
-    printer->host().onTrouble(Runner::complain);
+    auto printer = std::make_unique<OpenedPrinter>(std::move(*found), Settings(), plugins,
+                                                   hostSystem(), Runner::complain);
     for (const QString& note : printer->notes())
         Runner::complain(note);
     complainOfPlugins(*printer, plugins, folder);

@@ -1,8 +1,6 @@
 // The command line: "labelcut print", the product's main job.
 #include "host/cli/print_command.h"
 
-#include <QFile>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -21,9 +19,10 @@
 #include "host/cli/value_checks.h"
 #include "host/core/copies.h"
 #include "host/core/failure.h"
+#include "host/core/file_name.h"
 #include "host/core/harmless_text.h"
-#include "host/documents/documents.h"
 #include "host/job/order.h"
+#include "host/presets/preset_store.h"
 #include "host/settings/checked_setting.h"
 #include "host/settings/constraints.h"
 #include "host/settings/custom_value.h"
@@ -64,7 +63,7 @@ Wish understood(const PrintArguments& arguments) {
                             : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
     Wish wish;
     for (const std::string& file : arguments.files)
-        wish.files << QFile::decodeName(file.c_str());
+        wish.files << nameFromWord(file);
     wish.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
         const auto range = parsePageRange(QString::fromStdString(arguments.pages));
@@ -77,29 +76,21 @@ Wish understood(const PrintArguments& arguments) {
     return wish;
 }
 
-/// Drawing needs more of Qt, which takes its time; most files need none.
-void makeApplication(const Wish& wish, Runner& runner) {
-    const bool draws = std::ranges::any_of(wish.files, [](const QString& file) {
-        const Result<DocumentKind> kind = documentKind(file);
-        return kind && isDrawn(*kind);
-    });
-    if (draws)
-        runner.drawingApplication();
-    else
-        runner.coreApplication();
-}
-
 bool isAmong(const Settings& settings, const Setting& setting) {
     return std::ranges::find(settings, setting) != settings.end();
 }
 
 /// The conflict, and what to add to the command so that what was asked for can stand.
 QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settings& asked) {
-    QString sentence = describe(ppd, conflict);
+    const QString sentence = describe(ppd, conflict);
+    if (conflict.size() == 1)
+        return sentence +
+               QStringLiteral(" Ask for another choice of %1.").arg(conflict.front().keyword);
+    bool gaveUp = false;
     for (const Setting& side : conflict) {
         if (!isAmong(asked, side))
             continue;
-        const auto changes = proposeResolution(ppd, side, asked);
+        const auto changes = proposeResolution(ppd, side, asked, &gaveUp);
         if (!changes || changes->empty())
             continue;
         QStringList sets;
@@ -107,7 +98,8 @@ QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settin
             sets << QStringLiteral("--set %1=%2").arg(change.keyword, change.choice);
         return sentence + QStringLiteral(" Add %1.").arg(sets.join(u' '));
     }
-    return sentence + QStringLiteral(" Ask for one of them only.");
+    return sentence + (gaveUp ? u' ' + gaveUpSentence() : QString()) +
+           QStringLiteral(" Ask for one of them only.");
 }
 
 /// Whether the printer can do what is marked now. @return the reason why not.
@@ -197,7 +189,7 @@ Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
 
 int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
     interruption::install();
-    makeApplication(wish, runner);
+    runner.coreApplication();
     const auto opened = openPrinter(arguments.printer);
     if (!opened)
         return Runner::fail(opened.error().sentence);
@@ -215,7 +207,8 @@ int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
         return Runner::fail(reason->sentence);
     const int copies = *preset && !arguments.copiesGiven ? (*preset)->copies : arguments.copies;
     Order order = orderFor(printer, {wish.files, copies, wish.pages});
-    order.outputPath = QFile::decodeName(arguments.output.c_str());
+    order.outputPath = nameFromWord(arguments.output);
+    order.inUse << PresetStore().filePath(identityOf(printer));
     if (!wish.title.isEmpty())
         order.title = wish.title;
     const auto document = prepareDocument(order, &interruption::flag());

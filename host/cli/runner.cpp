@@ -1,8 +1,6 @@
 // The command line: from arguments to one command, its application object and its exit status.
 #include "host/cli/runner.h"
 
-#include <QGuiApplication>
-
 #include <CLI/CLI.hpp>
 
 #include <poll.h>
@@ -65,21 +63,17 @@ int Runner::run(std::initializer_list<AddCommand> commands, const std::string& v
 }
 
 QCoreApplication& Runner::coreApplication() {
+    quietLibraries();
     if (!mApplication)
         mApplication = std::make_unique<QCoreApplication>(mArgc, mArgv);
     return *mApplication;
 }
 
-QCoreApplication& Runner::drawingApplication() {
-    if (mApplication)
-        return *mApplication;
-    // Into files only: neither a display nor what Qt thinks of its absence matters.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QtMessageHandler before =
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    mApplication = std::make_unique<QGuiApplication>(mArgc, mArgv);
-    qInstallMessageHandler(before);
-    return *mApplication;
+void Runner::quietLibraries() {
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+        if (type == QtFatalMsg)
+            complain(message);
+    });
 }
 
 void Runner::say(const QString& text) {

@@ -48,13 +48,14 @@ public:
 
     /// @name The application object, made on demand and once; the first demand decides its kind.
     /// @{
-    /// For commands that draw nothing: fast.
+    /// For commands without widgets: fast.
     QCoreApplication& coreApplication();
-    /// For commands that draw into files; it needs no display.
-    QCoreApplication& drawingApplication();
     /// For commands that make their own, such as a QApplication: main's arguments.
     int& argc() { return mArgc; }
     char** argv() { return mArgv; }
+    /// Keeps the toolkit's warnings to itself, as coreApplication() does: what goes wrong is
+    /// told in one sentence of the command's own, and they would stand beside it.
+    static void quietLibraries();
     /// @}
 
     /// Writes text and a line end to standard output; what a terminal would act on becomes

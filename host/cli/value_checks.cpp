@@ -19,7 +19,8 @@ CLI::Validator check(std::function<bool(const QString&)> isRight, const char* op
     return CLI::Validator(
         [isRight = std::move(isRight), name, wanted](std::string& value) {
             const QString text = QString::fromLocal8Bit(value.c_str());
-            if (!isRight(text))
+            // That there is no value at all is told by requireValues().
+            if (!text.isEmpty() && !isRight(text))
                 rejectArguments(QStringLiteral("%1 %2: give %3").arg(name, text, wanted));
             return std::string();
         },
@@ -41,10 +42,12 @@ CLI::Validator wholeNumber(const char* option, int lowest, int highest) {
 
 CLI::Validator number(const char* option, double lowest, double highest) {
     const auto isRight = [lowest, highest](const QString& text) {
+        QLocale plain = QLocale::c();
+        plain.setNumberOptions(QLocale::RejectGroupSeparator);
         bool isNumber = false;
-        const double value = QLocale::c().toDouble(text, &isNumber);
-        // What is no number at all is not within any range.
-        return isNumber && value >= lowest && value <= highest;
+        const double value = plain.toDouble(text, &isNumber);
+        // The parser takes no blanks. What is no number at all ("nan") is not within any range.
+        return isNumber && text == text.trimmed() && value >= lowest && value <= highest;
     };
     return check(isRight, option, QStringLiteral("a number"), QString::number(lowest),
                  QString::number(highest), QStringLiteral("FLOAT"));

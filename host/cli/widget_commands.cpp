@@ -1,15 +1,15 @@
 // The command line: the commands that work with real widgets.
 #include "host/cli/widget_commands.h"
 
+#include <QBuffer>
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QSocketNotifier>
 #include <QThread>
 
 #include <CLI/CLI.hpp>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -22,7 +22,12 @@
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
 #include "host/cli/value_checks.h"
+#include "host/core/atomic_file.h"
 #include "host/core/background_call.h"
+#include "host/core/file_name.h"
+#include "host/core/harmless_text.h"
+#include "host/core/regular_file.h"
+#include "host/core/same_file.h"
 #include "host/dialog/print_dialog.h"
 #include "host/script/panel_script.h"
 #include "host/snapshot/snapshot.h"
@@ -82,9 +87,9 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
     const HostSystem system;
     DialogRequest request;
     for (const std::string& file : arguments.files)
-        request.files.append(QFile::decodeName(file.c_str()));
+        request.files.append(nameFromWord(file));
     request.queue = QString::fromStdString(arguments.queue);
-    request.ppdPath = QFile::decodeName(arguments.ppd.c_str());
+    request.ppdPath = nameFromWord(arguments.ppd);
     request.complain = [](const QString& sentence) { Runner::complain(sentence); };
     openDialog = std::make_unique<PrintDialog>(request, plugins, system);
     std::atexit(closeDialog);
@@ -95,24 +100,42 @@ int runDialog(const DialogArguments& arguments, Runner& runner) {
         openDialog->done(QDialog::Rejected);
         QApplication::exit();
     });
-    openDialog->show();
+    openDialog->showWithFirstPrinter();
     QApplication::exec();
     openDialog.reset();
     return kDone;
+}
+
+/// Why the script at `path` could not be opened.
+QString sentenceFor(const OpenAttempt& attempt, const QString& path) {
+    if (attempt.trouble == FileTrouble::NotRegular)
+        return QStringLiteral("The script \"%1\" is not a regular file; give what it says on "
+                              "standard input.")
+            .arg(path);
+    QString reason = attempt.reason;
+    if (attempt.trouble == FileTrouble::Missing)
+        reason = qt_error_string(ENOENT);
+    else if (attempt.trouble == FileTrouble::Folder)
+        reason = qt_error_string(EISDIR);
+    return QStringLiteral("The script \"%1\" cannot be read (%2); check its name and permissions.")
+        .arg(path, reason);
 }
 
 int runScript(const std::string& path, Runner& runner) {
     useOffscreenWithoutDisplay();
     dropRuntimeFolderNotice();
     QApplication application(runner.argc(), runner.argv());
+    OpenAttempt script;
+    if (!path.empty())
+        script = tryRegularFile(nameFromWord(path));
+    if (script.trouble != FileTrouble::None)
+        return Runner::fail(sentenceFor(script, nameFromWord(path)));
     QFile in;
-    const QString name = QFile::decodeName(path.c_str());
     const bool opened = path.empty() ? in.open(stdin, QIODevice::ReadOnly)
-                                     : (in.setFileName(name), in.open(QIODevice::ReadOnly));
+                                     : in.open(script.file.descriptor(), QIODevice::ReadOnly);
     if (!opened)
-        return Runner::fail(QStringLiteral("The script \"%1\" cannot be read (%2); check its name "
-                                           "and permissions.")
-                                .arg(name, in.errorString()));
+        return Runner::fail(
+            QStringLiteral("The script cannot be read (%1).").arg(in.errorString()));
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly))
         return Runner::fail(QStringLiteral("Standard output cannot be written to."));
@@ -130,13 +153,13 @@ struct SnapshotArguments {
     std::string output;
 };
 
-Result<Done> save(const QImage& image, const QString& path) {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit())
-        return Done();
-    return Error{ErrorKind::Other,
-                 QStringLiteral("The picture \"%1\" cannot be written (%2); choose another place.")
-                     .arg(path, file.errorString())};
+Result<qint64> save(const QImage& image, const QString& path) {
+    QBuffer picture;
+    image.save(&picture, "PNG");
+    return writeWhole(path, [&](FileSink& file) -> std::optional<QString> {
+        file.write(picture.data());
+        return std::nullopt;
+    });
 }
 
 int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
@@ -144,7 +167,7 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(arguments.scale));
     if (!arguments.language.empty())
         useLanguage(QString::fromStdString(arguments.language));
-    dropRuntimeFolderNotice();
+    Runner::quietLibraries();
     QApplication application(runner.argc(), runner.argv());
     setSnapshotLook(arguments.dark);
     const auto printer = openPrinter(arguments.printer);
@@ -157,7 +180,12 @@ int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
     const Result<QImage> image = takePanelSnapshot(**printer);
     if (!image)
         return Runner::fail(image.error().sentence);
-    const Result<Done> saved = save(*image, QFile::decodeName(arguments.output.c_str()));
+    const QString output = nameFromWord(arguments.output);
+    if (const QString* ppd = ppdPath((*printer)->ref())) {
+        if (const auto reason = reasonAgainstReplacing(output, {*ppd}))
+            return Runner::fail(reason->sentence);
+    }
+    const Result<qint64> saved = save(*image, output);
     return saved ? kDone : Runner::fail(saved.error().sentence);
 }
 
@@ -172,12 +200,12 @@ void addDialogArguments(CLI::App& command, DialogArguments& arguments) {
 
 /// What stands where a command may stand, and is none, must be a file.
 void rejectMistypedCommand(const CLI::App& app, const std::string& word) {
-    const QString name = QFile::decodeName(word.c_str());
-    if (QFileInfo::exists(name))
+    const QString name = nameFromWord(word);
+    if (tryRegularFile(name).trouble != FileTrouble::Missing)
         return;
     const auto meant = nearCommand(app, word);
     const QString sentence =
-        QStringLiteral("There is neither a command nor a file \"%1\"").arg(name);
+        QStringLiteral("There is neither a command nor a file \"%1\"").arg(harmless(name));
     rejectArguments(meant
                         ? QStringLiteral("%1; did you mean \"labelcut %2\"?").arg(sentence, *meant)
                         : sentence);

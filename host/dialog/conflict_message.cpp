@@ -9,14 +9,17 @@ namespace labelcut {
 
 void showConflict(JobModel& model, MessageBar& messages) {
     const QString name = QStringLiteral("conflict");
-    const QString sentence = model.conflictSentence();
+    QString sentence = model.conflictSentence();
     if (sentence.isEmpty()) {
         messages.remove(name);
         return;
     }
     std::vector<MessageAction> ways;
-    if (const QString fix = model.fixText(); !fix.isEmpty())
+    bool gaveUp = false;
+    if (const QString fix = model.fixText(&gaveUp); !fix.isEmpty())
         ways.push_back({hostText("FixConflict").arg(fix), [&model] { model.applyFix(); }});
+    if (gaveUp)
+        sentence += u' ' + gaveUpSentence();
     if (model.canUndo())
         ways.push_back({hostText("Undo"), [&model] { model.undo(); }});
     messages.show(name, MessageBar::Kind::Warning, sentence, ways);

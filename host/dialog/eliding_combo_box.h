@@ -21,6 +21,9 @@ public:
     bool isPickedFromList() const { return mPickedFromList; }
 
 protected:
+    /// What it could not be narrower than if it cut no text.
+    QSize wholeMinimumSizeHint() const { return QComboBox::minimumSizeHint(); }
+
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

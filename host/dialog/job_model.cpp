@@ -157,14 +157,15 @@ std::vector<Conflict> JobModel::conflicts() const {
     return findConflicts(ppd());
 }
 
-std::optional<Settings> JobModel::proposedFix() const {
+std::optional<Settings> JobModel::proposedFix(bool* gaveUp) const {
     const std::vector<Conflict> found = conflicts();
     if (found.empty())
         return std::nullopt;
     // What was done last stands where it takes part, otherwise the first of the conflict does.
     const Conflict& conflict = found.front();
     const auto latest = std::ranges::find_first_of(conflict, mLatest);
-    return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest);
+    return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest,
+                             gaveUp);
 }
 
 QString JobModel::settingText(const Setting& setting) const {
@@ -177,14 +178,13 @@ QString JobModel::conflictSentence() const {
         return {};
     QStringList sides;
     for (const Setting& setting : found.front())
-        sides.append(hostText("Quoted").arg(settingText(setting)));
-    const QString last = sides.takeLast();
-    return hostText("ExcludeEachOther").arg(sides.join(hostText("SentenceSeparator")), last);
+        sides.append(settingText(setting));
+    return labelcut::conflictSentence(sides);
 }
 
-QString JobModel::fixText() const {
+QString JobModel::fixText(bool* gaveUp) const {
     QStringList changes;
-    for (const Setting& setting : proposedFix().value_or(Settings()))
+    for (const Setting& setting : proposedFix(gaveUp).value_or(Settings()))
         changes.append(settingText(setting));
     return changes.join(hostText("SentenceSeparator"));
 }

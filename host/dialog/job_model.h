@@ -86,9 +86,10 @@ public:
     /// The first of them as a sentence; empty when there is none.
     QString conflictSentence() const;
     /// A way out that leaves what the user did last alone; nothing when there is none.
-    std::optional<Settings> proposedFix() const;
+    /// @param gaveUp  set to true when the search for one ended at its limit; may be null.
+    std::optional<Settings> proposedFix(bool* gaveUp = nullptr) const;
     /// What that changes, for people: "Half cut: Off"; empty when there is no way out.
-    QString fixText() const;
+    QString fixText(bool* gaveUp = nullptr) const;
     void applyFix();
     /// @}
 

@@ -28,6 +28,13 @@
 
 namespace labelcut {
 
+namespace {
+
+/// How long the window stays away while its first PPD file is read. Milliseconds.
+constexpr int kPatienceForFile = 200;
+
+} // namespace
+
 PrintDialog::PrintDialog(const DialogRequest& request, const PluginSearch& plugins,
                          const PDESystem& system, const CupsConnection& service, QWidget* parent)
     : QDialog(parent)
@@ -138,6 +145,24 @@ void PrintDialog::start(const DialogRequest& request) {
                 });
     }
     mOpener.start(printer, request.choices);
+}
+
+void PrintDialog::showWithFirstPrinter() {
+    const std::optional<PrinterRef>& coming = mOpener.coming();
+    if (!coming || queueName(*coming)) {
+        show();
+        return;
+    }
+    auto* waiting = new QTimer(this);
+    const auto showNow = [this, waiting] {
+        waiting->deleteLater();
+        show();
+    };
+    waiting->setSingleShot(true);
+    connect(waiting, &QTimer::timeout, waiting, showNow);
+    connect(&mOpener, &PrinterOpener::opened, waiting, showNow);
+    connect(&mOpener, &PrinterOpener::failed, waiting, showNow);
+    waiting->start(kPatienceForFile);
 }
 
 const MessageBar& PrintDialog::printerMessages() const {

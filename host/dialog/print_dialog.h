@@ -37,6 +37,12 @@ public:
     const MessageBar& messages() const { return *mMessages; }
     const MessageBar& printerMessages() const;
     QTabWidget& tabs() const;
+    /// Whether a printer is on its way.
+    bool awaitsPrinter() const { return mOpener.coming().has_value(); }
+
+    /// Shows the window once the PPD file that it begins with is open, or cannot be opened, so that
+    /// it does not flicker; at once when that takes long, or there is none.
+    void showWithFirstPrinter();
 
     void reject() override;
     void done(int result) override;

@@ -7,6 +7,7 @@
 #include "host/dialog/message_bar.h"
 #include "host/dialog/page_stack.h"
 #include "host/dialog/print_dialog.h"
+#include "host/presets/preset_store.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -44,6 +45,7 @@ void PrintDialog::print() {
         startRun(order);
         return;
     }
+    order.inUse << PresetStore().filePath(identityOf(*mModel.printer()));
     auto* chooser = new QFileDialog(this, hostText("PrintIntoFile"));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setAcceptMode(QFileDialog::AcceptSave);

@@ -30,7 +30,7 @@ public:
     void setCurrent(const std::optional<PrinterRef>& printer);
     bool isOpen() const;
 
-    QSize minimumSizeHint() const override { return QComboBox::minimumSizeHint(); }
+    QSize minimumSizeHint() const override { return wholeMinimumSizeHint(); }
     void showPopup() override;
 
 Q_SIGNALS:

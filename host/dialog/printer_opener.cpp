@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/core/harmless_text.h"
 #include "host/printers/recent_printer.h"
 
 namespace labelcut {
@@ -19,11 +20,10 @@ PrinterOpener::PrinterOpener(JobModel& model, const PluginSearch& plugins, const
     , mSystem(system)
     , mDirectory(std::move(service)) {
     connect(&mDirectory, &PrinterDirectory::printersChanged, this, &PrinterOpener::queuesChanged);
-    connect(&mDirectory, &PrinterDirectory::queueFound, this, &PrinterOpener::queueFound);
-    connect(&mDirectory, &PrinterDirectory::queueNotFound, this,
-            [this](const QString& name, const Error& error) {
-                giveUp(QueueRef{name}, error.sentence);
-            });
+    connect(&mDirectory, &PrinterDirectory::printerFound, this, &PrinterOpener::printerFound);
+    connect(
+        &mDirectory, &PrinterDirectory::printerNotFound, this,
+        [this](const PrinterRef& printer, const Error& error) { giveUp(printer, error.sentence); });
 }
 
 void PrinterOpener::start(const std::optional<PrinterRef>& printer, const Settings& wanted) {
@@ -56,23 +56,15 @@ void PrinterOpener::openFirst(const std::vector<Queue>& queues) {
 
 void PrinterOpener::open(const PrinterRef& printer) {
     mFirst.reset();
-    if (const QString* path = ppdPath(printer)) {
-        openFile(*path);
-        return;
-    }
-    mComing = *queueName(printer);
+    mComing = printer;
     Q_EMIT comingChanged();
-    mDirectory.findQueue(mComing);
+    mDirectory.findPrinter(printer);
 }
 
 void PrinterOpener::stay() {
     mDirectory.cancelFind();
-    mComing.clear();
+    mComing.reset();
     Q_EMIT comingChanged();
-}
-
-std::optional<PrinterRef> PrinterOpener::coming() const {
-    return mComing.isEmpty() ? std::nullopt : std::optional<PrinterRef>(QueueRef{mComing});
 }
 
 std::optional<PrinterRef> PrinterOpener::inForce() const {
@@ -84,27 +76,22 @@ void PrinterOpener::giveUp(const PrinterRef& printer, const QString& sentence) {
     Q_EMIT failed(printer, sentence);
 }
 
-void PrinterOpener::openFile(const QString& path) {
-    Result<FoundPrinter> found = findPpdFile(path);
-    if (!found) {
-        giveUp(PpdFileRef{path}, found.error().sentence);
-        return;
+void PrinterOpener::printerFound(const std::shared_ptr<FoundPrinter>& printer) {
+    if (const QString* queue = queueName(printer->ref)) {
+        const auto remembered = rememberQueue(*queue);
+        static_cast<void>(remembered); // only a convenience
+    } else {
+        // Copies of one PPD are told apart by the names of their files.
+        const QFileInfo file(*ppdPath(printer->ref));
+        printer->title = QStringLiteral("%1 (%2)").arg(printer->title, harmless(file.fileName()));
     }
-    // Copies of one PPD are told apart by the names of their files.
-    found->title = QStringLiteral("%1 (%2)").arg(found->title, QFileInfo(path).fileName());
-    adopt(std::move(*found));
-}
-
-void PrinterOpener::queueFound(const std::shared_ptr<FoundPrinter>& printer) {
-    const auto remembered = rememberQueue(*queueName(printer->ref));
-    static_cast<void>(remembered); // only a convenience
     adopt(std::move(*printer));
 }
 
 void PrinterOpener::adopt(FoundPrinter printer) {
     keepChoices();
     mDirectory.cancelFind();
-    mComing.clear();
+    mComing.reset();
     Q_EMIT aboutToOpen();
     const PrinterRef ref = printer.ref;
     const QString title = printer.title;

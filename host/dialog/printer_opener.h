@@ -14,8 +14,9 @@
 
 namespace labelcut {
 
-/// Gives the model its printer: a queue, whose PPD is fetched beside the window, or a PPD file. The
-/// printer before it stays in force until the new one can be opened, and whenever it cannot.
+/// Gives the model its printer: a queue, whose PPD is fetched, or a PPD file; both beside the
+/// window. The printer before it stays in force until the new one can be opened, and whenever it
+/// cannot.
 class PrinterOpener : public QObject {
     Q_OBJECT
 public:
@@ -36,13 +37,14 @@ public:
     void open(const PrinterRef& printer);
     /// No longer opens what is on its way.
     void stay();
-    /// The queue whose PPD is on its way; nothing while there is none.
-    std::optional<PrinterRef> coming() const;
+    /// The printer whose PPD is on its way, a file by the path that was asked for; nothing while
+    /// there is none.
+    const std::optional<PrinterRef>& coming() const { return mComing; }
     /// The printer in force; nothing before there is one.
     std::optional<PrinterRef> inForce() const;
 
 Q_SIGNALS:
-    /// A PPD is on its way from the service, or no longer is.
+    /// A PPD is on its way, or no longer is.
     void comingChanged();
     /// The panels of the printer in force go: their views must be given back.
     void aboutToOpen();
@@ -54,8 +56,7 @@ Q_SIGNALS:
 private:
     void queuesChanged(const std::vector<Queue>& queues);
     void openFirst(const std::vector<Queue>& queues);
-    void openFile(const QString& path);
-    void queueFound(const std::shared_ptr<FoundPrinter>& printer);
+    void printerFound(const std::shared_ptr<FoundPrinter>& printer);
     void giveUp(const PrinterRef& printer, const QString& sentence);
     void adopt(FoundPrinter printer);
     Settings* chosenFor(const PrinterRef& printer);
@@ -71,8 +72,7 @@ private:
     Settings mWanted;
     /// The queue to begin with; empty: the service's default. Nothing once the user decides.
     std::optional<QString> mFirst;
-    /// Empty while nothing is fetched.
-    QString mComing;
+    std::optional<PrinterRef> mComing;
 };
 
 } // namespace labelcut

@@ -2,6 +2,7 @@
 #include "host/dialog/printer_picker.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -98,8 +99,10 @@ void PrinterPicker::showState() {
     }
     const QString* name = queueName(*printer);
     const Queue* queue = name ? mDirectory.find(*name) : nullptr;
-    if (coming)
+    if (coming && name)
         sayState(hostText("FetchingPpd").arg(*name), false);
+    else if (coming)
+        sayState(hostText("ReadingPpd").arg(QFileInfo(*ppdPath(*coming)).fileName()), false);
     else if (!name)
         sayState(hostText("PrintsIntoFile"), false);
     else if (queue)

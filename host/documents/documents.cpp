@@ -1,71 +1,41 @@
-// Documents: what kind of file a document is, told by its content and never by its name, and its
-// bytes.
+// Documents: the files that the user names, and their bytes. What is in them, the worker tells.
 #include "host/documents/documents.h"
 
 #include <QCryptographicHash>
 #include <QFile>
-#include <QFileInfo>
-#include <QStringDecoder>
-#include <QXmlStreamReader>
 
 #include <sys/stat.h>
 
-#include <algorithm>
-
 #include "host/core/failure.h"
+#include "host/core/regular_file.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
 
 namespace {
 
-/// Text beyond this is no label, and its layout would take minutes. Bytes.
-constexpr qint64 kLargestText = 16 << 20;
-/// How far into a file the marks of its kind are looked for. Bytes.
-constexpr qint64 kHead = 4096;
 /// Copied at a time. Bytes.
 constexpr qint64 kPiece = 1 << 18;
 
-bool isSvg(const QByteArray& head) {
-    if (!head.contains("<svg") && !head.contains(":svg"))
-        return false;
-    QXmlStreamReader xml(head);
-    return xml.readNextStartElement() && xml.name() == u"svg";
+Error tooLarge(const QString& path) {
+    return failure(hostText("DocumentTooLarge").arg(path, QString::number(kLargestDocument >> 20)));
 }
 
-std::optional<DocumentKind> kindByMark(const QByteArray& head) {
-    if (head.left(1024).contains("%PDF-"))
-        return DocumentKind::PDF;
-    if (head.startsWith("%!") || head.startsWith("\x04%!"))
-        return DocumentKind::PostScript;
-    if (head.startsWith("\x89PNG\r\n\x1a\n"))
-        return DocumentKind::PNG;
-    if (head.startsWith("\xff\xd8\xff"))
-        return DocumentKind::JPEG;
-    if (isSvg(head))
-        return DocumentKind::SVG;
-    return std::nullopt;
+Error unreadable(const QString& path, const QString& reason) {
+    return failure(hostText("CannotRead").arg(path, reason));
 }
 
-bool isOddControl(QChar c) {
-    return c.category() == QChar::Other_Control && c != u'\t' && c != u'\n' && c != u'\r' &&
-           c != u'\f';
-}
-
-/// Why `path` cannot even be opened as a document; nothing when it can.
-std::optional<QString> reasonAgainst(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
-        return hostText("DoesNotExist").arg(path);
-    if (info.isDir())
-        return hostText("IsFolder").arg(path);
-    if (!info.isFile())
-        return hostText("NotRegularFile").arg(path);
-    return std::nullopt;
-}
-
-Error unreadable(const QFile& file) {
-    return failure(hostText("CannotRead").arg(file.fileName(), file.errorString()));
+/// The document, open; the failure names it.
+Result<OpenedFile> openDocument(const QString& path) {
+    Result<OpenedFile> file = openRegularFile(path);
+    if (!file)
+        return file;
+    if (file->size() == 0)
+        return failure(hostText("IsEmpty").arg(path));
+    // Before much of it was copied.
+    if (file->size() > kLargestDocument)
+        return tooLarge(path);
+    return file;
 }
 
 /// Whether two looks at an open file found it with the same content, as far as that shows.
@@ -76,33 +46,14 @@ bool isUntouched(const struct stat& before, const struct stat& after) {
 
 } // namespace
 
-Result<DocumentKind> documentKind(const QString& path) {
-    if (const auto reason = reasonAgainst(path))
-        return failure(*reason);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return unreadable(file);
-    const QByteArray head = file.read(kHead);
-    if (file.error() != QFileDevice::NoError)
-        return unreadable(file);
-    if (head.isEmpty())
-        return failure(hostText("IsEmpty").arg(path));
-    if (const auto kind = kindByMark(head))
-        return *kind;
-    if (file.size() <= kLargestText && decodedText(head + file.readAll()))
-        return DocumentKind::PlainText;
-    return failure(hostText("UnknownKind").arg(path));
-}
-
-bool isDrawn(DocumentKind kind) {
-    return kind != DocumentKind::PDF && kind != DocumentKind::PostScript;
-}
-
 Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
                                   const CancelFlag* cancel) {
-    QFile source(path);
-    if (!source.open(QIODevice::ReadOnly))
-        return unreadable(source);
+    const Result<OpenedFile> opened = openDocument(path);
+    if (!opened)
+        return opened.error();
+    QFile source;
+    if (!source.open(opened->descriptor(), QIODevice::ReadOnly))
+        return unreadable(path, source.errorString());
     QFile copy(target);
     const auto cannotWrite = [&copy] {
         return failure(
@@ -115,38 +66,23 @@ Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
     struct stat after {};
     fstat(source.handle(), &before);
     QCryptographicHash digest(QCryptographicHash::Sha256);
+    qint64 size = 0;
     for (QByteArray piece = source.read(kPiece); !piece.isEmpty(); piece = source.read(kPiece)) {
         if (cancel && cancel->isCancelled())
             return cancelled();
         digest.addData(piece);
+        size += piece.size();
+        if (size > kLargestDocument)
+            return tooLarge(path);
         if (copy.write(piece) != piece.size())
             return cannotWrite();
     }
     if (source.error() != QFileDevice::NoError)
-        return unreadable(source);
+        return unreadable(path, source.errorString());
     fstat(source.handle(), &after);
     if (!isUntouched(before, after))
         return failure(hostText("DocumentChanging").arg(path));
     return DocumentCopy{target, digest.result()};
-}
-
-Result<QByteArray> readDocument(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return unreadable(file);
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return unreadable(file);
-    return bytes;
-}
-
-std::optional<QString> decodedText(const QByteArray& bytes) {
-    const auto encoding = QStringConverter::encodingForData(bytes);
-    QStringDecoder decoder(encoding.value_or(QStringConverter::Utf8));
-    QString text = decoder.decode(bytes);
-    if (decoder.hasError() || std::ranges::any_of(text, isOddControl))
-        return std::nullopt;
-    return text;
 }
 
 } // namespace labelcut

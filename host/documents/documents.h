@@ -1,5 +1,4 @@
-// Documents: what kind of file a document is, told by its content and never by its name, and its
-// bytes.
+// Documents: the files that the user names, and their bytes. What is in them, the worker tells.
 #pragma once
 
 #include <QByteArray>
@@ -12,15 +11,8 @@
 
 namespace labelcut {
 
-/// The kinds of file that can be printed.
-enum class DocumentKind { PDF, PostScript, PNG, JPEG, SVG, PlainText };
-
-/// The kind of the file at `path`. The failure is a sentence that names the file: it is missing, a
-/// folder, no regular file, not readable, empty, or of a kind that is not printed.
-Result<DocumentKind> documentKind(const QString& path);
-
-/// Whether a file of that kind is drawn by Qt on its way to PDF; a QGuiApplication must then exist.
-bool isDrawn(DocumentKind kind);
+/// A larger document is refused. Bytes.
+inline constexpr qint64 kLargestDocument = 2LL << 30;
 
 /// A document where nobody else writes.
 struct DocumentCopy {
@@ -32,16 +24,10 @@ struct DocumentCopy {
 /// Copies the file at `path` to the new file `target`: what is looked at and what is printed are
 /// then the same, whatever becomes of the file meanwhile.
 /// @param cancel  borrowed for the call; may be null.
-/// @return the failure is a sentence that names the file: it cannot be read, or is being written
-/// right now; or that names the target; or Cancelled.
+/// @return the failure is a sentence that names the file: it is missing, a folder, no regular file,
+/// empty, too large, not readable, or is being written right now; or that names the target; or
+/// Cancelled.
 Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
                                   const CancelFlag* cancel = nullptr);
-
-/// The whole file. The failure is a sentence that names it.
-Result<QByteArray> readDocument(const QString& path);
-
-/// The text in `bytes`: UTF-8, or UTF-16 with a byte order mark, with no control characters but
-/// tab, line ends and form feed. Nothing when they are no such text.
-std::optional<QString> decodedText(const QByteArray& bytes);
 
 } // namespace labelcut

@@ -5,12 +5,10 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <vector>
 
 #include "host/core/failure.h"
-#include "host/documents/conversion.h"
 #include "host/documents/documents.h"
-#include "host/documents/pdf_file.h"
+#include "host/documents/job_reading.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -18,8 +16,6 @@ namespace labelcut {
 Result<JobDocument> JobDocument::prepare(const QStringList& files,
                                          const std::optional<JobPaper>& paper,
                                          const CancelFlag* cancel) {
-    // Before the document, whose folder is then gone before what was read is taken apart.
-    std::vector<PdfFile> pdfs;
     JobDocument document;
     // Without a place for it the folder would be made in the root.
     if (QDir::tempPath().isEmpty())
@@ -31,40 +27,41 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
         return failure(hostText("NoFileNamed"));
     document.mName = QFileInfo(files.front()).fileName();
 
+    Result<JobReading> reading = JobReading::start(document.folder(), paper, cancel);
+    if (!reading)
+        return reading.error();
+    bool canStay = files.size() == 1;
     for (const QString& file : files) {
-        if (cancel && cancel->isCancelled())
-            return cancelled();
-        const Result<DocumentKind> kind = documentKind(file);
-        if (!kind)
-            return kind.error();
-        const QString number = QString::number(pdfs.size());
-        const auto copy = copyDocument(
-            file, QDir(document.folder()).filePath(QStringLiteral("copy") + number), cancel);
-        if (!copy)
-            return copy.error();
-        document.mDigests << copy->digest;
-        const Result<QString> path = convertToPdf(copy->path, file, *kind, paper, document.folder(),
-                                                  QStringLiteral("file") + number, cancel);
-        if (!path)
-            return path.error();
-        Result<PdfFile> pdf = PdfFile::open(*path, file, cancel);
-        if (!pdf)
-            return pdf.error();
-        document.mPdf = QFileInfo(*path).absoluteFilePath();
-        document.mPages += pdf->pages();
-        if (pdf->isRepaired())
-            document.mRepaired << file;
-        pdfs.push_back(std::move(*pdf));
+        const Result<worker::Opened> opened = document.add(file, *reading, cancel);
+        if (!opened)
+            return opened.error();
+        canStay = canStay && opened->fits && !opened->isEncrypted && !opened->isRepaired;
     }
-    const bool canStay = pdfs.size() == 1 && !pdfs.front().isEncrypted() &&
-                         !pdfs.front().isRepaired() && pdfs.front().fits(paper);
     if (canStay)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
-    const Result<Done> joined = PdfFile::join(pdfs, {}, paper, document.mPdf, cancel);
+    const Result<Done> joined = reading->join({}, document.mPdf);
     if (!joined)
         return joined.error();
     return document;
+}
+
+Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading,
+                                        const CancelFlag* cancel) {
+    const QString number = QString::number(mDigests.size());
+    const auto copy =
+        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel);
+    if (!copy)
+        return copy.error();
+    mDigests << copy->digest;
+    const Result<JobReading::File> read = reading.read(copy->path, file);
+    if (!read)
+        return read.error();
+    mPdf = read->pdf;
+    mPages += static_cast<int>(read->opened.pages);
+    if (read->opened.isRepaired)
+        mRepaired << file;
+    return read->opened;
 }
 
 QString JobDocument::folder() const {
@@ -78,16 +75,29 @@ int JobDocument::pagesIn(const PageRange& range) const {
 Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* cancel) const {
     if (pagesIn(range) == mPages)
         return mPdf;
-    Result<PdfFile> whole = PdfFile::open(mPdf, mName, cancel);
+    Result<JobReading> reading = JobReading::start(folder(), std::nullopt, cancel);
+    if (!reading)
+        return reading.error();
+    const Result<JobReading::File> whole = reading->read(mPdf, mName);
     if (!whole)
         return whole.error();
-    std::vector<PdfFile> files;
-    files.push_back(std::move(*whole));
-    QString path = QDir(folder()).filePath(QStringLiteral("excerpt.pdf"));
-    const Result<Done> joined = PdfFile::join(files, range, std::nullopt, path, cancel);
+    // A name of its own each time: nothing is written over.
+    QString path = QDir(folder()).filePath(
+        QStringLiteral("pages%1.pdf").arg(QDir(folder()).entryList(QDir::Files).size()));
+    const Result<Done> joined = reading->join(range, path);
     if (!joined)
         return joined.error();
     return path;
+}
+
+Result<QString> JobDocument::postScript(const PageRange& range, int times, bool setsPageSize,
+                                        const CancelFlag* cancel) const {
+    const Result<QString> pdf = excerpt(range, cancel);
+    if (!pdf)
+        return pdf.error();
+    const worker::Interpret request{worker::Interpret::Target::PostScript,
+                                    static_cast<std::uint32_t>(times), setsPageSize};
+    return interpreted(*pdf, mName, request, folder(), cancel);
 }
 
 } // namespace labelcut

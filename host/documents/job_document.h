@@ -11,21 +11,27 @@
 #include "host/core/call_limits.h"
 #include "host/core/result.h"
 #include "host/documents/paper.h"
+#include "worker/protocol/message.h"
 
 namespace labelcut {
+
+class JobReading;
 
 /// The files of one job as a single PDF, kept in a private folder that goes with this object.
 class JobDocument {
 public:
-    /// Reads, checks, converts and joins `files`. Each is copied first, so that nothing depends on
-    /// what becomes of it afterwards.
+    /// Reads, checks, converts and joins `files`, by workers (document_worker.h). Each is copied
+    /// first, so that nothing depends on what becomes of it afterwards.
+    ///
+    /// A PDF file stays what it is. PostScript is interpreted by Ghostscript and keeps its page
+    /// sizes. Everything else is drawn on pages of `paper`, or of A4 without any.
     ///
     /// @param files  one or more paths.
-    /// @param paper  what pages are fitted to, see PdfFile::join(); nothing: they keep their
-    /// measure.
+    /// @param paper  what pages are fitted to: one that has the paper's measure stays untouched,
+    /// any other is centred, turned and shrunk as it needs to be. Nothing: they keep their measure.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    /// @return the failure is a sentence that names the file: what documentKind(),
-    ///         copyDocument() and convertToPdf() and PdfFile::open() say; or Cancelled.
+    /// @return the failure is a sentence that names the file: what copyDocument() and
+    ///         DocumentWorker say; or Cancelled.
     static Result<JobDocument> prepare(const QStringList& files,
                                        const std::optional<JobPaper>& paper,
                                        const CancelFlag* cancel = nullptr);
@@ -49,8 +55,18 @@ public:
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
     Result<QString> excerpt(const PageRange& range, const CancelFlag* cancel = nullptr) const;
 
+    /// Path of these pages as PostScript of any printer, each `times` times: the whole range, then
+    /// the whole range again. @param range  holds at least one page. @param times  1 or more.
+    /// @param setsPageSize  whether the PostScript asks for the pages' measures as paper.
+    /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
+    Result<QString> postScript(const PageRange& range, int times, bool setsPageSize,
+                               const CancelFlag* cancel = nullptr) const;
+
 private:
     JobDocument() = default;
+
+    /// Reads one more file.
+    Result<worker::Opened> add(const QString& file, JobReading& reading, const CancelFlag* cancel);
 
     std::unique_ptr<QTemporaryDir> mFolder;
     QString mPdf;

@@ -91,6 +91,9 @@ private:
     bool look(const BackgroundCall::Link& link, int id);
     void say(const BackgroundCall::Link& link, const QString& sentences);
     QString sentencesFor(const BackgroundCall::Link& link, const JobStatus& status) const;
+    /// The failure with what has become of the job in front of it. @param timeout  milliseconds
+    /// that the request was given.
+    Error withFate(const Error& failure, JobFate fate, int id, int timeout) const;
     void takeBack(const BackgroundCall::Link& link, int id);
     bool sleep(const BackgroundCall::Link& link) const;
 
@@ -146,7 +149,7 @@ bool JobSender::Errand::look(const BackgroundCall::Link& link, int id) {
         return true;
     }
     if (!status) { // the job does not need the connection; it may come back
-        say(link, status.error().sentence);
+        say(link, withFate(status.error(), JobFate::Sent, id, limits.request).sentence);
         return false;
     }
     if (status->state == JobState::Aborted) {
@@ -180,15 +183,24 @@ QString JobSender::Errand::sentencesFor(const BackgroundCall::Link& link,
 
 void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
     const auto removed = service.cancelJob(id, job.request.user, {kRemoveTime, nullptr});
-    if (removed)
-        return fail(link, cancelled());
-    // Perhaps it came to its end before.
+    // Perhaps it came to its end before, or to its beginning.
     const auto status = service.jobAttributes(id, {kLastLookTime, nullptr});
-    const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
-    if (end)
-        finish(link, *end);
-    else
-        fail(link, removed.error());
+    if (!removed) {
+        const std::optional<JobEnd> end = status ? endOf(status->state) : std::nullopt;
+        return end ? finish(link, *end)
+                   : fail(link, withFate(removed.error(), JobFate::Unknown, id, kRemoveTime));
+    }
+    const bool mayHaveBegun = !status || status->mayHaveBegun;
+    fail(link, withFate(cancelled(), mayHaveBegun ? JobFate::Begun : JobFate::Gone, id, 0));
+}
+
+Error JobSender::Errand::withFate(const Error& failure, JobFate fate, int id, int timeout) const {
+    RequestSubject subject;
+    subject.service = service.address().text();
+    subject.timeout = timeout;
+    subject.queue = job.request.queue;
+    subject.job = id;
+    return printerrors::withFate(failure, fate, subject);
 }
 
 bool JobSender::Errand::sleep(const BackgroundCall::Link& link) const {

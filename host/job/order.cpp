@@ -7,6 +7,7 @@
 
 #include "host/core/failure.h"
 #include "host/core/harmless_text.h"
+#include "host/core/same_file.h"
 #include "host/job/marked_paper.h"
 #include "host/job/postscript_job.h"
 #include "host/texts/host_text.h"
@@ -89,6 +90,10 @@ JobToSend jobFor(const Order& order, const JobDocument& document) {
 }
 
 Result<qint64> writeJob(const Order& order, const JobDocument& document, const CancelFlag* cancel) {
+    const QStringList inUse =
+        order.amount.files + order.inUse + QStringList{*ppdPath(order.printer)};
+    if (const auto reason = reasonAgainstReplacing(order.outputPath, inUse))
+        return *reason;
     const Result<FoundPrinter> printer = reopened(order);
     if (!printer)
         return printer.error();

@@ -48,6 +48,8 @@ struct Order {
     Settings marks;
     /// Where the file goes; only for a printer without a queue.
     QString outputPath;
+    /// What it must not replace, besides the documents and the PPD.
+    QStringList inUse;
 };
 
 /// The order for what is chosen on the printer right now.

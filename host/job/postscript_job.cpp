@@ -8,7 +8,6 @@
 
 #include "host/core/atomic_file.h"
 #include "host/core/failure.h"
-#include "host/documents/ghostscript.h"
 #include "host/settings/ppd_calls.h"
 #include "host/texts/host_text.h"
 
@@ -30,21 +29,8 @@ bool repeatsPages(const PostScriptJob& job) {
 
 /// The pages as device-independent PostScript that leaves paper and features alone.
 Result<QString> pagesAsPostScript(const PostScriptJob& job) {
-    const Result<QString> pdf = job.document->excerpt(job.pages, job.cancel);
-    if (!pdf)
-        return pdf.error();
-    GhostscriptRun run;
-    run.about = hostText("Quoted").arg(job.document->name());
-    run.switches = {QStringLiteral("-sDEVICE=ps2write"), QStringLiteral("-dNOMEDIAATTRS"),
-                    QStringLiteral("-dAutoRotatePages=/None")};
-    if (ppd::markedPageSize(job.ppd))
-        run.switches << QStringLiteral("-dSetPageSize=false");
-    for (int copy = 0; copy < (repeatsPages(job) ? job.copies : 1); ++copy)
-        run.inputs << *pdf;
-    run.folder = job.document->folder();
-    run.output = QStringLiteral("pages.ps");
-    run.cancel = job.cancel;
-    return runGhostscript(run);
+    return job.document->postScript(job.pages, repeatsPages(job) ? job.copies : 1,
+                                    !ppd::markedPageSize(job.ppd), job.cancel);
 }
 
 /// What the PPD contributes, section by section.
@@ -158,7 +144,7 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
     const Result<QString> pages = pagesAsPostScript(job);
     if (!pages)
         return pages.error();
-    return writeWhole(path, [&](FileSink& target) -> std::optional<QString> {
+    const auto write = [&](FileSink& target) -> std::optional<QString> {
         QFile source(*pages);
         if (job.cancel && job.cancel->isCancelled())
             return cancelled().sentence;
@@ -170,7 +156,8 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         if (job.cancel && job.cancel->isCancelled())
             return cancelled().sentence;
         return isWhole ? std::nullopt : std::optional(hostText("PagesCutShort"));
-    });
+    };
+    return writeWhole(path, write, job.cancel);
 }
 
 } // namespace labelcut

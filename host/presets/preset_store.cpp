@@ -3,18 +3,22 @@
 
 #include <QCollator>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
 #include <QLocale>
-#include <QLockFile>
-#include <QSaveFile>
-#include <QStandardPaths>
 #include <QThread>
 
+#include <fcntl.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <functional>
 
+#include "host/core/atomic_file.h"
+#include "host/core/file_lock.h"
+#include "host/core/file_name.h"
 #include "host/core/private_folder.h"
+#include "host/core/regular_file.h"
+#include "host/core/user_folders.h"
 #include "host/presets/preset_file.h"
 #include "host/texts/host_text.h"
 
@@ -46,19 +50,18 @@ Contents damaged(const QString& reason) {
 }
 
 Contents contentsOf(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
+    const OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble == FileTrouble::Missing)
         return {};
-    if (!info.isFile()) // reading from a pipe would wait
-        return damaged(hostText("NoRegularFile"));
-    if (info.size() > PresetStore::kMaxFileSize)
+    if (attempt.trouble != FileTrouble::None)
+        return damaged(attempt.trouble == FileTrouble::Refused ? attempt.reason
+                                                               : hostText("NoRegularFile"));
+    QString reason;
+    const QByteArray bytes = attempt.file.read(PresetStore::kMaxFileSize + 1, &reason);
+    if (!reason.isEmpty())
+        return damaged(reason);
+    if (bytes.size() > PresetStore::kMaxFileSize)
         return damaged(hostText("TooManyBytes").arg(PresetStore::kMaxFileSize));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return damaged(file.errorString());
-    const QByteArray bytes = file.read(PresetStore::kMaxFileSize + 1);
-    if (file.error() != QFileDevice::NoError)
-        return damaged(file.errorString());
     Contents contents{true, std::nullopt, {}};
     contents.file = PresetFile::fromBytes(bytes, &contents.damage);
     return contents;
@@ -70,15 +73,20 @@ QString sentenceFor(const PresetFile::Damaged& preset, std::size_t number, const
     return hostText("PresetInFileUnusable").arg(preset.name, path, preset.reason);
 }
 
+/// Gives a file another name unless that is taken. @return false: errno says why not.
+bool moved(const QString& from, const QString& to) {
+    return renameat2(AT_FDCWD, systemName(from).constData(), AT_FDCWD, systemName(to).constData(),
+                     RENAME_NOREPLACE) == 0;
+}
+
 /// Renames a file that cannot be used so that nothing writes over it. @return the new path.
 Result<QString> setAside(const QString& path) {
     for (int number = 1; number <= kMaxSetAside; ++number) {
         const QString other = path + QStringLiteral(".damaged-%1").arg(number);
-        if (const QFileInfo info(other); info.exists() || info.isSymLink())
-            continue;
-        if (QFile file(path); !file.rename(other))
-            return cannotWrite(path, file.errorString());
-        return other;
+        if (moved(path, other))
+            return other;
+        if (errno != EEXIST)
+            return cannotWrite(path, qt_error_string(errno));
     }
     return cannotWrite(path, hostText("TooManySetAside"));
 }
@@ -86,33 +94,39 @@ Result<QString> setAside(const QString& path) {
 Result<Done> write(const QString& path, const QByteArray& bytes) {
     if (bytes.size() > PresetStore::kMaxFileSize)
         return cannotWrite(path, hostText("WouldBeTooLarge").arg(PresetStore::kMaxFileSize));
-    QSaveFile file(path);
-    const bool isOpen = file.open(QIODevice::WriteOnly) &&
-                        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    // A commit alone passes over what fails while the last bytes leave the buffer.
-    if (!isOpen || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
-        return cannotWrite(path, file.errorString());
-    return Done();
+    const std::optional<QString> reason = writePrivately(path, bytes);
+    return reason ? Result<Done>(cannotWrite(path, *reason)) : Done();
 }
 
-Error cannotLock(const QString& path, QLockFile::LockError error) {
-    if (error == QLockFile::LockFailedError)
+/// @param lock  the name of the lock's file.
+std::optional<Error> reasonAgainst(FileLock::Attempt attempt, const QString& path,
+                                   const QString& lock) {
+    switch (attempt) {
+    case FileLock::Attempt::Held:
+        return std::nullopt;
+    case FileLock::Attempt::Busy:
         return failure(hostText("FileBusy").arg(path));
-    return cannotWrite(
-        path, hostText(error == QLockFile::PermissionError ? "FolderRefuses" : "LockImpossible"));
+    case FileLock::Attempt::NotRegular:
+        return failure(hostText("LockIsNoFile").arg(path, lock));
+    case FileLock::Attempt::Forbidden:
+        return cannotWrite(path, hostText("FolderRefuses"));
+    case FileLock::Attempt::Impossible:
+        break;
+    }
+    return cannotWrite(path, hostText("LockImpossible"));
 }
 
-/// The lock's own waiting doubles its pauses, so that the unlucky one of several would starve.
-bool isLocked(QLockFile& lock) {
+/// Waits for the lock, in pauses that stay short, so that the unlucky one of several does not
+/// starve.
+FileLock::Attempt wait(FileLock& lock) {
     QElapsedTimer timer;
     timer.start();
-    while (!lock.tryLock(0)) {
-        if (lock.error() != QLockFile::LockFailedError ||
-            timer.elapsed() > PresetStore::kLockTimeout)
-            return false;
+    FileLock::Attempt attempt = lock.tryLock();
+    while (attempt == FileLock::Attempt::Busy && timer.elapsed() <= PresetStore::kLockTimeout) {
         QThread::msleep(kLockPause);
+        attempt = lock.tryLock();
     }
-    return true;
+    return attempt;
 }
 
 /// Changes a file's contents. @return why it will not, or nothing.
@@ -120,11 +134,14 @@ using Change = std::function<std::optional<Error>(PresetFile&)>;
 
 Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& printer,
                                    const Change& change) {
-    if (!makePrivateFolder(QFileInfo(path).path()))
+    if (path.isEmpty())
+        return failure(hostText("NoHome"));
+    if (!makePrivateFolder(path.left(path.lastIndexOf(u'/'))))
         return cannotWrite(path, hostText("FolderImpossible"));
-    QLockFile lock(path + QStringLiteral(".lock"));
-    if (!isLocked(lock))
-        return cannotLock(path, lock.error());
+    const QString lockPath = path + QStringLiteral(".lock");
+    FileLock lock(lockPath);
+    if (const auto reason = reasonAgainst(wait(lock), path, lockPath))
+        return *reason;
 
     Contents contents = contentsOf(path);
     PresetFile file = contents.file ? std::move(*contents.file) : PresetFile(printer);
@@ -138,7 +155,7 @@ Result<PresetStore::Notes> changed(const QString& path, const PrinterIdentity& p
     if (!other)
         return other.error();
     if (const Result<Done> written = write(path, file.toBytes()); !written) {
-        QFile::rename(*other, path);
+        moved(*other, path);
         return written.error();
     }
     return PresetStore::Notes{hostText("KeptAside").arg(path, contents.damage, *other)};
@@ -185,12 +202,12 @@ PresetStore::PresetStore(QString folder)
     : mFolder(std::move(folder)) {}
 
 QString PresetStore::standardFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/labelcut/presets");
+    const std::optional<QString> folder = configurationFolder();
+    return folder ? *folder + QStringLiteral("/labelcut/presets") : QString();
 }
 
 QString PresetStore::filePath(const PrinterIdentity& printer) const {
-    return mFolder + u'/' + printer.fileName();
+    return mFolder.isEmpty() ? QString() : mFolder + u'/' + printer.fileName();
 }
 
 PresetList PresetStore::list(const PrinterIdentity& printer) const {

@@ -32,11 +32,13 @@ public:
     /// How long a change waits for another process' change to end. Milliseconds.
     static constexpr int kLockTimeout = 2'000;
 
-    /// @param folder  where the files are; need not exist.
+    /// @param folder  where the files are; need not exist. Empty: there is no place for them, so
+    /// that there are no presets, and changes fail.
     explicit PresetStore(QString folder = standardFolder());
-    /// "labelcut/presets" in the user's configuration folder.
+    /// "labelcut/presets" in the user's configuration folder; empty when there is none.
     static QString standardFolder();
 
+    /// Empty when there is no place for it.
     QString filePath(const PrinterIdentity& printer) const;
 
     /// Never fails: a file that is missing is an empty list, one that cannot be read a problem.

@@ -2,6 +2,7 @@
 #include "host/printers/opened_printer.h"
 
 #include <QScopedValueRollback>
+#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -29,12 +30,14 @@ bool claimsOneOf(const PanelSet::Entry& entry, const QStringList& keywords) {
 } // namespace
 
 OpenedPrinter::OpenedPrinter(FoundPrinter printer, const Settings& wanted,
-                             const PluginSearch& plugins, const PDESystem& system)
+                             const PluginSearch& plugins, const PDESystem& system,
+                             const std::function<void(const QString&)>& trouble)
     : mRef(std::move(printer.ref))
     , mTitle(std::move(printer.title))
     , mNotes(std::move(printer.notes))
     , mHost(setupFor(printer))
     , mRefused(plugins.refused) {
+    mHost.onTrouble(trouble);
     if (printer.queue)
         setQueue(*printer.queue);
     mDefaults = marks();
@@ -65,8 +68,10 @@ Unkept OpenedPrinter::choose(const Settings& wanted) {
 
 Unkept OpenedPrinter::bringBack(const Settings& wanted) {
     const Settings before = marks();
+    const QStringList keywords = keywordsOf(wanted);
+    const QSet<QString> standing(keywords.begin(), keywords.end());
     for (const QString& keyword : keywordsOf(before)) {
-        if (!choiceFor(wanted, keyword))
+        if (!standing.contains(keyword))
             mHost.unmark(keyword);
     }
     return change(wanted, before);

@@ -41,8 +41,10 @@ public:
     /// @param wanted   beyond the defaults and beyond what the user has saved; what the PPD lacks
     ///                 of it is told by unkeptAtFirst().
     /// @param plugins  borrowed for the call. @param system  borrowed, outlives the printer.
+    /// @param trouble  see PanelHost::onTrouble(); empty: nobody listens yet.
     OpenedPrinter(FoundPrinter printer, const Settings& wanted, const PluginSearch& plugins,
-                  const PDESystem& system);
+                  const PDESystem& system,
+                  const std::function<void(const QString& sentence)>& trouble = {});
     ~OpenedPrinter();
     OpenedPrinter(const OpenedPrinter&) = delete;
     OpenedPrinter& operator=(const OpenedPrinter&) = delete;

@@ -63,17 +63,19 @@ const Queue* PrinterDirectory::find(const QString& name) const {
     return queue == mPrinters.end() ? nullptr : &*queue;
 }
 
-void PrinterDirectory::findQueue(const QString& name) {
-    mFind.start([this, service = mService, name,
-                 timeout = mTimeout](const BackgroundCall::Link& link) {
-        auto found = findPrinter(QueueRef{name}, service, {timeout, &link.cancelFlag()});
-        if (!found) {
-            link.tell([this, name, error = found.error()] { Q_EMIT queueNotFound(name, error); });
-            return;
-        }
-        const auto printer = std::make_shared<FoundPrinter>(std::move(*found));
-        link.tell([this, printer] { Q_EMIT queueFound(printer); });
-    });
+void PrinterDirectory::findPrinter(const PrinterRef& printer) {
+    mFind.start(
+        [this, service = mService, printer, timeout = mTimeout](const BackgroundCall::Link& link) {
+            auto found = labelcut::findPrinter(printer, service, {timeout, &link.cancelFlag()});
+            if (!found) {
+                link.tell([this, printer, error = found.error()] {
+                    Q_EMIT printerNotFound(printer, error);
+                });
+                return;
+            }
+            const auto opened = std::make_shared<FoundPrinter>(std::move(*found));
+            link.tell([this, opened] { Q_EMIT printerFound(opened); });
+        });
 }
 
 void PrinterDirectory::showFound(const std::vector<Queue>& found) {

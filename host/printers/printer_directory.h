@@ -1,4 +1,5 @@
-// Printers: the queues of a print service, asked for without ever making the caller wait.
+// Printers: the queues of a print service, and what opening a printer takes, asked for without ever
+// making the caller wait.
 #pragma once
 
 #include <QObject>
@@ -13,10 +14,10 @@
 
 namespace labelcut {
 
-/// Asks for queues in the background. Every function returns at once, also with a service
-/// that never answers, and every signal comes later, on this object's own thread; its event loop
-/// must run for them. Destroying it, and every new request, drops the request of the same kind
-/// that is under way: nothing of that one is heard any more.
+/// Asks for queues, and finds printers, in the background. Every function returns at once, also
+/// with a service that never answers, and every signal comes later, on this object's own thread;
+/// its event loop must run for them. Destroying it, and every new request, drops the request of the
+/// same kind that is under way: nothing of that one is heard any more.
 class PrinterDirectory : public QObject {
     Q_OBJECT
 public:
@@ -42,8 +43,9 @@ public:
     /// Borrowed until the next change; null when there is none of that name.
     const Queue* find(const QString& name) const;
 
-    /// Finds a queue with all that opening it takes, which queueFound() or queueNotFound() answers.
-    void findQueue(const QString& name);
+    /// Finds a printer with all that opening it takes, which printerFound() or printerNotFound()
+    /// answers. A PPD file asks no service; reading it may take its time all the same.
+    void findPrinter(const PrinterRef& printer);
     void cancelFind() { mFind.drop(); }
 
 Q_SIGNALS:
@@ -54,8 +56,8 @@ Q_SIGNALS:
     /// The refresh has ended by itself, one way or the other.
     void finished();
     /// The receiver may take the printer out; there is one.
-    void queueFound(const std::shared_ptr<labelcut::FoundPrinter>& printer);
-    void queueNotFound(const QString& name, const labelcut::Error& error);
+    void printerFound(const std::shared_ptr<labelcut::FoundPrinter>& printer);
+    void printerNotFound(const labelcut::PrinterRef& printer, const labelcut::Error& error);
 
 private:
     void showFound(const std::vector<Queue>& found);

@@ -1,11 +1,13 @@
 // Printers: where they come from.
 #include "host/printers/printer_source.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
 
 #include "host/core/failure.h"
+#include "host/core/file_name.h"
+#include "host/core/harmless_text.h"
+#include "host/core/regular_file.h"
 #include "host/settings/ppd_view.h"
 #include "host/settings/saved_options.h"
 #include "host/texts/host_text.h"
@@ -21,17 +23,13 @@ QString reasonOf(const ppd::OpenError& error) {
                : hostText("ReasonInLine").arg(error.reason, QString::number(error.line));
 }
 
-/// Why the file cannot even be read; empty when it can.
-QString reasonAgainst(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
+/// Why the file at `path` could not even be opened.
+QString sentenceFor(const OpenAttempt& attempt, const QString& path) {
+    if (attempt.trouble == FileTrouble::Missing)
         return hostText("PpdDoesNotExist").arg(path);
-    if (!info.isFile())
-        return hostText("PpdIsNoFile").arg(path);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return hostText("PpdNotReadable").arg(path, file.errorString());
-    return {};
+    if (attempt.trouble == FileTrouble::Refused)
+        return hostText("PpdNotReadable").arg(path, attempt.reason);
+    return hostText("PpdIsNoFile").arg(path);
 }
 
 /// Only the queue's own options count, not those of its variants ("queue/instance").
@@ -81,11 +79,12 @@ Result<FoundPrinter> findPrinter(const PrinterRef& printer, const CupsConnection
 }
 
 Result<FoundPrinter> findPpdFile(const QString& path) {
-    if (const QString reason = reasonAgainst(path); !reason.isEmpty())
-        return failure(reason);
+    OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble != FileTrouble::None)
+        return failure(sentenceFor(attempt, path));
     ppd::OpenError error;
     FoundPrinter printer;
-    printer.ppd = ppd::openFile(path, &error);
+    printer.ppd = ppd::open(std::move(attempt.file), &error);
     if (!printer.ppd)
         return failure(hostText("NoUsablePpd").arg(path, reasonOf(error)));
     const PpdView view(printer.ppd.get());
@@ -93,8 +92,9 @@ Result<FoundPrinter> findPpdFile(const QString& path) {
     if (!view.hasContent())
         return failure(hostText("PpdWithoutContent").arg(path));
     ppd::markDefaults(printer.ppd.get());
-    printer.ref = PpdFileRef{QFileInfo(path).absoluteFilePath()};
-    printer.title = view.name().isEmpty() ? QFileInfo(path).completeBaseName() : view.name();
+    printer.ref = PpdFileRef{absoluteName(path)};
+    printer.title =
+        view.name().isEmpty() ? harmless(QFileInfo(path).completeBaseName()) : view.name();
     return printer;
 }
 

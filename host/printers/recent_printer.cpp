@@ -1,14 +1,13 @@
 // Printers: which queue was used last.
 #include "host/printers/recent_printer.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
-#include <QStandardPaths>
 
+#include "host/core/atomic_file.h"
 #include "host/core/private_folder.h"
+#include "host/core/regular_file.h"
+#include "host/core/user_folders.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -26,29 +25,29 @@ Result<Done> write(const QString& queue, const QString& path) {
     root.insert(QStringLiteral("last"), kQueueKey);
     const QByteArray bytes = QJsonDocument(root).toJson();
 
-    makePrivateFolder(QFileInfo(path).path());
-    QSaveFile file(path);
-    const bool isOpen = file.open(QIODevice::WriteOnly) &&
-                        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    // A commit alone passes over what fails while the last bytes leave the buffer.
-    if (!isOpen || file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
-        return Error{ErrorKind::Other,
-                     hostText("PrinterNotRemembered").arg(path, file.errorString())};
+    if (path.isEmpty())
+        return Error{ErrorKind::Other, hostText("NoHome")};
+    makePrivateFolder(path.left(path.lastIndexOf(u'/')));
+    const std::optional<QString> reason = writePrivately(path, bytes);
+    if (reason)
+        return Error{ErrorKind::Other, hostText("PrinterNotRemembered").arg(path, *reason)};
     return Done();
 }
 
 } // namespace
 
 QString recentPrinterFile() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/labelcut/recent-printer.json");
+    const std::optional<QString> folder = configurationFolder();
+    return folder ? *folder + QStringLiteral("/labelcut/recent-printer.json") : QString();
 }
 
 QString recentQueue(const QString& file) {
-    QFile source(file);
-    if (!QFileInfo(file).isFile() || !source.open(QIODevice::ReadOnly))
+    const OpenAttempt attempt = tryRegularFile(file);
+    if (attempt.trouble != FileTrouble::None)
         return {};
-    const QJsonObject root = QJsonDocument::fromJson(source.read(kMaxFileSize)).object();
+    QString reason; // only a convenience: what cannot be read is not there
+    const QByteArray bytes = attempt.file.read(kMaxFileSize, &reason);
+    const QJsonObject root = QJsonDocument::fromJson(bytes).object();
     return root.value(kQueueKey).toString();
 }
 

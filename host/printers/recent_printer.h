@@ -7,7 +7,7 @@
 
 namespace labelcut {
 
-/// "labelcut/recent-printer.json" in the user's configuration folder.
+/// "labelcut/recent-printer.json" in the user's configuration folder; empty when there is none.
 QString recentPrinterFile();
 
 /// The name of the queue that was used last. Empty: none was so far, or nothing can be read from

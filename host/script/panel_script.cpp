@@ -40,6 +40,9 @@ struct PanelScript::Stage {
 
 namespace {
 
+/// A script without line ends, such as a device that never ends, stops here. Bytes.
+constexpr qint64 kLongestLine = 16 << 20;
+
 using Stage = PanelScript::Stage;
 
 QJsonValue orNull(const std::optional<QString>& text) {
@@ -357,6 +360,13 @@ QJsonObject parse(const QByteArray& line) {
     return document.object();
 }
 
+/// What follows cannot be told from the rest of the line, so that it ends the script.
+QJsonObject tooLong() {
+    return {{QStringLiteral("ok"), false},
+            {QStringLiteral("error"),
+             QStringLiteral("this line has more than %1 bytes").arg(kLongestLine)}};
+}
+
 } // namespace
 
 PanelScript::PanelScript(const PluginSearch& plugins)
@@ -439,17 +449,20 @@ int runPanelScript(QIODevice& in, QIODevice& out, const PluginSearch& plugins) {
     PanelScript script(plugins);
     int status = 0;
     while (!script.hasQuit()) {
-        const QByteArray line = in.readLine();
+        const QByteArray line = in.readLine(kLongestLine + 1);
         if (line.isEmpty())
             break;
         if (line.trimmed().isEmpty())
             continue;
-        const QJsonObject answer = script.carryOut(line);
+        const bool isTooLong = line.size() >= kLongestLine && !line.endsWith('\n');
+        const QJsonObject answer = isTooLong ? tooLong() : script.carryOut(line);
         if (!answer.value(QLatin1String("ok")).toBool())
             status = 1;
         out.write(QJsonDocument(answer).toJson(QJsonDocument::Compact) + '\n');
         if (auto* file = qobject_cast<QFileDevice*>(&out))
             file->flush();
+        if (isTooLong)
+            break;
     }
     return status;
 }

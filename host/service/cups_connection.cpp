@@ -216,6 +216,8 @@ void readJob(JobStatus& job, ipp_attribute_t* attribute) {
         job.user = text(attribute);
     else if (name == "job-printer-state-message")
         job.message = text(attribute);
+    else if (name == "time-at-processing")
+        job.mayHaveBegun = ippGetValueTag(attribute) != IPP_TAG_NOVALUE;
 }
 
 RequestSubject aboutQueue(const QString& name) {
@@ -234,6 +236,12 @@ RequestSubject aboutJobRequest(const JobRequest& request) {
     RequestSubject subject = aboutQueue(request.queue);
     subject.documentType = request.documentFormat;
     return subject;
+}
+
+/// Whether the service may have made the job whose number has not come.
+bool mayHaveMadeAJob(const Error& error) {
+    return error.kind == ErrorKind::SilentServer || error.kind == ErrorKind::ServerGone ||
+           error.kind == ErrorKind::NotAPrintService;
 }
 
 Error noQueue(const ServiceAddress& address, const QString& name) {
@@ -387,14 +395,15 @@ Result<int> CupsConnection::createJob(const JobRequest& request, const CallLimit
     addJobAttributes(message, request);
     const auto answer = ippExchange(mAddress, Deadline(limits), message, path->constData(), nullptr,
                                     aboutJobRequest(request));
+    const RequestSubject subject = subjectOf(request, 0, limits);
     if (!answer)
-        return answer.error();
+        return mayHaveMadeAJob(answer.error())
+                   ? printerrors::withFate(answer.error(), JobFate::Empty, subject)
+                   : answer.error();
     ipp_attribute_t* id = ippFindAttribute(answer->get(), "job-id", IPP_TAG_INTEGER);
-    if (!id || ippGetInteger(id, 0) < 1) {
-        RequestSubject subject;
-        subject.service = mAddress.text();
-        return printerrors::about(ErrorKind::NotAPrintService, subject);
-    }
+    if (!id || ippGetInteger(id, 0) < 1)
+        return printerrors::withFate(printerrors::about(ErrorKind::NotAPrintService, subject),
+                                     JobFate::Empty, subject);
     return ippGetInteger(id, 0);
 }
 
@@ -403,19 +412,44 @@ Result<Done> CupsConnection::sendDocument(int job, const JobRequest& request, QI
                                           const CallLimits& limits) const {
     DocumentBody body{document, progress};
     const Result<Done> sent = upload(job, request, body, Deadline(limits));
-    // Without the job there is nothing to clean up, and without the service no way to.
-    if (sent || sent.error().kind == ErrorKind::NoSuchJob ||
-        sent.error().kind == ErrorKind::NoService)
+    if (sent || sent.error().kind == ErrorKind::NoSuchJob)
         return sent;
+    const std::optional<JobFate> fate = sent.error().kind == ErrorKind::NoService
+                                            ? JobFate::Unfinished
+                                            : takeBack(job, request.user, body.mayBeComplete);
+    if (!fate)
+        return Done();
+    return printerrors::withFate(sent.error(), *fate, subjectOf(request, job, limits));
+}
 
-    CallLimits cleanUp;
-    cleanUp.timeout = kCleanUpTime;
-    const Result<Done> removed = cancelJob(job, request.user, cleanUp);
-    if (removed || removed.error().kind == ErrorKind::NoSuchJob)
-        return sent;
-    Error error = sent.error();
-    error.sentence = hostText("JobMayRemain").arg(error.sentence, QString::number(job));
-    return error;
+/// Cancels a job that may be in the queue. @param mayBeComplete  whether the service may have all
+/// of its document. @return what has become of it; nothing when it is printed.
+std::optional<JobFate> CupsConnection::takeBack(int job, const QString& user,
+                                                bool mayBeComplete) const {
+    const Deadline cleanUp({kCleanUpTime, nullptr});
+    const Result<Done> removed = cancelJob(job, user, cleanUp.limits());
+    if (!mayBeComplete) {
+        const bool isGone = removed || removed.error().kind == ErrorKind::NoSuchJob;
+        return isGone ? JobFate::Gone : JobFate::Unfinished;
+    }
+    const Result<JobStatus> status = jobAttributes(job, {cleanUp.remaining(), nullptr});
+    if (status && status->state == JobState::Completed)
+        return std::nullopt;
+    const bool hasEnded =
+        removed ||
+        (status && (status->state == JobState::Canceled || status->state == JobState::Aborted));
+    if (!hasEnded)
+        return JobFate::Unknown;
+    return status && !status->mayHaveBegun ? JobFate::Gone : JobFate::Begun;
+}
+
+RequestSubject CupsConnection::subjectOf(const JobRequest& request, int job,
+                                         const CallLimits& limits) const {
+    RequestSubject subject = aboutJobRequest(request);
+    subject.service = mAddress.text();
+    subject.timeout = limits.timeout;
+    subject.job = job;
+    return subject;
 }
 
 Result<Done> CupsConnection::upload(int job, const JobRequest& request, DocumentBody& body,

@@ -90,6 +90,8 @@ struct JobStatus {
     QString user;
     /// What the printer has to say about the job; may be empty.
     QString message;
+    /// False only when the service says that it has not begun to print the job.
+    bool mayHaveBegun = true;
     /// Every attribute by name, values as text, several joined by commas.
     QMap<QString, QString> attributes;
 };
@@ -131,19 +133,21 @@ public:
     Result<Done> validateJob(const JobRequest& request, const CallLimits& limits) const;
 
     /// Makes a job that still lacks its document. @return its id, 1 or more; also NoSuchQueue and
-    /// Rejecting. A paused queue takes jobs and holds them.
+    /// Rejecting. A paused queue takes jobs and holds them. Where the id never comes the sentence
+    /// says that a job without document may be there.
     Result<int> createJob(const JobRequest& request, const CallLimits& limits) const;
 
     /// Sends the only document of a job, after which it can print. When that fails in any way the
-    /// job is cancelled, for which kCleanUpTime is spent beyond the limits at most; where that
-    /// fails as well the sentence says that the job may still be there.
+    /// job is cancelled and looked at, for which kCleanUpTime is spent beyond the limits at most;
+    /// the sentence then begins with what has become of it. A job that is printed by then counts
+    /// as sent, whatever the service has answered.
     /// @param job       what createJob() gave for `request`.
     /// @param document  open for reading; read from where it stands to its end.
     /// @param progress  may be empty.
     /// @return also NoSuchJob, FormatNotSupported and DocumentUnreadable.
     Result<Done> sendDocument(int job, const JobRequest& request, QIODevice& document,
                               const SendProgress& progress, const CallLimits& limits) const;
-    static constexpr int kCleanUpTime = 500; ///< Milliseconds.
+    static constexpr int kCleanUpTime = 800; ///< Milliseconds.
 
     /// @return also NoSuchJob.
     Result<JobStatus> jobAttributes(int job, const CallLimits& limits) const;
@@ -159,6 +163,8 @@ public:
 private:
     Result<Done> upload(int job, const JobRequest& request, DocumentBody& body,
                         const Deadline& deadline) const;
+    std::optional<JobFate> takeBack(int job, const QString& user, bool mayBeComplete) const;
+    RequestSubject subjectOf(const JobRequest& request, int job, const CallLimits& limits) const;
 
     ServiceAddress mAddress;
 };

@@ -5,10 +5,12 @@
 
 #include <cups/cups.h>
 
+#include <arpa/inet.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -104,6 +106,19 @@ AddressList resolve(const ServiceAddress& address, const Deadline& deadline) {
     return std::move(lookup->found);
 }
 
+bool isIpV6(const QString& host) {
+    in6_addr address;
+    const QString bare = host.section(u'%', 0, 0); // without the zone
+    return inet_pton(AF_INET6, bare.toLatin1().constData(), &address) == 1;
+}
+
+/// libcups takes any text for the name of a host, also what is left of half an address.
+bool isHost(const QString& host) {
+    const auto isForeign = [](QChar c) { return c.isSpace() || QStringView(u"[]/").contains(c); };
+    return !host.isEmpty() && std::none_of(host.begin(), host.end(), isForeign) &&
+           (!host.contains(u':') || isIpV6(host));
+}
+
 bool isTooLongForSocket(const ServiceAddress& address) {
     return address.isSocket() &&
            static_cast<std::size_t>(address.host.toUtf8().size()) >= sizeof(sockaddr_un::sun_path);
@@ -140,6 +155,8 @@ Result<Http> connected(const ServiceAddress& address, const Deadline& deadline,
         return notConnected(deadline, subject, 0);
     if (isTooLongForSocket(address))
         return printerrors::noService(subject, hostText("SocketPathTooLong"));
+    if (!address.isSocket() && !isHost(address.host))
+        return printerrors::noServerNamed(subject);
     const AddressList addresses = resolve(address, deadline);
     if (!addresses)
         return notConnected(deadline, subject, deadline.isOver() ? 0 : EADDRNOTAVAIL);
@@ -174,29 +191,17 @@ public:
         , mDeadline(deadline)
         , mDeclared(httpGetLength2(http)) {}
 
-    /// Reads up to `size` bytes. @return how many; 0 at the end, however it came.
-    std::size_t some(char* buffer, std::size_t size) {
+    /// Waits for more and appends it. @return false at the end, however it came.
+    bool more(QByteArray& all) {
         if (mRead > kMaxAnswerBytes || mDeadline.isOver())
-            return 0;
-        const ssize_t got = httpRead2(mHttp, buffer, size);
+            return false;
+        const ssize_t got = httpRead2(mHttp, mChunk.data(), mChunk.size());
         mHasEnded = got <= 0;
         if (mHasEnded)
-            return 0;
+            return false;
         mRead += got;
-        return static_cast<std::size_t>(got);
-    }
-
-    /// All of `bytes` bytes or a failure, as ippReadIO() wants it. @param content  a Content.
-    static ssize_t exactly(void* content, ipp_uchar_t* buffer, std::size_t bytes) {
-        auto* self = static_cast<Content*>(content);
-        std::size_t all = 0;
-        while (all < bytes) {
-            const std::size_t got = self->some(reinterpret_cast<char*>(buffer) + all, bytes - all);
-            if (got == 0)
-                return -1;
-            all += got;
-        }
-        return static_cast<ssize_t>(all);
+        all.append(mChunk.data(), got);
+        return true;
     }
 
     bool isTooLong() const { return mRead > kMaxAnswerBytes; }
@@ -210,6 +215,7 @@ public:
 private:
     http_t* mHttp;
     const Deadline& mDeadline;
+    std::array<char, kChunkBytes> mChunk;
     qint64 mDeclared;
     qint64 mRead = 0;
     bool mHasEnded = false;
@@ -280,6 +286,7 @@ private:
             if (mDeadline.isOver())
                 return broken();
             // Without bytes this ends the chunks.
+            body.mayBeComplete = got == 0;
             if (httpWrite2(mHttp.get(), chunk.data(), static_cast<std::size_t>(got)) < 0 ||
                 got == 0)
                 return std::nullopt;
@@ -291,31 +298,41 @@ private:
     }
 
     Result<IppMessage> answer() {
-        IppMessage message(ippNew());
         Content content(mHttp.get(), mDeadline);
-        ipp_state_t state = IPP_STATE_IDLE;
-        while (state != IPP_STATE_DATA && state != IPP_STATE_ERROR)
-            state = ippReadIO(&content, Content::exactly, 1, nullptr, message.get());
-        if (state == IPP_STATE_DATA)
+        IppScan scan;
+        QByteArray bytes;
+        IppShape shape = IppShape::Unfinished;
+        while (shape == IppShape::Unfinished && content.more(bytes))
+            shape = scan.look(bytes);
+        if (shape == IppShape::TooMuch)
+            return printerrors::tooMuch(mSubject);
+        if (shape == IppShape::Unfinished)
+            return unusable(content);
+        IppMessage message = shape == IppShape::Whole
+                                 ? readIpp(QByteArrayView(bytes).first(scan.length()), mDeadline)
+                                 : nullptr;
+        if (message)
             return message;
-        return unusable(content);
+        return mDeadline.isOver() ? broken() : notAPrintService();
     }
 
     Result<std::optional<QByteArray>> everything() {
         Content content(mHttp.get(), mDeadline);
-        std::array<char, kChunkBytes> chunk;
         QByteArray all;
-        while (const std::size_t got = content.some(chunk.data(), chunk.size()))
-            all.append(chunk.data(), static_cast<qsizetype>(got));
+        while (content.more(all)) {
+        }
         if (content.isTooLong() || content.isCutShort())
             return unusable(content);
         return std::optional(all);
     }
 
     Error unusable(const Content& content) const {
-        const bool isConnectionsFault = content.isCutShort() && !content.isTooLong();
-        return isConnectionsFault ? broken()
-                                  : printerrors::about(ErrorKind::NotAPrintService, mSubject);
+        if (content.isTooLong())
+            return printerrors::tooMuch(mSubject);
+        return content.isCutShort() ? broken() : notAPrintService();
+    }
+    Error notAPrintService() const {
+        return printerrors::about(ErrorKind::NotAPrintService, mSubject);
     }
 
     Http mHttp;
@@ -367,8 +384,9 @@ std::optional<ServiceAddress> ServiceAddress::fromText(const QString& text) {
 QString ServiceAddress::text() const {
     if (isSocket())
         return host;
-    const QString shown = host.contains(u':') ? u'[' + host + u']' : host;
-    return port == kDefaultPort ? shown : shown + u':' + QString::number(port);
+    const QString shown = isIpV6(host) ? u'[' + host + u']' : host;
+    const bool isPortShown = port != kDefaultPort || host.isEmpty();
+    return isPortShown ? shown + u':' + QString::number(port) : shown;
 }
 
 Result<Done> ippReach(const ServiceAddress& address, const Deadline& deadline) {
@@ -391,6 +409,8 @@ Result<IppMessage> ippExchange(const ServiceAddress& address, const Deadline& de
     Result<IppMessage> answer = exchange.post(request.get(), path, body);
     if (!answer)
         return answer;
+    if (ippGetRequestId(answer->get()) != ippGetRequestId(request.get()))
+        return printerrors::notAsked(subject);
     const ipp_status_t status = ippGetStatusCode(answer->get());
     if (status >= IPP_STATUS_REDIRECTION_OTHER_SITE)
         return printerrors::fromIpp(status, statusMessage(answer->get()), subject);

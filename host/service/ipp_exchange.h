@@ -8,25 +8,17 @@
 #include <QByteArray>
 #include <QString>
 
-#include <cups/http.h>
-#include <cups/ipp.h>
-
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "host/core/call_limits.h"
 #include "host/core/result.h"
+#include "host/service/ipp_answer.h"
 #include "host/service/print_errors.h"
 
 class QIODevice;
 
 namespace labelcut {
-
-struct IppDeleter {
-    void operator()(ipp_t* message) const noexcept { ippDelete(message); }
-};
-using IppMessage = std::unique_ptr<ipp_t, IppDeleter>;
 
 /// Where a print service is.
 struct ServiceAddress {
@@ -46,9 +38,6 @@ struct ServiceAddress {
     bool operator==(const ServiceAddress&) const = default;
 };
 
-/// Bytes of one answer that are read at most; a page of a hundred queues has some hundred thousand.
-inline constexpr qint64 kMaxAnswerBytes = 16 * 1024 * 1024;
-
 /// Told how far a document has been sent. It runs on the sending thread and may cancel.
 /// @param sent   bytes of the document so far.
 /// @param total  bytes of the document; -1 when that is not known before its end.
@@ -58,6 +47,8 @@ using SendProgress = std::function<void(qint64 sent, qint64 total)>;
 struct DocumentBody {
     QIODevice& data;
     SendProgress progress;
+    /// Becomes true before its end is sent: from then on the service may have all of it.
+    bool mayBeComplete = false;
 };
 
 /// Only connects, and closes again.
@@ -67,7 +58,8 @@ Result<Done> ippReach(const ServiceAddress& address, const Deadline& deadline);
 /// @param path     resource to post to, such as "/" or "/jobs/".
 /// @param body     sent behind the request; may be null.
 /// @param subject  what the request is about; its service and timeout are filled in here.
-/// @return the answer, of a status below 0x0100; otherwise why there is none.
+/// @return the answer, of a status below 0x0100 and to this very request; otherwise why there is
+///         none. One that is larger or deeper than ipp_answer.h allows is not read.
 Result<IppMessage> ippExchange(const ServiceAddress& address, const Deadline& deadline,
                                const IppMessage& request, const char* path, DocumentBody* body,
                                RequestSubject subject);

@@ -72,6 +72,46 @@ Error refused(const RequestSubject& subject, const QString& words) {
     return {ErrorKind::Other, hostText("Refused").arg(subject.service, words)};
 }
 
+/// What happened, without the advice to try again, which is none once a job may be printed.
+QString cause(const Error& failure, const RequestSubject& subject) {
+    switch (failure.kind) {
+    case ErrorKind::SilentServer:
+        return hostText("SilentServerWas").arg(subject.service, timeLimit(subject));
+    case ErrorKind::ServerGone:
+        return hostText("ServerGoneWas").arg(subject.service);
+    case ErrorKind::Cancelled:
+        return hostText("CancelledWas").arg(subject.service);
+    default:
+        return failure.sentence;
+    }
+}
+
+/// Whether the sentence itself says that nothing is printed.
+bool saysThatNothingIsPrinted(ErrorKind kind) {
+    return kind == ErrorKind::Cancelled || kind == ErrorKind::DocumentUnreadable;
+}
+
+QString sentenceOf(const Error& failure, JobFate fate, const RequestSubject& subject) {
+    switch (fate) {
+    case JobFate::Gone:
+        return saysThatNothingIsPrinted(failure.kind)
+                   ? failure.sentence
+                   : hostText("NothingPrinted").arg(failure.sentence);
+    case JobFate::Empty:
+        return hostText("EmptyJobMayRemain").arg(failure.sentence, subject.queue);
+    case JobFate::Unfinished:
+        return hostText("JobMayRemain").arg(failure.sentence, job(subject));
+    case JobFate::Begun:
+        return hostText("JobBegun").arg(cause(failure, subject), job(subject));
+    case JobFate::Unknown:
+        return hostText("JobMayBePrinted")
+            .arg(cause(failure, subject), job(subject), subject.queue);
+    case JobFate::Sent:
+        break;
+    }
+    return hostText("JobSentUnseen").arg(cause(failure, subject), job(subject));
+}
+
 } // namespace
 
 Error about(ErrorKind kind, const RequestSubject& subject) {
@@ -93,6 +133,22 @@ Error nothingAtSocket(const RequestSubject& subject) {
 
 Error documentUnreadable(const QString& reason) {
     return {ErrorKind::DocumentUnreadable, hostText("DocumentUnreadable").arg(reason)};
+}
+
+Error noServerNamed(const RequestSubject& subject) {
+    return {ErrorKind::NoService, hostText("NoServerNamed").arg(subject.service)};
+}
+
+Error tooMuch(const RequestSubject& subject) {
+    return {ErrorKind::NotAPrintService, hostText("AnswerTooMuch").arg(subject.service)};
+}
+
+Error notAsked(const RequestSubject& subject) {
+    return {ErrorKind::NotAPrintService, hostText("AnswerNotAsked").arg(subject.service)};
+}
+
+Error withFate(const Error& failure, JobFate fate, const RequestSubject& subject) {
+    return {failure.kind, sentenceOf(failure, fate, subject)};
 }
 
 Error fromHttp(http_status_t status, const RequestSubject& subject) {

@@ -1,10 +1,11 @@
 // Settings: which of the marked choices exclude each other, and what would help.
 #include "host/settings/constraints.h"
 
-#include <QStringList>
+#include <QLocale>
 
 #include <algorithm>
 
+#include "host/settings/conflict_resolver.h"
 #include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
@@ -27,16 +28,30 @@ QString describe(ppd_file_t* ppd, const Setting& setting) {
 QString describe(ppd_file_t* ppd, const Conflict& conflict) {
     QStringList sides;
     for (const Setting& setting : conflict)
-        sides << hostText("Quoted").arg(describe(ppd, setting));
-    const QString last = sides.takeLast();
-    return hostText("ExcludeEachOther").arg(sides.join(hostText("SentenceSeparator")), last);
+        sides << describe(ppd, setting);
+    return conflictSentence(sides);
+}
+
+QString conflictSentence(const QStringList& sides) {
+    QStringList quoted;
+    for (const QString& side : sides)
+        quoted << hostText("Quoted").arg(side);
+    const QString last = quoted.takeLast();
+    if (quoted.isEmpty())
+        return hostText("ExcludedByPpd").arg(last);
+    return hostText("ExcludeEachOther").arg(quoted.join(hostText("SentenceSeparator")), last);
+}
+
+QString gaveUpSentence() {
+    return hostText("NoResolution")
+        .arg(QLocale(QLocale::English).toString(static_cast<qlonglong>(ppd::kMaxResolvingSteps)));
 }
 
 std::optional<Settings> proposeResolution(ppd_file_t* ppd, const Setting& wanted,
-                                          const Settings& kept) {
+                                          const Settings& kept, bool* gaveUp) {
     const QByteArray keyword = wanted.keyword.toUtf8();
     const QByteArray choice = wanted.choice.toUtf8();
-    auto changes = ppd::resolutionFor(ppd, keyword.constData(), choice.constData());
+    auto changes = ppd::resolutionFor(ppd, keyword.constData(), choice.constData(), gaveUp);
     if (!changes)
         return std::nullopt;
     const auto touchesKept = [&](const Setting& change) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <cups/ppd.h>
 
@@ -12,7 +13,8 @@
 
 namespace labelcut {
 
-/// Two settings in force, rarely more, that the printer cannot follow together.
+/// Two settings in force, rarely more, that the printer cannot follow together; or one that it
+/// cannot follow at all.
 using Conflict = Settings;
 
 /// Every set of marked choices that the PPD's constraints exclude; see ppd::conflictingSettings().
@@ -24,10 +26,15 @@ std::vector<Conflict> findConflicts(ppd_file_t* ppd);
 QString describe(ppd_file_t* ppd, const Setting& setting);
 /// A sentence that names all sides of a conflict.
 QString describe(ppd_file_t* ppd, const Conflict& conflict);
+/// The same of sides that are described already; at least one.
+QString conflictSentence(const QStringList& sides);
+/// That the search for a way out of a conflict ended at its limit.
+QString gaveUpSentence();
 
 /// What to change so that `wanted` can stand: the fewest settings that libcups finds, `wanted`
 /// itself and those in `kept` left alone. Nothing when that is not possible. Changes no mark.
+/// @param gaveUp  set to true when the search ended at its limit, otherwise left; may be null.
 std::optional<Settings> proposeResolution(ppd_file_t* ppd, const Setting& wanted,
-                                          const Settings& kept = {});
+                                          const Settings& kept = {}, bool* gaveUp = nullptr);
 
 } // namespace labelcut

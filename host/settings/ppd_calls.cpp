@@ -1,7 +1,7 @@
 // Settings: what only a host does with libcups' PPD functions.
 #include "host/settings/ppd_calls.h"
 
-#include <QFile>
+#include <cups/file.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +13,11 @@
 #include <iterator>
 #include <span>
 #include <string_view>
+#include <utility>
+
+#include "host/settings/conflict_resolver.h"
+#include "host/settings/constraint_rules.h"
+#include "host/texts/host_text.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
@@ -26,25 +31,8 @@ struct Free {
 
 /// Lengths are written in thousandths of a point; a thousandth is a third of a micrometre.
 constexpr double kPartsOfPoint = 1000;
-
-/// A list of libcups' options that frees itself.
-class Options {
-public:
-    Options() = default;
-    ~Options() { cupsFreeOptions(count, list); }
-    Options(const Options&) = delete;
-    Options& operator=(const Options&) = delete;
-
-    Settings settings() const {
-        Settings all;
-        for (const cups_option_t& option : std::span(list, static_cast<std::size_t>(count)))
-            all.push_back({QString::fromUtf8(option.name), QString::fromUtf8(option.value)});
-        return all;
-    }
-
-    int count = 0;
-    cups_option_t* list = nullptr;
-};
+/// Bytes of a text that are looked through at a time.
+constexpr std::size_t kPiece = std::size_t{16} * 1024;
 
 /// What `write` puts into a C stream.
 template<typename Write>
@@ -64,97 +52,131 @@ Setting settingOf(const ppd_choice_t& choice) {
     return {QString::fromUtf8(choice.option->keyword), QString::fromUtf8(choice.choice)};
 }
 
-/// The choices that are marked, taken out of the file for the time of this object's life.
-class MarksSetAside {
-public:
-    explicit MarksSetAside(ppd_file_t* file)
-        : mFile(file) {
-        for (int i = 0; i < cupsArrayCount(file->marked); ++i)
-            mChoices.push_back(static_cast<ppd_choice_t*>(cupsArrayIndex(file->marked, i)));
-        for (const ppd_size_t& size : sizes())
-            if (size.marked)
-                mSize = &size;
-    }
-    ~MarksSetAside() {
-        markOnly(mChoices);
-        // The records say of each option whether it conflicts; let them say it of the marks again.
-        ppdConflicts(mFile);
-    }
-    MarksSetAside(const MarksSetAside&) = delete;
-    MarksSetAside& operator=(const MarksSetAside&) = delete;
-
-    const std::vector<ppd_choice_t*>& choices() const { return mChoices; }
-    /// Whether the two conflict when nothing else is marked.
-    bool conflict(ppd_choice_t* first, ppd_choice_t* second) {
-        markOnly({first, second});
-        return ppdConflicts(mFile) > 0;
-    }
-
-private:
-    std::span<ppd_size_t> sizes() const {
-        return {mFile->sizes, static_cast<std::size_t>(mFile->num_sizes)};
-    }
-    /// A mark is kept twice, by a flag of the choice and in an array of the file; that of the paper
-    /// a third time, by a flag of the size, which is what constraints look at.
-    void markOnly(const std::vector<ppd_choice_t*>& choices) {
-        for (ppd_choice_t* choice : mChoices)
-            choice->marked = 0;
-        cupsArrayClear(mFile->marked);
-        bool hasPaper = false;
-        for (ppd_choice_t* choice : choices) {
-            choice->marked = 1;
-            cupsArrayAdd(mFile->marked, choice);
-            const std::string_view keyword(choice->option->keyword);
-            hasPaper = hasPaper || keyword == "PageSize" || keyword == "PageRegion";
-        }
-        for (ppd_size_t& size : sizes())
-            size.marked = hasPaper && &size == mSize ? 1 : 0;
-    }
-
-    ppd_file_t* mFile;
-    const ppd_size_t* mSize = nullptr;
-    std::vector<ppd_choice_t*> mChoices;
-};
-
 /// Whether `setting` is what the file has marked already.
 bool isMarked(ppd_file_t* file, const Setting& setting) {
     const ppd_choice_t* choice = findMarkedChoice(file, setting.keyword.toUtf8().constData());
     return choice && setting.choice == QString::fromUtf8(choice->choice);
 }
 
+QString reasonOf(const OpenAttempt& attempt) {
+    if (attempt.trouble == FileTrouble::Missing)
+        return QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR));
+    return attempt.trouble == FileTrouble::Refused ? attempt.reason : hostText("NoRegularFile");
+}
+
+struct CloseSource {
+    void operator()(cups_file_t* source) const noexcept { cupsFileClose(source); }
+};
+/// A text that may be compressed.
+using Source = std::unique_ptr<cups_file_t, CloseSource>;
+
+/// libcups leaves constraints alone where it has a list of them, and would otherwise go through all
+/// at every mark; the list stays empty and leads to ours.
+void attachRules(ppd_file_t* file) {
+    file->cups_uiconstraints = cupsArrayNew(nullptr, new ConstraintRules(file));
+}
+
+ConstraintRules* attachedRules(ppd_file_t* file) {
+    return static_cast<ConstraintRules*>(cupsArrayUserData(file->cups_uiconstraints));
+}
+
+ConstraintRules& rulesOf(ppd_file_t* file) {
+    if (!attachedRules(file))
+        attachRules(file);
+    return *attachedRules(file);
+}
+
+/// Whether marking the choice does nothing but take the option's other mark away.
+bool isPlain(const ppd_option_t& option, std::string_view choice) {
+    constexpr std::array kTied{"PageSize", "PageRegion", "InputSlot", "ManualFeed",
+                               "AP_D_InputSlot"};
+    const auto isIt = [&](const char* keyword) { return qstricmp(keyword, option.keyword) == 0; };
+    return option.ui != PPD_UI_PICKMANY && std::ranges::none_of(kTied, isIt) &&
+           !choice.starts_with('{') && qstrnicmp(choice.data(), "Custom.", 7) != 0;
+}
+
+void markPlain(ppd_file_t* file, ppd_choice_t* old, ppd_choice_t* choice) {
+    // A mark is kept twice, by a flag of the choice and in an array of the file.
+    if (old) {
+        old->marked = 0;
+        cupsArrayRemove(file->marked, old);
+    }
+    choice->marked = 1;
+    cupsArrayAdd(file->marked, choice);
+}
+
 } // namespace
 
 void Closer::operator()(ppd_file_t* file) const noexcept {
+    delete attachedRules(file);
     ppdClose(file);
 }
 
 File openFile(const QString& path, OpenError* error) {
-    File file(ppdOpenFile(QFile::encodeName(path).constData()));
-    if (file) {
-        ppdLocalize(file.get());
-        return file;
-    }
-    if (error) {
-        const ppd_status_t status = ppdLastError(&error->line);
-        error->reason = QString::fromUtf8(ppdErrorString(status));
-    }
+    OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble == FileTrouble::None)
+        return open(std::move(attempt.file), error);
+    if (error)
+        *error = {reasonOf(attempt), 0};
     return nullptr;
 }
 
+File open(OpenedFile content, OpenError* error) {
+    const auto refuse = [&](const OpenError& reason) {
+        if (error)
+            *error = reason;
+        return nullptr;
+    };
+    // Takes the descriptor.
+    const Source source(cupsFileOpenFd(content.release(), "r"));
+    if (!source)
+        return refuse({QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR))});
+    TextWalk text;
+    std::array<char, kPiece> piece{};
+    const auto read = [&] { return cupsFileRead(source.get(), piece.data(), piece.size()); };
+    for (ssize_t size = read(); size > 0; size = read())
+        if (!text.take({piece.data(), static_cast<std::size_t>(size)}))
+            break;
+    const std::optional<OpenError> brokenOff = text.end();
+    if (const auto excess = text.excess())
+        return refuse(*excess);
+    cupsFileRewind(source.get());
+    File file(ppdOpen2(source.get()));
+    if (!file) {
+        OpenError failed;
+        failed.reason = QString::fromUtf8(ppdErrorString(ppdLastError(&failed.line)));
+        return refuse(failed);
+    }
+    if (brokenOff)
+        return refuse(*brokenOff);
+    ppdLocalize(file.get());
+    attachRules(file.get());
+    return file;
+}
+
 void markDefaults(ppd_file_t* file) {
-    if (file)
-        ppdMarkDefaults(file);
+    if (!file)
+        return;
+    ppdMarkDefaults(file);
+    rulesOf(file).update();
 }
 
 bool markOption(ppd_file_t* file, const char* keyword, const char* choice) {
     // Found among the marked ones, where a look through thousands of choices can be spared.
-    const ppd_choice_t* marked = findMarkedChoice(file, keyword);
+    ppd_choice_t* marked = findMarkedChoice(file, keyword);
     if (marked && std::strcmp(marked->choice, choice) == 0)
         return true;
     ppd_option_t* option = findOption(file, keyword);
-    if (!option || !findChoice(option, choice))
+    ppd_choice_t* known = findChoice(option, choice);
+    if (!known)
         return false;
+    if (isPlain(*option, choice)) {
+        markPlain(file, marked, known);
+        rulesOf(file).update(*option);
+        return true;
+    }
     ppdMarkOption(file, keyword, choice);
+    rulesOf(file).update();
     return true;
 }
 
@@ -181,39 +203,32 @@ const ppd_size_t* markedPageSize(ppd_file_t* file) {
 }
 
 int conflicts(ppd_file_t* file) {
-    return file ? ppdConflicts(file) : 0;
+    return file ? rulesOf(file).update() : 0;
 }
 
 std::vector<Settings> conflictingSettings(ppd_file_t* file) {
     if (conflicts(file) == 0)
         return {};
-    MarksSetAside marks(file);
-    std::vector<ppd_choice_t*> involved = marks.choices();
-    std::erase_if(involved, [](const ppd_choice_t* choice) { return !choice->option->conflicted; });
-    std::ranges::stable_sort(involved, {},
-                             [](const ppd_choice_t* choice) { return choice->option; });
-
     std::vector<Settings> all;
-    for (auto first = involved.begin(); first != involved.end(); ++first)
-        for (auto second = std::next(first); second != involved.end(); ++second)
-            if (marks.conflict(*first, *second))
-                all.push_back({settingOf(**first), settingOf(**second)});
-    if (!all.empty())
-        return all;
-    Settings together;
-    std::ranges::transform(involved, std::back_inserter(together),
-                           [](const ppd_choice_t* choice) { return settingOf(*choice); });
-    return {together};
+    for (const std::vector<ppd_choice_t*>& sides : rulesOf(file).conflicts()) {
+        all.emplace_back();
+        std::ranges::transform(sides, std::back_inserter(all.back()),
+                               [](const ppd_choice_t* side) { return settingOf(*side); });
+    }
+    return all;
 }
 
-std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice) {
+std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice,
+                                      bool* gaveUp) {
     if (!file || !keyword || !choice)
         return std::nullopt;
-    Options changes;
-    if (!cupsResolveConflicts(file, keyword, choice, &changes.count, &changes.list))
+    ConflictResolver resolver(file, rulesOf(file), {keyword, choice});
+    std::optional<Settings> settings = resolver.resolved();
+    if (gaveUp)
+        *gaveUp = *gaveUp || resolver.gaveUp();
+    if (!settings)
         return std::nullopt;
-    Settings settings = changes.settings();
-    std::erase_if(settings, [&](const Setting& setting) {
+    std::erase_if(*settings, [&](const Setting& setting) {
         return setting.keyword.compare(QLatin1String(keyword), Qt::CaseInsensitive) == 0 ||
                isMarked(file, setting);
     });

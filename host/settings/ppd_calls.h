@@ -15,6 +15,8 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/regular_file.h"
+#include "host/settings/ppd_text.h"
 #include "host/settings/setting.h"
 #include "platform/printing/ppd_lookup.h"
 
@@ -26,16 +28,15 @@ struct Closer {
 /// An opened PPD that closes itself.
 using File = std::unique_ptr<ppd_file_t, Closer>;
 
-/// Why a PPD could not be opened: libcups' own words, and the line (0 when it has none).
-struct OpenError {
-    QString reason;
-    int line = 0;
-};
-
-/// Opens and localises the PPD at `path` in the language of the locale environment.
+/// Opens and localises the PPD at `path` in the language of the locale environment. One that ends
+/// in the middle, so that options may be lacking, or goes beyond the limits of ppd_text.h is
+/// refused.
+/// @param path  a name as nameFromBytes() gives it. What it names is never waited for.
 /// @param error  receives the reason on failure; may be null.
 /// @return the file, or null.
 File openFile(const QString& path, OpenError* error);
+/// The same for one that is open already. @param content  at its begin.
+File open(OpenedFile content, OpenError* error);
 
 /// Marks the defaults of every option.
 void markDefaults(ppd_file_t* file);
@@ -47,7 +48,7 @@ bool unmarkOption(ppd_file_t* file, const char* keyword);
 /// The record of the marked "PageSize" (or "PageRegion"), with the measure and margins of a custom
 /// size filled in; or null.
 const ppd_size_t* markedPageSize(ppd_file_t* file);
-/// How many marked choices conflict.
+/// How many of the PPD's constraints the marked choices break.
 int conflicts(ppd_file_t* file);
 
 /// One number or text that the PPD lets the user give for an option's "Custom" choice.
@@ -78,12 +79,16 @@ QString pointsText(double points);
 QString customCollection(const Settings& values);
 
 /// The marked choices that exclude each other, by UIConstraints and their successor alike,
-/// installable options included: each pair once, in the file's order of options; when only more
-/// than two together conflict, all of them at once. No mark changes.
+/// installable options included: each pair once, in the file's order of options; a choice that is
+/// excluded whatever else is marked stands alone. When only more than two together conflict, all of
+/// them at once. No mark changes.
 std::vector<Settings> conflictingSettings(ppd_file_t* file);
 /// What else would have to be set so that `choice` for `keyword` is free of conflicts: only
-/// settings that differ from the marks. Nothing when libcups finds no way. No mark changes.
-std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice);
+/// settings that differ from the marks. Nothing when there is no way. No mark changes.
+/// @param gaveUp  set to true when the search ended at its limit of steps, otherwise left; may be
+///                null.
+std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice,
+                                      bool* gaveUp = nullptr);
 
 /// The code of every marked choice that belongs to `section`, in the order that OrderDependency
 /// gives, each guarded and between its feature comments; empty when there is none.

@@ -1,13 +1,12 @@
 // Settings: the options that "lpoptions" keeps for a queue.
 #include "host/settings/saved_options.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
 #include <algorithm>
 
 #include "host/core/copies.h"
+#include "host/core/file_name.h"
+#include "host/core/regular_file.h"
+#include "host/core/user_folders.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -174,19 +173,19 @@ QString cannotRead(const QString& path, const QString& reason) {
 
 /// @return nothing when the file was read or does not exist, otherwise a sentence.
 std::optional<QString> addFile(SavedOptions& saved, const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists())
+    const OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble == FileTrouble::Missing)
         return std::nullopt;
-    if (!info.isFile())
+    if (attempt.trouble == FileTrouble::Refused)
+        return cannotRead(path, attempt.reason);
+    if (attempt.trouble != FileTrouble::None)
         return cannotRead(path, hostText("NoRegularFile"));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return cannotRead(path, file.errorString());
-    if (file.size() > kMaxFileSize)
+    QString reason;
+    const QByteArray contents = attempt.file.read(kMaxFileSize + 1, &reason);
+    if (!reason.isEmpty())
+        return cannotRead(path, reason);
+    if (contents.size() > kMaxFileSize)
         return cannotRead(path, hostText("TooManyBytes").arg(kMaxFileSize));
-    const QByteArray contents = file.read(kMaxFileSize);
-    if (file.error() != QFileDevice::NoError)
-        return cannotRead(path, file.errorString());
     addSavedOptions(saved, contents);
     return std::nullopt;
 }
@@ -234,11 +233,13 @@ void addSavedOptions(SavedOptions& saved, const QByteArray& contents) {
 }
 
 QStringList savedOptionFiles() {
-    QString system = qEnvironmentVariable("CUPS_SERVERROOT");
+    QString system = nameFromBytes(qgetenv("CUPS_SERVERROOT"));
     if (system.isEmpty())
         system = QStringLiteral("/etc/cups");
-    return {system + QStringLiteral("/lpoptions"),
-            QDir::homePath() + QStringLiteral("/.cups/lpoptions")};
+    QStringList files{system + QStringLiteral("/lpoptions")};
+    if (const std::optional<QString> home = homeFolder())
+        files << *home + QStringLiteral("/.cups/lpoptions");
+    return files;
 }
 
 SavedOptions readSavedOptions(const QStringList& files) {

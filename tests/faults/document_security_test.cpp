@@ -1,7 +1,7 @@
 // Security: documents are programs and names are words, and neither gets to do anything.
 #include <QDir>
 
-#include "host/documents/conversion.h"
+#include "host/documents/job_document.h"
 #include "tests/faults/fault_fixtures.h"
 
 namespace labelcut::test {
@@ -122,11 +122,9 @@ TEST_F(DocumentSecurityTest, ADrawingReadsNoOtherFile) {
     };
     const QByteArray file = QFile::encodeName(secret);
     const auto hasPicture = [&](const QByteArray& link) {
-        const Result<QString> made =
-            convertToPdf(drawing(link), QStringLiteral("d.svg"), DocumentKind::SVG, std::nullopt,
-                         mFolder.path(), QStringLiteral("made"));
+        const Result<JobDocument> made = JobDocument::prepare({drawing(link)}, std::nullopt);
         EXPECT_TRUE(made) << link.constData();
-        return made && contentOf(*made).contains("/Subtype /Image");
+        return made && contentOf(made->pdf()).contains("/Subtype /Image");
     };
     for (const QByteArray& link :
          {file, "file://" + file, QByteArray("secret.png"), QByteArray("http://127.0.0.1:9/x.png")})

@@ -1,89 +1,19 @@
 // Faults: a way to a print service that can be held and cut in the middle of a document.
 #include "tests/faults/holding_proxy.h"
 
-#include <QFile>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 
 namespace labelcut::test {
 
-namespace {
-
-constexpr int kPoll = 10; // milliseconds
-
-int connectedTo(const QString& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const QByteArray name = QFile::encodeName(path);
-    std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
-    const int server = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-        return server;
-    close(server);
-    return -1;
-}
-
-bool sendAll(int to, const char* bytes, std::size_t size) {
-    while (size > 0) {
-        const ssize_t sent = send(to, bytes, size, MSG_NOSIGNAL);
-        if (sent <= 0)
-            return false;
-        bytes += sent;
-        size -= static_cast<std::size_t>(sent);
-    }
-    return true;
-}
-
-} // namespace
-
 HoldingProxy::HoldingProxy(QString socketPath)
-    : mSocket(std::move(socketPath)) {
-    mListener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    socklen_t length = sizeof address;
-    if (bind(mListener, generic, length) != 0 || listen(mListener, 16) != 0 ||
-        getsockname(mListener, generic, &length) != 0)
-        return;
-    mPort = ntohs(address.sin_port);
-    mThread = std::thread([this] { serve(); });
-}
-
-HoldingProxy::~HoldingProxy() {
-    mStopping = true;
-    if (mThread.joinable())
-        mThread.join();
-    for (std::thread& client : mClients)
-        client.join();
-    close(mListener);
-}
-
-void HoldingProxy::serve() {
-    while (!mStopping) {
-        pollfd waiting{mListener, POLLIN, 0};
-        if (poll(&waiting, 1, kPoll) <= 0)
-            continue;
-        const int client = accept4(mListener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (client < 0)
-            continue;
-        mClients.emplace_back([this, client] {
-            pass(client);
-            close(client);
-        });
-    }
-}
+    : mSocket(std::move(socketPath))
+    , mServer([this](int client) { pass(client); }) {}
 
 void HoldingProxy::silence(const QByteArray& path, qint64 after) {
     const std::lock_guard lock(mSilence);
@@ -113,7 +43,7 @@ void HoldingProxy::pass(int client) const {
         held = held && !mReleased;
         std::array<pollfd, 2> ends{pollfd{silent ? -1 : server, POLLIN, 0},
                                    pollfd{client, static_cast<short>(held ? 0 : POLLIN), 0}};
-        if (poll(ends.data(), ends.size(), kPoll) <= 0)
+        if (poll(ends.data(), ends.size(), LoopbackServer::kPoll) <= 0)
             continue;
         if (held && (ends[1].revents & (POLLHUP | POLLERR)))
             break; // the sender has given up

@@ -6,8 +6,8 @@
 
 #include <atomic>
 #include <mutex>
-#include <thread>
-#include <vector>
+
+#include "tests/support/loopback_server.h"
 
 namespace labelcut::test {
 
@@ -20,13 +20,9 @@ public:
 
     /// @param socket  where the print service listens.
     explicit HoldingProxy(QString socket);
-    ~HoldingProxy();
-    HoldingProxy(const HoldingProxy&) = delete;
-    HoldingProxy& operator=(const HoldingProxy&) = delete;
 
-    /// On 127.0.0.1; 0 when it could not be started.
-    int port() const { return mPort; }
-    QString address() const { return QStringLiteral("127.0.0.1:%1").arg(mPort); }
+    int port() const { return mServer.port(); }
+    QString address() const { return mServer.address(); }
     /// Whether a document is held in its middle.
     bool isHolding() const { return mHolding; }
     /// From now on the answers to GET requests for `path` stop after so many bytes, while all else
@@ -40,16 +36,12 @@ public:
     void cut() { mCut = true; }
 
 private:
-    void serve();
     void pass(int client) const;
     /// How many bytes of the answer to this request are passed on.
     qint64 limitFor(const QByteArray& request) const;
-    bool isOver(bool held) const { return mStopping || (held && mCut); }
+    bool isOver(bool held) const { return mServer.isStopping() || (held && mCut); }
 
     QString mSocket;
-    int mListener = -1;
-    int mPort = 0;
-    std::atomic<bool> mStopping = false;
     std::atomic<bool> mCut = false;
     std::atomic<bool> mReleased = false;
     mutable std::atomic<bool> mHolding = false;
@@ -57,8 +49,7 @@ private:
     mutable std::mutex mSilence; ///< Guards the two below.
     QByteArray mSilentPath;
     qint64 mSilentAfter = 0;
-    std::vector<std::thread> mClients;
-    std::thread mThread;
+    LoopbackServer mServer; ///< Last: its threads use the others.
 };
 
 } // namespace labelcut::test

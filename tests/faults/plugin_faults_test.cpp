@@ -74,7 +74,7 @@ TEST_P(PluginFaultTest, IsNamedByTheDialogWhichPrints) {
     PrintDialog dialog(request, search, hostSystem(), noService());
     dialog.show();
     ASSERT_TRUE(turnUntil([&] { return dialog.model().pageCount() > 0; }));
-    settle();
+    settleWithPrinter(dialog);
     EXPECT_THAT(messagesOf(dialog), AllOf(HasSubstr("test.so"), HasSubstr(GetParam().said)));
     // Without its panel an option is one among the others, and is printed all the same.
     dialog.tabs().setCurrentIndex(1);
@@ -118,7 +118,7 @@ protected:
         mDialog = std::make_unique<PrintDialog>(request, mSearch, hostSystem(), noService());
         mDialog->show();
         ASSERT_TRUE(turnUntil([&] { return mDialog->model().pageCount() > 0; }));
-        settle();
+        settleWithPrinter(*mDialog);
     }
     QByteArray printed() {
         const QString output = mHome.path(QStringLiteral("out.ps"));

@@ -18,10 +18,11 @@ public:
         QDir(mFolder.path()).mkpath(QStringLiteral("lib/labelcut/plugins"));
         // The same file by another name: the program looks for plug-ins beside itself.
         EXPECT_EQ(link(LABELCUT_PROGRAM, QFile::encodeName(program()).constData()), 0);
-        const QString engine = path(QStringLiteral("lib/labelcut/pdf_engine.so"));
-        EXPECT_EQ(
-            link(LABELCUT_PLUGIN_DIR "/../pdf_engine.so", QFile::encodeName(engine).constData()),
-            0);
+        for (const char* part : {"document_worker", "drawing.so", "pdf_engine.so"}) {
+            const QByteArray there = QByteArray(LABELCUT_PLUGIN_DIR "/../") + part;
+            const QByteArray here = QFile::encodeName(path(QStringLiteral("lib/labelcut/"))) + part;
+            EXPECT_EQ(link(there.constData(), here.constData()), 0) << part;
+        }
     }
     QString plugins() const { return mFolder.filePath(QStringLiteral("lib/labelcut/plugins")); }
     QString program() const { return mFolder.filePath(QStringLiteral("bin/labelcut")); }

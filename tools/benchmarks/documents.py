@@ -1,4 +1,6 @@
-"""Performance: documents of as many pages as wanted."""
+"""Performance: documents of as many pages as wanted, and pictures."""
+import struct
+import zlib
 
 
 def pdf(pages):
@@ -19,3 +21,17 @@ def pdf(pages):
     return (f"{out}xref\n0 {len(objects) + 1}\n0000000000 65535 f \n{table}"
             f"trailer\n<</Size {len(objects) + 1}/Root 1 0 R>>\nstartxref\n{len(out)}\n%%EOF\n"
             ).encode("ascii")
+
+
+def png(width, height):
+    """The bytes of a picture of many colours."""
+    lines = b"".join(b"\0" + bytes((x * y * shade) & 255 for x in range(width) for shade in (1, 3, 7))
+                     for y in range(height))
+
+    def chunk(name, body):
+        return (struct.pack(">I", len(body)) + name + body
+                + struct.pack(">I", zlib.crc32(name + body)))
+
+    return (b"\x89PNG\r\n\x1a\n"
+            + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(lines)) + chunk(b"IEND", b""))

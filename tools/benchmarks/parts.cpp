@@ -127,7 +127,7 @@ void measureDialog(const QString& ppd, const QString& document) {
     request.files = {document};
     PrintDialog dialog(request, plugins, system);
     dialog.show();
-    while (dialog.model().pageCount() == 0)
+    while (dialog.model().pageCount() == 0 || dialog.awaitsPrinter())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     PanelWindow::settle();
     auto* box = dialog.findChild<QCheckBox*>(QStringLiteral("mMirrorPrintChkBx"));

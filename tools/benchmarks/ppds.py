@@ -48,12 +48,30 @@ def choices_of(keyword, count):
     return [(f"Choice{n}", f"Choice {n} of {count}", trace(keyword, n)) for n in range(1, count + 1)]
 
 
-def ppd(family="SG", options=STANDARD_OPTIONS, sizes=8, choices=5, counts=99):
+def plain_constraints(count):
+    """Among the further options; the defaults break each."""
+    return [f"*UIConstraints: *Option{1 + n % 20} Choice1 *Option{21 + n // 20 % 7} Choice1"
+            for n in range(count)]
+
+
+def circle(count):
+    """Options of which each excludes the next, with ways out that break the constraint after."""
+    lines = []
+    for n in range(count):
+        following = (n + 1) % count
+        lines += option(f"Ring{n}", f"Ring {n}", (("OFF", "Off", ""), ("ON", "On", "")), "ON")
+        lines += [f'*cupsUIConstraints Way{n}: "*Ring{n} ON *Ring{following} ON"',
+                  f'*cupsUIResolver Way{n}: "*Ring{following} ON"']
+    return lines
+
+
+def ppd(family="SG", options=STANDARD_OPTIONS, sizes=8, choices=5, counts=99, constraints=0, ring=0):
     """The text of a PPD.
 
     family   "SG" for tape, "RV" for a roll, whose KvCutLabel offers `counts` counts
     options  how many in all, page size and region included
     choices  of each option that is no cut option
+    constraints  and ring: see plain_constraints() and circle()
     """
     lines = ['*PPD-Adobe: "4.3"', '*FormatVersion: "4.3"', '*FileVersion: "1.0"',
              "*LanguageVersion: English", "*LanguageEncoding: ISOLatin1",
@@ -84,6 +102,7 @@ def ppd(family="SG", options=STANDARD_OPTIONS, sizes=8, choices=5, counts=99):
         lines += option(keyword, f"Further option {number}", choices_of(keyword, choices), "Choice1")
         if number % GROUP == 0 or number == options - done - 1:
             lines.append(f"*CloseGroup: Group{number - (number - 1) % GROUP}")
+    lines += plain_constraints(constraints) + circle(ring)
     lines.append("*DefaultFont: Helvetica")
     lines.append('*Font Helvetica: Standard "(001.000)" Standard ROM')
     return "\n".join(lines) + "\n"

@@ -41,6 +41,16 @@ class Bench:
         path.write_bytes(documents.pdf(pages))
         return path
 
+    def text(self, labels):
+        path = SCRATCH / "labels.txt"
+        path.write_text("".join(f"Shelf {n}\nfragile\f" for n in range(labels)), "utf-8")
+        return path
+
+    def picture(self):
+        path = SCRATCH / "label.png"
+        path.write_bytes(documents.png(400, 800))
+        return path
+
     def cupsd(self, queues=1):
         names = ["Bench", *(f"Bench{n}" for n in range(2, queues + 1))]
         return self._keep(PrivateCupsd(self._folder(), dict.fromkeys(names, self.ppd())))
@@ -324,6 +334,28 @@ def printing(bench):
                  "ppdOpenFile, bytes written", inside, 2)]
 
 
+def cage(bench):
+    """The documents of a job read by the worker in its cage, beside the same libraries doing the
+    same within the process that asks: whole processes from start to end, wall time. What `labelcut
+    print` takes with the one, beside what it would take with the other."""
+    samples = {"PDF": LABELS, "text": bench.text(40), "picture": bench.picture()}
+    programs = {f"{way} {kind}": Program((BIN / "bench_read_document", way, path))
+                for kind, path in samples.items() for way in ("caged", "bare")}
+    programs["print"] = Program((BIN / "labelcut", "print", LABELS, "--ppd", bench.ppd(), "-o",
+                                 SCRATCH / "job.ps"))
+    measured = bench.wall_and_memory(programs)
+    lines = []
+    for kind in samples:
+        caged, bare = (measured[f"{way} {kind}"][0] for way in ("caged", "bare"))
+        lines.append(Line(f"a document read in the cage, {kind}, wall time", caged, "ms",
+                          "without the cage", bare, 0, f"{caged - bare:+.1f} ms (at most 15)"))
+    whole = measured["print"][0]
+    cost = measured["caged PDF"][0] - measured["bare PDF"][0]
+    lines.append(Line("`labelcut print` of the sample, wall time", whole, "ms",
+                      "without the cage's cost", whole - cost, 1.15))
+    return lines
+
+
 def service(bench):
     """`labelcut dialog FILE` against a scheduler, from the start to the first paint, when the
     queues are not known yet. Instructions are the window's thread's only; those of the second
@@ -351,8 +383,11 @@ def service(bench):
 def curves(bench):
     """Whole processes, everything included that reading larger input costs, ppdOpenFile with the
     rest: the dialog to its first paint over options, choices and page sizes of the PPD;
-    `labelcut print` over the document's pages and over the labels that come out of one page.
-    Exponent 1 is linear."""
+    `labelcut print` over the document's pages and over the labels that come out of one page; and
+    what the worker does with pages, text, one endless line and form feeds, without its cage.
+    Those without libcups are what is ours of large PPDs: `labelcut options`, and `labelcut print`
+    that names a conflict and looks for a way out, each without ppdOpen2(), whose time grows with
+    the square and which limits bound. Exponent 1 is linear."""
     def dialog_of(name, ppd):
         return bench.instructions(name, Program((BIN / "labelcut", "dialog", "--ppd", ppd, LABELS),
                                                 (), "any"), 1)
@@ -362,7 +397,37 @@ def curves(bench):
                                                  bench.ppd(), "-n", copies, "-o",
                                                  SCRATCH / "job.ps")), 1)
 
+    def reading_of(name, document):
+        return bench.instructions(name, Program((BIN / "bench_read_document", "bare", document)), 1)
+
+    def text_of(name, text):
+        path = SCRATCH / f"{name}.txt"
+        path.write_text(text, "utf-8")
+        return reading_of(name, path)
+
+    def ours(name, ppd, *command):
+        """The command without libcups' own reading of the PPD."""
+        program = Program((BIN / "labelcut", *command, "--ppd", ppd), (), "any")
+        whole = bench.instructions(name, program, 1)
+        return whole - max(inclusive(PROFILES / f"callgrind.{name}", r"^ppdOpen2$").values())
+
+    def options_of(name, **shape):
+        return ours(name, bench.ppd("curve", **shape), "options")
+
+    def conflict_of(name, **shape):
+        setting = "Ring0=ON" if "ring" in shape else "Option1=Choice1"
+        return ours(name, bench.ppd("curve", **shape), "print", LABELS, "-o", SCRATCH / "job.ps",
+                    "--set", setting)
+
     measured = (
+        ("options (`options`, without libcups)", (100, 1000, 3000, 9000),
+         lambda n: options_of("curve-many-options", options=n)),
+        ("choices of one option (`options`, without libcups)", (100, 1000, 10000, 90000),
+         lambda n: options_of("curve-many-choices", family="RV", counts=n)),
+        ("constraints (a conflict, without libcups)", (100, 1000, 10000),
+         lambda n: conflict_of("curve-constraints", constraints=n)),
+        ("constraints in a circle (a conflict, without libcups)", (100, 400, 1600, 6400),
+         lambda n: conflict_of("curve-ring", ring=n)),
         ("options (dialog)", (20, 40, 80, 160, 320),
          lambda n: dialog_of("curve-options", bench.ppd("curve", options=n))),
         ("choices of one option (dialog)", (100, 500, 1000, 2000, 4000),
@@ -373,6 +438,14 @@ def curves(bench):
          lambda n: dialog_of("curve-sizes", bench.ppd("curve", sizes=n))),
         ("pages (print)", (1, 25, 100, 400, 1600),
          lambda n: print_of("curve-pages", bench.document(n), 1)),
+        ("pages (worker)", (1, 25, 100, 400, 1600),
+         lambda n: reading_of("curve-worker-pages", bench.document(n))),
+        ("bytes of text (worker)", (1 << 14, 1 << 16, 1 << 18, 1 << 20, 1 << 22),
+         lambda n: text_of("curve-text", "lorem ipsum\n" * (n // 12))),
+        ("bytes of text in one line (worker)", (1 << 14, 1 << 16, 1 << 18, 1 << 20),
+         lambda n: text_of("curve-line", "lorem ipsum " * (n // 12))),
+        ("form feeds (worker)", (100, 1000, 10000),
+         lambda n: text_of("curve-feeds", "\f" * n)),
         ("labels of one page (print)", (1, 10, 100, 1000, 9999),
          lambda n: print_of("curve-labels", bench.document(1), n)),
     )
@@ -382,4 +455,4 @@ def curves(bench):
 
 
 ROWS = {"dialog": dialog, "panel": panel, "preview": preview, "options": options,
-        "print": printing, "service": service, "curves": curves}
+        "print": printing, "cage": cage, "service": service, "curves": curves}

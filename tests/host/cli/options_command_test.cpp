@@ -116,6 +116,14 @@ TEST(OptionsCommandTest, APpdThatCannotBeUsedIsNamedWithLineAndReason) {
          "line 8;"},
         {folder.file(QStringLiteral("quote.ppd"), contentOf(kTapePpd).replace("4.3\"", "4.3")),
          "quote.ppd” is no usable PPD: "},
+        {folder.file(QStringLiteral("half.ppd"),
+                     contentOf(kTapePpd).left(contentOf(kTapePpd).indexOf("*KvHalfCut ON"))),
+         "half.ppd” is no usable PPD: its text ends within the option “KvHalfCut”, which begins in "
+         "line "},
+        {folder.file(QStringLiteral("many.ppd"),
+                     "*PPD-Adobe: \"4.3\"\n" +
+                         QByteArray("*UIConstraints: *A B *C D\n").repeated(50'001)),
+         "many.ppd” is no usable PPD: it has more than 50,000 constraints;"},
         {QStringLiteral(LABELCUT_PROGRAM), "is no usable PPD: "},
     };
     for (const Row& row : rows) {

@@ -75,6 +75,32 @@ TEST_F(PrintCommandTest, TheLabelsArePrintedAndToldInPlainWords) {
               QStringLiteral("true"));
 }
 
+/// Documents of which the libraries that read them have something to say.
+TEST_F(PrintCommandTest, LibrariesSayNothingBesideTheSentence) {
+    const QByteArray drawing = "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                               "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"10\" "
+                               "height=\"10\"><use xlink:href=\"#none\"/>";
+    const QString damaged = mFolder.file(QStringLiteral("damaged.svg"), drawing + "<g");
+    EXPECT_THAT(refusal(arguments(damaged, kTapePpd)), HasSubstr("damaged SVG drawing"));
+    const QString picture = mFolder.file(
+        QStringLiteral("damaged.jpg"),
+        QByteArray("\xff\xd8\xff\xe0\0\x10JFIF\0\x01\x01\0\0\x01\0\x01\0\0\xff\xc0\0\x11\x08\0"
+                   "\x10\0\x10\x03\x01\x22\0\x02\x11\x01\x03\x11\x01garbage",
+                   46));
+    EXPECT_THAT(refusal(arguments(picture, kTapePpd)), HasSubstr("damaged or too large picture"));
+    const QByteArray header("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\n\0\0\0\n\x08\x02\0\0\0"
+                            "\x02\x50\x58\xea",
+                            33);
+    const QString noData = mFolder.file(QStringLiteral("damaged.png"),
+                                        header + QByteArray("\0\0\0\x04IDATnone0000", 16));
+    EXPECT_THAT(refusal(arguments(noData, kTapePpd)), HasSubstr("damaged or too large picture"));
+
+    const QString odd = mFolder.file(QStringLiteral("odd.svg"), drawing + "</svg>");
+    const Outcome outcome = run(arguments(odd, kTapePpd));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+}
+
 TEST_F(PrintCommandTest, WhatIsAskedIsWhatIsPrintedOnEveryPrinter) {
     struct Row {
         const QString& ppd;
@@ -206,6 +232,15 @@ TEST_F(PrintCommandTest, AnUnknownOptionOrChoiceIsNamed) {
                 HasSubstr("The option PageSize has no choice “A4”; it offers T6, T9, "));
     EXPECT_THAT(refusalOf("--set KvHalfCut=ON", kRollPpd),
                 HasSubstr("The printer has no option “KvHalfCut”;"));
+}
+
+TEST_F(PrintCommandTest, AChoiceThatIsExcludedByItselfIsNamedOnce) {
+    const QString ppd =
+        mFolder.file(QStringLiteral("self.ppd"),
+                     contentOf(kTapePpd) + "*UIConstraints: *KvHalfCut ON *KvHalfCut ON\n");
+    EXPECT_THAT(refusalOf("--set KvHalfCut=ON", ppd),
+                HasSubstr("labelcut: “Half cut: On (KvHalfCut=ON)” cannot be chosen: the printer’s "
+                          "description (PPD) excludes it. Ask for another choice of KvHalfCut."));
 }
 
 TEST_F(PrintCommandTest, AConflictNamesBothSidesAndTheWayOut) {

@@ -128,6 +128,34 @@ TEST(UsageTest, AValueOutOfRangeIsNamedWithTheRange) {
     });
 }
 
+TEST(UsageTest, NumbersOfOddKindsAreRefusedByEveryArgumentThatTakesOne) {
+    struct Argument {
+        const char* command;
+        const char* option;
+        const char* wanted;
+    };
+    const Argument arguments[] = {
+        {"print f --timeout", "--timeout", ": give a number from 0.1 to 3600 (see"},
+        {"options --timeout", "--timeout", ": give a number from 0.1 to 3600 (see"},
+        {"snapshot -o a --timeout", "--timeout", ": give a number from 0.1 to 3600 (see"},
+        {"snapshot -o a --scale", "--scale", ": give a number from 0.5 to 8 (see"},
+        {"print f --copies", "--copies", ": give a whole number from 1 to 9999 (see"},
+        {"presets save a --copies", "--copies", ": give a whole number from 1 to 9999 (see"},
+    };
+    for (const Argument& argument : arguments)
+        for (const char* odd : {"nan", "NaN", "-nan", "inf", "-inf", "infinity", "-1", "0", "1e999",
+                                "1e9", "99999999999999999999", "1,000", "5 ", "0x10", "5s", ""}) {
+            const QString value = QString::fromLatin1(odd);
+            const QString sentence =
+                value.isEmpty()
+                    ? QString::fromLatin1(argument.option) + QStringLiteral(" needs a value")
+                    : QString::fromLatin1(argument.option) + u' ' + value +
+                          QString::fromLatin1(argument.wanted);
+            expectWrongUsage(run(words(argument.command) + QStringList{value}),
+                             sentence.toUtf8().constData(), argument.command);
+        }
+}
+
 TEST(UsageTest, WhatIsMissingOrTooMuchIsNamed) {
     expectWrongUsage({
         {words("print"), "\"labelcut print\" needs FILE (see \"labelcut print --help\")"},

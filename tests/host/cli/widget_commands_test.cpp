@@ -118,7 +118,7 @@ TEST_F(WidgetCommandsTest, APictureThatCannotBeTakenIsOneSentence) {
     expectRefusal(snapshot(output, "--set Nonsense=ON"), "Nonsense");
     EXPECT_FALSE(QFile::exists(output));
     expectRefusal(snapshot(mFolder.path(QStringLiteral("no/folder/panel.png"))),
-                  "no/folder/panel.png\" cannot be written (");
+                  "no/folder/panel.png” cannot be written (");
 }
 
 TEST_F(WidgetCommandsTest, AReportThatCannotBeWrittenIsAFailure) {

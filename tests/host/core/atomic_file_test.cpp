@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sys/stat.h>
 
@@ -89,6 +90,56 @@ TEST(AtomicFileTest, AMissingFolderAndAFolderEachHaveTheirSentence) {
     const Result<qint64> taken = writeWhole(folder.path(QStringLiteral(".")), oneMegabyte);
     ASSERT_FALSE(taken);
     EXPECT_THAT(taken.error().sentence.toStdString(), HasSubstr("is a folder"));
+}
+
+TEST(AtomicFileTest, ALinkIsFollowedAndStays) {
+    const test::Folder folder;
+    const QString file = folder.file(QStringLiteral("older"), "older");
+    const QString link = folder.path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("older"), link));
+    ASSERT_TRUE(writeWhole(link, oneMegabyte));
+    EXPECT_EQ(test::contentOf(file).size(), 1 << 20);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST(AtomicFileTest, ALinkThatLeadsToNoFolderIsNamedWithItsEnd) {
+    const test::Folder folder;
+    const QString link = folder.path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("gone/out.ps"), link));
+    const Result<qint64> size = writeWhole(link, oneMegabyte);
+    ASSERT_FALSE(size);
+    EXPECT_THAT(size.error().sentence.toStdString(),
+                testing::AllOf(HasSubstr("link” is a link to"), HasSubstr("gone/out.ps”")));
+}
+
+TEST(AtomicFileTest, RightsOfTheOlderFileStayAndAReadOnlyOneIsNotReplaced) {
+    const test::Folder folder;
+    const QString path = folder.file(QStringLiteral("out.ps"), "older");
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status {};
+    ASSERT_EQ(chmod(name.constData(), 0640), 0);
+    ASSERT_TRUE(writeWhole(path, oneMegabyte));
+    ASSERT_EQ(stat(name.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+
+    ASSERT_EQ(chmod(name.constData(), 0444), 0);
+    ASSERT_EQ(chmod(QFile::encodeName(folder.path(QStringLiteral("."))).constData(), 0777), 0);
+    const test::Unprivileged nobody;
+    EXPECT_FALSE(writeWhole(path, oneMegabyte));
+}
+
+TEST(AtomicFileTest, WhatIsPrivateIsItsOwnersAloneWhateverWasThere) {
+    const test::Folder folder;
+    const QString path = folder.file(QStringLiteral("kept"), "older");
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status {};
+    ASSERT_EQ(chmod(name.constData(), 0666), 0);
+    EXPECT_EQ(writePrivately(path, "new"), std::nullopt);
+    EXPECT_EQ(test::contentOf(path), "new");
+    ASSERT_EQ(stat(name.constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    EXPECT_EQ(writePrivately(folder.path(QStringLiteral("no/kept")), "new"),
+              QStringLiteral("No such file or directory"));
 }
 
 } // namespace labelcut

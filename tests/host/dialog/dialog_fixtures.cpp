@@ -71,7 +71,10 @@ std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
     dialog->activateWindow();
     if (!QTest::qWaitForWindowActive(dialog.get()))
         qFatal("the dialog does not come to the front");
-    settle();
+    if (request.ppdPath.isEmpty())
+        settle();
+    else
+        settleWithPrinter(*dialog);
     lookAtEveryPage(*dialog);
     return dialog;
 }
@@ -92,6 +95,11 @@ void settle() {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
+}
+
+void settleWithPrinter(const PrintDialog& dialog) {
+    turnUntil([&] { return !dialog.awaitsPrinter(); });
+    settle();
 }
 
 bool isUsable(const QWidget& widget) {

@@ -73,6 +73,8 @@ std::unique_ptr<PrintDialog> openDialog(const DialogRequest& request,
 std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Settings& choices = {});
 /// Waits until what was scheduled is done.
 void settle();
+/// The same once the PPD that is on its way is read.
+void settleWithPrinter(const PrintDialog& dialog);
 
 /// A child by its object name; fails the running test when there is none.
 template<typename Widget>

@@ -51,7 +51,7 @@ protected:
         mDialog->show();
         mDialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(mDialog.get()));
-        settle();
+        settleWithPrinter(*mDialog);
     }
     std::vector<std::string> pages() const {
         std::vector<std::string> all;

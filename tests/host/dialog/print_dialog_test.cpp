@@ -88,7 +88,7 @@ protected:
         ASSERT_TRUE(chooser);
         Q_EMIT chooser->fileSelected(path);
         chooser->reject();
-        settle();
+        settleWithPrinter(*mDialog);
     }
     QStringList presets() const {
         QStringList names;
@@ -418,7 +418,7 @@ TEST_F(PrintDialogTest, PagesAreMadeWhenTheyAreFirstLookedAt) {
     request.ppdPath = kTapePpd;
     PrintDialog dialog(request, plugins(), hostSystem(), noService());
     dialog.show();
-    settle();
+    settleWithPrinter(dialog);
     EXPECT_TRUE(dialog.findChild<QCheckBox*>(QStringLiteral("mHalfCutChkBx")));
     const QString field = QStringLiteral("choices-Quality");
     EXPECT_FALSE(dialog.findChild<QComboBox*>(field));
@@ -440,7 +440,7 @@ TEST_F(PrintDialogTest, WithoutAnyPlugInItSaysSoAndStillHasItsOwnPages) {
     request.ppdPath = kTapePpd;
     PrintDialog dialog(request, none, hostSystem(), noService());
     dialog.show();
-    settle();
+    settleWithPrinter(dialog);
     EXPECT_THAT(dialog.messages().texts().join(u'\n').toStdString(),
                 HasSubstr("no plug-in was found"));
     EXPECT_EQ(dialog.tabs().count(), static_cast<int>(pageRows().size()));
@@ -754,7 +754,7 @@ TEST_F(PrintDialogTest, PrintSaysThatAPanelRefuses) {
     request.ppdPath = kTapePpd;
     mDialog = std::make_unique<PrintDialog>(request, search, hostSystem(), noService());
     mDialog->show();
-    settle();
+    settleWithPrinter(*mDialog);
     press("print");
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("A panel does not let the job be printed")));
     EXPECT_FALSE(mDialog->findChild<QFileDialog*>());
@@ -794,7 +794,7 @@ TEST_F(PrintDialogTest, APpdThatCannotBeReadLeavesThePrinterInForce) {
     ASSERT_TRUE(chooser);
     Q_EMIT chooser->fileSelected(broken.fileName());
     chooser->reject();
-    settle();
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(model().marks(), marks);
     EXPECT_TRUE(printers.currentText().contains(QStringLiteral("tape.ppd")));
     // Who opens the list is told as well that there is no print service.
@@ -810,10 +810,11 @@ TEST_F(PrintDialogTest, AnotherPpdTakesOverWithAllItsPages) {
     ASSERT_TRUE(chooser);
     Q_EMIT chooser->fileSelected(kRollPpd);
     chooser->reject();
-    settle();
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvCutLabel"), "1");
     expectOneTruth(*mDialog);
     choose(printers, 0);
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvHalfCut"), "OFF") << "the first one is still listed";
     expectOneTruth(*mDialog);
 }
@@ -875,6 +876,7 @@ TEST_F(PrintDialogTest, ChoicesAreKeptForEachPrinterWhileTheWindowIsOpen) {
     chooseFile(kRollPpd);
     ASSERT_EQ(choice("KvCutLabel"), "1");
     choose(control<QComboBox>("printers"), 0);
+    settleWithPrinter(*mDialog);
     EXPECT_EQ(choice("KvHalfCut"), "ON");
     EXPECT_EQ(choice("Quality"), "Best");
     EXPECT_EQ(model().copies(), 3) << "of the job, not of a printer";
@@ -914,6 +916,45 @@ TEST_F(PrintDialogTest, APpdThatCannotBeOpenedAtTheStartIsToldAndNoPrinterTakesI
         EXPECT_TRUE(control<QPushButton>("print").isEnabled());
         EXPECT_FALSE(mDialog->printerMessages().texts().contains(complaints.front()));
     }
+}
+
+TEST_F(PrintDialogTest, TheWindowIsShownWithTheFirstPrinterOfAFileOrWithItsFailure) {
+    for (const QString& path : {kTapePpd, QStringLiteral("/nonexistent.ppd")}) {
+        DialogRequest request;
+        request.files = {kLabels};
+        request.ppdPath = path;
+        PrintDialog dialog(request, plugins(), hostSystem(), noService());
+        dialog.showWithFirstPrinter();
+        EXPECT_FALSE(dialog.isVisible());
+        ASSERT_TRUE(turnUntil([&] { return dialog.isVisible(); }));
+        EXPECT_TRUE(turnUntil([&] { return !dialog.awaitsPrinter(); }));
+    }
+    PrintDialog dialog(DialogRequest(), plugins(), hostSystem(), noService());
+    dialog.showWithFirstPrinter();
+    EXPECT_TRUE(dialog.isVisible()) << "nothing to wait for";
+}
+
+TEST_F(PrintDialogTest, APpdThatTakesLongToReadLeavesTheWindowAnswering) {
+    open();
+    QByteArray lines;
+    for (int i = 0; i < 8'000; ++i) {
+        const QByteArray name = "Long" + QByteArray::number(i);
+        lines += "*OpenUI *" + name + ": PickOne\n*Default" + name + ": A\n*" + name +
+                 " A: \"\"\n*CloseUI: *" + name + "\n";
+    }
+    const QString path = extendedPpd(mHome, lines + "*OpenUI *Half/Half: PickOne\n");
+    auto& printers = control<QComboBox>("printers");
+    choose(printers, printers.count() - 1);
+    auto* chooser = mDialog->findChild<QFileDialog*>();
+    ASSERT_TRUE(chooser);
+    EXPECT_LT(timeOf([&] { Q_EMIT chooser->fileSelected(path); }), kSoon);
+    chooser->reject();
+    EXPECT_TRUE(mDialog->awaitsPrinter());
+    EXPECT_TRUE(model().hasPrinter()) << "the one before stays in force meanwhile";
+    settleWithPrinter(*mDialog);
+    EXPECT_THAT(mDialog->printerMessages().texts().join(u'\n').toStdString(),
+                HasSubstr("its text ends within the option “Half”"));
+    EXPECT_TRUE(model().hasPrinter());
 }
 
 TEST_F(PrintDialogTest, APpdThatWasTriedOnceIsNotThePrinterOfTheNextStart) {

@@ -32,7 +32,7 @@ protected:
         mDialog->show();
         mDialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(mDialog.get()));
-        settle();
+        settleWithPrinter(*mDialog);
         lookAtEveryPage(*mDialog);
     }
     /// The sample printer for tape with the option that the example's panel claims.

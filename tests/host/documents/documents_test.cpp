@@ -1,4 +1,4 @@
-// The job: what kind of file a document is, told by its content and never by its name.
+// Documents: which files are taken, and how those that are not are told.
 #include "host/documents/documents.h"
 
 #include <gmock/gmock.h>
@@ -18,44 +18,11 @@ using testing::HasSubstr;
 namespace {
 
 std::string refusal(const QString& path) {
-    const Result<DocumentKind> kind = documentKind(path);
-    return kind ? std::string("taken") : kind.error().sentence.toStdString();
+    const Result<JobDocument> document = JobDocument::prepare({path}, std::nullopt);
+    return document ? std::string("taken") : document.error().sentence.toStdString();
 }
 
 } // namespace
-
-TEST(DocumentsTest, TheKindIsToldByTheContent) {
-    const test::Folder folder;
-    struct Row {
-        QByteArray content;
-        DocumentKind kind;
-    };
-    const Row rows[] = {
-        {"%PDF-1.4\n", DocumentKind::PDF},
-        {"junk in front\n%PDF-1.7\n", DocumentKind::PDF},
-        {"%!PS-Adobe-3.0\n", DocumentKind::PostScript},
-        {"\x04%!PS\n", DocumentKind::PostScript},
-        {QByteArray("\x89PNG\r\n\x1a\n\0\0", 10), DocumentKind::PNG},
-        {"\xff\xd8\xff\xe0", DocumentKind::JPEG},
-        {"<?xml version='1.0'?><svg xmlns='http://www.w3.org/2000/svg'/>", DocumentKind::SVG},
-        {"<!-- drawn --><s:svg xmlns:s='http://www.w3.org/2000/svg'/>", DocumentKind::SVG},
-        {"<html>about <svg></html>", DocumentKind::PlainText},
-        {"Shelf 4\tB\r\nfragile\f", DocumentKind::PlainText},
-        {"Gr\xc3\xb6\xc3\x9f"
-         "e",
-         DocumentKind::PlainText},
-        {QByteArray("\xff\xfe"
-                    "A\0",
-                    4),
-         DocumentKind::PlainText},
-    };
-    for (const Row& row : rows) {
-        const QString path = folder.file(QStringLiteral("label.pdf"), row.content);
-        const Result<DocumentKind> kind = documentKind(path);
-        ASSERT_TRUE(kind) << row.content.toStdString() << kind.error().sentence.toStdString();
-        EXPECT_EQ(*kind, row.kind) << row.content.toStdString();
-    }
-}
 
 TEST(DocumentsTest, AnythingElseIsRefusedByName) {
     const test::Folder folder;
@@ -97,15 +64,11 @@ TEST(DocumentsTest, AFileThatMayNotBeReadIsNamed) {
     EXPECT_THAT(refusal(path), HasSubstr("secret.pdf” cannot be read (Permission denied)"));
 }
 
-TEST(DocumentsTest, TextIsDecodedFromItsByteOrderMark) {
-    EXPECT_EQ(decodedText("Gr\xc3\xb6\xc3\x9f"
-                          "e"),
-              QStringLiteral("Größe"));
-    EXPECT_EQ(decodedText("\xef\xbb\xbf"
-                          "A"),
-              QStringLiteral("A"));
-    EXPECT_EQ(decodedText(QByteArray("\xfe\xff\0A", 4)), QStringLiteral("A"));
-    EXPECT_EQ(decodedText("bell\a"), std::nullopt);
+TEST(DocumentsTest, AnEnormousFileIsRefusedBeforeItIsCopied) {
+    const test::Folder folder;
+    const QString path = folder.file(QStringLiteral("sparse.pdf"), "%PDF-1.4\n");
+    ASSERT_TRUE(QFile::resize(path, kLargestDocument + 1));
+    EXPECT_THAT(refusal(path), HasSubstr("sparse.pdf” is larger than 2048 MB"));
 }
 
 } // namespace labelcut

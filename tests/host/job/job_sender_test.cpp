@@ -227,8 +227,24 @@ TEST_F(JobSenderTest, CancelTakesAWaitingJobBack) {
     ASSERT_TRUE(said.waitForEnd());
     ASSERT_EQ(said.errors.size(), 1U);
     EXPECT_EQ(said.errors.front().kind, ErrorKind::Cancelled);
+    EXPECT_EQ(said.sentence(), "Cancelled; nothing is printed.");
     EXPECT_EQ(stateOf(said.job), JobState::Canceled);
     EXPECT_FALSE(sender.isBusy());
+}
+
+TEST_F(JobSenderTest, CancelOfAJobThatThePrinterHasBegunSaysThatLabelsMayBeOut) {
+    service.holdPrinter(true);
+    sender.send(job());
+    ASSERT_TRUE(turnUntil([&] { return service.hasReachedPrinter(said.job); }));
+    sender.cancel();
+    ASSERT_TRUE(said.waitForEnd());
+    ASSERT_EQ(said.errors.size(), 1U);
+    EXPECT_EQ(said.errors.front().kind, ErrorKind::Cancelled);
+    EXPECT_THAT(said.sentence(),
+                testing::StartsWith("Job " + std::to_string(said.job) +
+                                    " was removed, but some of its labels may be printed"));
+    EXPECT_EQ(stateOf(said.job), JobState::Canceled);
+    service.holdPrinter(false);
 }
 
 TEST_F(JobSenderTest, CancelWhileSendingLeavesNoJob) {
@@ -373,6 +389,9 @@ TEST_F(JobSenderTest, AJobThatMustNotBeRemovedIsTold) {
     ASSERT_TRUE(heard.waitForEnd());
     EXPECT_TRUE(heard.ends.empty());
     EXPECT_EQ(heard.errors.front().kind, ErrorKind::AuthenticationNeeded) << heard.sentence();
+    EXPECT_THAT(heard.sentence(),
+                testing::StartsWith("Job 1 may have been taken and printed: look at the printer "
+                                    "and at “lpstat -W all -o tape” before you print again."));
     EXPECT_EQ(way.jobAttributes(heard.job, {kLong, nullptr})->state, JobState::Pending);
 }
 
@@ -406,6 +425,7 @@ TEST_F(JobSenderTest, TheServiceMayGoAndComeBackWhileAJobWaits) {
     ASSERT_TRUE(turnUntil([&] { return !said.states.isEmpty(); }));
     service.kill();
     ASSERT_TRUE(turnUntil([&] { return said.states.size() > 1; }));
+    EXPECT_THAT(said.lastState(), testing::StartsWith("Job 1 has been sent; "));
     EXPECT_THAT(said.lastState(), HasSubstr("no print service"));
     EXPECT_TRUE(said.errors.empty());
     ASSERT_TRUE(service.start());
@@ -478,6 +498,9 @@ TEST_P(SilentSenderTest, TheEventLoopTurnsAndCancelReturnsAtOnce) {
         ASSERT_TRUE(heard.waitForEnd(JobSender::kCancelTime + kSoon));
         ASSERT_EQ(heard.errors.size(), 1U);
         EXPECT_EQ(heard.errors.front().kind, ErrorKind::Cancelled);
+        // Looking at the PPD makes no job; what was asked for behind it is still under way.
+        EXPECT_THAT(heard.sentence(), checks ? testing::StartsWith("Cancelled; nothing is printed.")
+                                             : testing::StartsWith("The job may still be printed"));
         EXPECT_FALSE(silent.isBusy());
     }
     limits.request = 300;

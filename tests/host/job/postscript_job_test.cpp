@@ -6,7 +6,6 @@
 
 #include <QFile>
 
-#include "host/documents/ghostscript.h"
 #include "host/settings/constraints.h"
 #include "tests/support/job_fixtures.h"
 
@@ -222,20 +221,6 @@ TEST_F(PostScriptJobTest, AnUnwritableOutputIsNamedAndLeavesNothing) {
     ASSERT_FALSE(size);
     EXPECT_THAT(size.error().sentence.toStdString(),
                 HasSubstr("“/dev/full” cannot be written (No space left on device)"));
-}
-
-TEST_F(PostScriptJobTest, ADocumentThatNeverEndsIsStopped) {
-    GhostscriptRun run;
-    run.about = QStringLiteral("“loop.ps”");
-    run.switches = {QStringLiteral("-sDEVICE=ps2write")};
-    run.inputs = {mFolder.file(QStringLiteral("loop.ps"), "%!PS\n{} loop\n")};
-    run.folder = mFolder.path(QStringLiteral("."));
-    run.output = QStringLiteral("loop-out.ps");
-    run.limit = std::chrono::milliseconds(300);
-    const Result<QString> output = runGhostscript(run);
-    ASSERT_FALSE(output);
-    EXPECT_THAT(output.error().sentence.toStdString(),
-                HasSubstr("“loop.ps” takes Ghostscript more than"));
 }
 
 } // namespace labelcut

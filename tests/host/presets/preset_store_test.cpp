@@ -394,6 +394,14 @@ TEST_F(PresetStoreTest, AFolderThatCannotBeMadeIsNamed) {
                 HasSubstr("file/presets"));
 }
 
+TEST_F(PresetStoreTest, WithoutAPlaceNothingIsThereAndNothingIsWritten) {
+    PresetStore nowhere{QString()};
+    EXPECT_TRUE(nowhere.list(kTape).presets.empty());
+    EXPECT_EQ(nowhere.list(kTape).problems, QStringList());
+    EXPECT_THAT(sentence(nowhere.save(kTape, samplePreset(text("b")), Overwrite::No)),
+                HasSubstr("no home folder"));
+}
+
 TEST_F(PresetStoreTest, AFileNeverGrowsBeyondWhatIsRead) {
     Preset large = samplePreset(text("large"));
     for (int i = 0; i < 200; ++i)

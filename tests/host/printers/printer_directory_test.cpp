@@ -38,10 +38,10 @@ struct Said {
         QObject::connect(&directory, &D::failed, &context,
                          [&](const Error& e) { errors.push_back(e); });
         QObject::connect(&directory, &D::finished, &context, [&] { ++finished; });
-        QObject::connect(&directory, &D::queueFound, &context,
+        QObject::connect(&directory, &D::printerFound, &context,
                          [&](const auto& printer) { found.push_back(printer); });
-        QObject::connect(&directory, &D::queueNotFound, &context,
-                         [&](const QString&, const Error& e) { errors.push_back(e); });
+        QObject::connect(&directory, &D::printerNotFound, &context,
+                         [&](const PrinterRef&, const Error& e) { errors.push_back(e); });
     }
     bool waitForEnd(int count = 1) {
         return turnUntil([&] { return finished >= count; });
@@ -202,7 +202,7 @@ TEST_P(SilentServerTest, TheEventLoopKeepsTurningUntilTheTimeIsOver) {
     Said said(directory);
     Pulse pulse;
     EXPECT_LT(timeOf([&] { directory.refresh(kTape); }), kSoon);
-    EXPECT_LT(timeOf([&] { directory.findQueue(kTape); }), kSoon);
+    EXPECT_LT(timeOf([&] { directory.findPrinter(QueueRef{kTape}); }), kSoon);
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 2; }));
     EXPECT_EQ(said.finished, 1);
     // One pulse in 10 ms; far fewer do on a busy machine, none in a blocked one.
@@ -218,10 +218,10 @@ TEST_P(SilentServerTest, ANewRefreshAndTheEndDoNotWait) {
     directory->setTimeout(kLong);
     Said said(*directory);
     directory->refresh(kTape);
-    directory->findQueue(kTape);
+    directory->findPrinter(QueueRef{kTape});
     turnFor(100);
     EXPECT_LT(timeOf([&] { directory->refresh(); }), kSoon);
-    EXPECT_LT(timeOf([&] { directory->findQueue(kTape); }), kSoon);
+    EXPECT_LT(timeOf([&] { directory->findPrinter(QueueRef{kTape}); }), kSoon);
     EXPECT_LT(timeOf([&] { directory->cancelRefresh(); }), kSoon);
     EXPECT_FALSE(directory->isRefreshing());
     directory->refresh();
@@ -263,7 +263,7 @@ TEST(PrinterDirectoryTest, AQueueIsFoundWithItsPpd) {
     ASSERT_TRUE(service.addQueue(QStringLiteral("raw"), {}));
     PrinterDirectory directory(to(service));
     Said said(directory);
-    directory.findQueue(kTape);
+    directory.findPrinter(QueueRef{kTape});
     ASSERT_TRUE(turnUntil([&] { return said.found.size() == 1; }));
     const FoundPrinter& tape = *said.found.front();
     EXPECT_EQ(tape.ref, PrinterRef(QueueRef{kTape}));
@@ -272,19 +272,35 @@ TEST(PrinterDirectoryTest, AQueueIsFoundWithItsPpd) {
     EXPECT_TRUE(tape.queue->deviceUri) << "which panels are told";
     EXPECT_NE(ppd::findOption(tape.ppd.get(), "KvHalfCut"), nullptr);
 
-    directory.findQueue(QStringLiteral("raw"));
+    directory.findPrinter(QueueRef{QStringLiteral("raw")});
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 1; }));
     EXPECT_EQ(said.errors.back().kind, ErrorKind::QueueWithoutPpd);
-    directory.findQueue(QStringLiteral("gone"));
+    directory.findPrinter(QueueRef{QStringLiteral("gone")});
     ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 2; }));
     EXPECT_EQ(said.errors.back().kind, ErrorKind::NoSuchQueue);
 
     // Only the last wish counts.
-    directory.findQueue(QStringLiteral("raw"));
-    directory.findQueue(kTape);
+    directory.findPrinter(QueueRef{QStringLiteral("raw")});
+    directory.findPrinter(QueueRef{kTape});
     ASSERT_TRUE(turnUntil([&] { return said.found.size() == 2; }));
     turnFor(100);
     EXPECT_EQ(said.errors.size(), 2U);
+}
+
+TEST(PrinterDirectoryTest, APpdFileIsFoundLaterAndCanBeGivenUp) {
+    PrinterDirectory directory(CupsConnection({QStringLiteral("/nonexistent/cups.sock"), 0}));
+    Said said(directory);
+    directory.findPrinter(PpdFileRef{kPpd});
+    EXPECT_TRUE(said.found.empty()) << "signals come later";
+    ASSERT_TRUE(turnUntil([&] { return said.found.size() == 1; }));
+    EXPECT_EQ(said.found.front()->ref, PrinterRef(PpdFileRef{kPpd}));
+    directory.findPrinter(PpdFileRef{QStringLiteral("/nonexistent.ppd")});
+    ASSERT_TRUE(turnUntil([&] { return said.errors.size() == 1; }));
+    directory.findPrinter(PpdFileRef{kPpd});
+    directory.cancelFind();
+    turnFor(100);
+    EXPECT_EQ(said.found.size(), 1U);
+    EXPECT_EQ(said.errors.size(), 1U);
 }
 
 TEST(PrinterDirectoryTest, BytesThatAreNoPpdAreASentence) {

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "host/settings/ppd_calls.h"
+#include "tests/support/answer_proxy.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/stand_in_server.h"
 
@@ -222,7 +223,24 @@ TEST(ServiceAddress, followsTheEnvironment) {
     EXPECT_EQ(addressWith("/some/cups.sock").host, QStringLiteral("/some/cups.sock"));
     EXPECT_EQ(addressWith("printserver:8631"),
               (ServiceAddress{QStringLiteral("printserver"), 8631}));
+    EXPECT_EQ(addressWith(":631").text(), QStringLiteral(":631"));
+    EXPECT_EQ(addressWith("[::1").text(), QStringLiteral("[::1"));
+    EXPECT_EQ(addressWith("[2001:db8::1]:8631").text(), QStringLiteral("[2001:db8::1]:8631"));
     qputenv("CUPS_SERVER", before);
+}
+
+TEST(ServiceAddress, thatIsNoneIsNamedAsItWasGiven) {
+    for (const ServiceAddress& address :
+         {ServiceAddress{QString(), 631}, ServiceAddress{QStringLiteral("[:"), 1},
+          ServiceAddress{QStringLiteral("a b"), 8631}, ServiceAddress{QStringLiteral(":abc"), 631},
+          ServiceAddress{QStringLiteral("http://host"), 631}}) {
+        const Error error = errorOf(CupsConnection(address).reach(within(kLong)));
+        EXPECT_EQ(error.kind, ErrorKind::NoService);
+        EXPECT_EQ(error.sentence,
+                  QStringLiteral("“%1” names no print service. Write CUPS_SERVER as HOST, "
+                                 "HOST:PORT or the path of a socket.")
+                      .arg(address.text()));
+    }
 }
 
 TEST_F(CupsConnectionTest, listsNoQueueWhereThereIsNone) {
@@ -751,11 +769,6 @@ TEST(CupsConnectionTimes, tellsWhatElseMayAnswer) {
         {http("403 Forbidden", "text/plain", empty), ErrorKind::AuthenticationNeeded, "signing in"},
         {http("426 Upgrade Required", "text/plain", empty), ErrorKind::Other, "CUPS_ENCRYPTION"},
         {http("500 Internal Server Error", "text/plain", empty), ErrorKind::Other, "500"},
-        {http("200 OK", "application/ipp",
-              QByteArray("\x02\x00\x05\x00\x00\x00\x00\x01"
-                         "\x01\x41\x00\x0estatus-message\x00\x0cout of tape.\x03",
-                         8 + 1 + 1 + 2 + 14 + 2 + 12 + 1)),
-         ErrorKind::Other, "out of tape (server-error-internal-error)."},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.words);
@@ -765,6 +778,21 @@ TEST(CupsConnectionTimes, tellsWhatElseMayAnswer) {
         EXPECT_TRUE(error.sentence.contains(QLatin1String(row.words)))
             << error.sentence.toStdString();
     }
+}
+
+TEST(CupsConnectionTimes, tellsTheServicesOwnWords) {
+    const test::AnswerProxy server({}, [](const test::AnswerProxy::Exchange& asked) {
+        const QByteArray words("\x01\x41\x00\x0estatus-message\x00\x0cout of tape.",
+                               1 + 1 + 2 + 14 + 2 + 12);
+        return test::AnswerProxy::Reply{
+            test::httpWithIpp(test::ippAnswer(0x0500, asked.id, words))};
+    });
+    const CupsConnection service({QStringLiteral("127.0.0.1"), server.port()});
+    const Error error = errorOf(service.listQueues(within(kLong)));
+    EXPECT_EQ(error.kind, ErrorKind::Other);
+    EXPECT_TRUE(
+        error.sentence.contains(QStringLiteral("out of tape (server-error-internal-error).")))
+        << error.sentence.toStdString();
 }
 
 TEST(CupsConnectionTimes, readsNoEndlessAnswer) {

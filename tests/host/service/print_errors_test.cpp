@@ -119,6 +119,46 @@ TEST(PrintErrors, SayOfAnUnnamedTypeThatItIsThisOne) {
               tableText("TypeNotSupported").arg(subject.service));
 }
 
+TEST(PrintErrors, BeginWithWhatHasBecomeOfTheJob) {
+    struct Fate {
+        JobFate fate;
+        const char* key;
+    };
+    const RequestSubject subject = oddSubject();
+    for (const Row& row : kRows) {
+        const Error failure = errorOf(row.kind);
+        for (const auto& [fate, key] :
+             {Fate{JobFate::Gone, "NothingPrinted"}, Fate{JobFate::Empty, "EmptyJobMayRemain"},
+              Fate{JobFate::Unfinished, "JobMayRemain"}, Fate{JobFate::Begun, "JobBegun"},
+              Fate{JobFate::Unknown, "JobMayBePrinted"}, Fate{JobFate::Sent, "JobSentUnseen"}}) {
+            const Error told = printerrors::withFate(failure, fate, subject);
+            EXPECT_EQ(told.kind, row.kind);
+            const bool saysSo =
+                fate == JobFate::Gone &&
+                (row.kind == ErrorKind::Cancelled || row.kind == ErrorKind::DocumentUnreadable);
+            const QString begin =
+                saysSo ? failure.sentence : tableText(key).section(QStringLiteral("%"), 0, 0);
+            EXPECT_TRUE(told.sentence.startsWith(begin)) << told.sentence.toStdString();
+        }
+    }
+}
+
+TEST(PrintErrors, NeverAskToTryAgainWhereAJobMayBePrinted) {
+    const RequestSubject subject = oddSubject();
+    for (const auto& [kind, advice] : {std::pair(ErrorKind::SilentServer, "SilentServerWas"),
+                                       std::pair(ErrorKind::ServerGone, "ServerGoneWas"),
+                                       std::pair(ErrorKind::Cancelled, "CancelledWas")}) {
+        const Error failure = printerrors::about(kind, subject);
+        for (const JobFate fate : {JobFate::Begun, JobFate::Unknown, JobFate::Sent}) {
+            const QString sentence = printerrors::withFate(failure, fate, subject).sentence;
+            EXPECT_FALSE(sentence.contains(failure.sentence)) << sentence.toStdString();
+            const QString end =
+                tableText(advice).section(QRegularExpression(QStringLiteral("%.")), -1);
+            EXPECT_TRUE(sentence.endsWith(end)) << sentence.toStdString();
+        }
+    }
+}
+
 TEST(PrintErrors, NameTheSocketThatNobodyServes) {
     RequestSubject subject;
     subject.service = QStringLiteral("/run/%1.sock");

@@ -48,9 +48,9 @@ TEST(GermanText, TellsOfPrinters) {
 TEST(GermanText, TellsOfDocuments) {
     const QTemporaryDir folder;
     const QString odd = folder.filePath(text("%2 %1.pdf"));
-    EXPECT_EQ(documentKind(odd).error().sentence,
+    EXPECT_EQ(copyDocument(odd, folder.filePath(text("copy"))).error().sentence,
               text("„") + odd + text("“ gibt es nicht; prüfen Sie den Namen der Datei."));
-    EXPECT_EQ(documentKind(folder.path()).error().sentence,
+    EXPECT_EQ(copyDocument(folder.path(), folder.filePath(text("copy"))).error().sentence,
               text("„") + folder.path() + text("“ ist ein Ordner; nennen Sie eine Datei darin."));
     EXPECT_EQ(JobDocument::prepare({}, std::nullopt).error().sentence,
               text("Es ist keine Datei genannt; nennen Sie eine, die gedruckt werden soll."));

@@ -1,0 +1,115 @@
+// The worker's protocol: what is sent arrives as it was, and what makes no sense is refused.
+#include "worker/protocol/message.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace labelcut::worker {
+
+namespace {
+
+const Paper kPaper{"T24", 68, 142, 3, 3, 65, 139};
+
+const std::vector<Request>& requests() {
+    static const std::vector<Request> all{
+        Open{},
+        Open{kPaper},
+        Join{},
+        Join{3, 5, kPaper},
+        Draw{DocumentKind::PlainText, kPaper},
+        Interpret{},
+        Interpret{Interpret::Target::PostScript, 99, false},
+    };
+    return all;
+}
+
+const std::vector<Answer>& answers() {
+    static const std::vector<Answer> all{
+        Progress{},
+        Kind{DocumentKind::SVG},
+        Opened{},
+        Opened{kMostPages, true, true, false},
+        Done{},
+        Failed{},
+        Failed{Problem::Broken, "xref not found", 7},
+    };
+    return all;
+}
+
+template<typename Message, typename Decode>
+void expectRefusedButWhole(const std::vector<Message>& messages, Decode decode) {
+    for (const Message& message : messages) {
+        const std::string bytes = encode(message);
+        ASSERT_LE(bytes.size(), kLargestMessage);
+        const auto again = decode(bytes);
+        ASSERT_TRUE(again);
+        EXPECT_EQ(again->index(), message.index());
+        EXPECT_EQ(encode(*again), bytes);
+        EXPECT_FALSE(decode(bytes + '\0')) << "something behind the last field";
+        for (std::size_t size = 0; size < bytes.size(); ++size)
+            EXPECT_FALSE(decode(std::string_view(bytes).substr(0, size))) << size;
+    }
+}
+
+/// The first byte `from` becomes `to`.
+std::string changed(std::string bytes, std::size_t at, unsigned char to) {
+    bytes.at(at) = static_cast<char>(to);
+    return bytes;
+}
+
+} // namespace
+
+TEST(MessageTest, EachArrivesWholeOrNotAtAll) {
+    expectRefusedButWhole(requests(), decodeRequest);
+    expectRefusedButWhole(answers(), decodeAnswer);
+}
+
+TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 4))) << "no such request";
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 1, 2))) << "no truth value";
+    EXPECT_FALSE(decodeRequest(encode(Request(Join{0, 5, {}})))) << "pages count from 1";
+    EXPECT_FALSE(decodeRequest(encode(Request(Join{5, 4, {}})))) << "backwards";
+    EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PDF, kPaper}))));
+    EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PostScript, kPaper}))));
+    EXPECT_FALSE(decodeRequest(encode(Request(Interpret{{}, 0, true}))));
+    for (const double odd :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+        Paper paper = kPaper;
+        paper.right = odd;
+        EXPECT_FALSE(decodeRequest(encode(Request(Open{paper}))));
+    }
+    EXPECT_FALSE(decodeAnswer(encode(Answer(Opened{0, false, false, true}))));
+    EXPECT_FALSE(decodeAnswer(encode(Answer(Opened{kMostPages + 1, false, false, true}))));
+    EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Kind{})), 1, 6)));
+    EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Failed{})), 1, 14)));
+}
+
+TEST(MessageTest, ALongTextIsCutWhereItIsSentAndRefusedWhereItArrives) {
+    const std::string longText(kLongestText + 1, 'x');
+    const auto answer = decodeAnswer(encode(Answer(Failed{Problem::Broken, longText, 0})));
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(std::get<Failed>(*answer).detail.size(), kLongestText);
+    std::string forged = encode(Answer(Failed{Problem::Broken, longText, 0}));
+    forged.insert(forged.size() - sizeof(std::uint32_t), "x");
+    const std::uint32_t size = kLongestText + 1;
+    forged.replace(2, sizeof size, reinterpret_cast<const char*>(&size), sizeof size);
+    EXPECT_FALSE(decodeAnswer(forged));
+}
+
+TEST(MessageTest, WhateverIsTakenIsWhatWouldBeSent) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 200'000; ++round) {
+        std::string bytes = encode(answers()[random() % answers().size()]);
+        for (unsigned change = random() % 4; change > 0; --change)
+            bytes[random() % bytes.size()] = static_cast<char>(random());
+        if (const auto answer = decodeAnswer(bytes)) {
+            ASSERT_EQ(encode(*answer), bytes);
+        }
+    }
+}
+
+} // namespace labelcut::worker

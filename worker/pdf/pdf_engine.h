@@ -1,0 +1,41 @@
+// Worker: what libqpdf does with PDF files, in a library of its own.
+//
+// A worker that draws or interprets does not load it. libqpdf's headers cannot be compiled as C++20
+// by every compiler: this header, and what it includes, keeps to C++17.
+#pragma once
+
+#include <optional>
+
+#include "worker/protocol/channel.h"
+#include "worker/protocol/message.h"
+#include "worker/protocol/step.h"
+
+namespace labelcut::worker {
+
+/// The files of one job. No function throws.
+class PdfEngine {
+public:
+    PdfEngine() = default;
+    PdfEngine(const PdfEngine&) = delete;
+    PdfEngine& operator=(const PdfEngine&) = delete;
+    virtual ~PdfEngine() = default;
+
+    /// Opens a file and keeps it. @return Opened, or Failed; a file that failed is not kept.
+    virtual Answer open(Descriptor document, const std::optional<Paper>& paper,
+                        const Step& step) = 0;
+
+    /// Writes the pages of all files that lie in the range.
+    ///
+    /// A page that has the paper's measure stays untouched. Any other is centred on a page of the
+    /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,
+    /// never enlarged, to fit what the printer can print on. Without a paper every page keeps its
+    /// measure.
+    /// @param target  empty. @return Done, or Failed.
+    virtual Answer join(const Join& request, Descriptor target, const Step& step) = 0;
+};
+
+/// The name and type of the library's only function. The engine is the library's and is never null.
+inline constexpr char kPdfEngineFunction[] = "labelcutPdfEngine";
+using PdfEngineFunction = PdfEngine* (*)();
+
+} // namespace labelcut::worker

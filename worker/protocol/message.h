@@ -1,0 +1,147 @@
+// Worker's protocol: what the program asks the worker that reads documents, and what it answers.
+//
+// A message is one packet of at most kLargestMessage bytes: a byte that names the message, then its
+// fields in the order of their declaration; numbers in the byte order of the machine, truth values
+// as one byte 0 or 1, texts as a count of four bytes and so many bytes, something optional as a
+// truth value and, if true, its fields. Descriptors travel beside the bytes (channel.h). Neither
+// side believes the other: what is no message, holds a value that its field cannot have, or goes on
+// after its last field is refused as a whole. This header keeps to C++17, see pdf_engine.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace labelcut::worker {
+
+/// Bytes.
+inline constexpr std::size_t kLargestMessage = 8192;
+/// The longest name of a paper and the longest reason; longer ones are cut. Bytes.
+inline constexpr std::size_t kLongestText = 2048;
+
+/// The kinds of file that can be printed.
+enum class DocumentKind : std::uint8_t { PDF, PostScript, PNG, JPEG, SVG, PlainText };
+inline constexpr DocumentKind kLastKind = DocumentKind::PlainText;
+
+/// The paper that pages are laid out on. Points, 1/72 inch; the printable area is measured from the
+/// top left corner. Every number is finite.
+struct Paper {
+    std::string name;
+    double width = 0;
+    double height = 0;
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+};
+
+// Requests. Each is answered by any number of Progress and one other answer.
+
+/// With the document's descriptor. A PDF file is opened and kept for Join, and the answer is
+/// Opened; any other document is only told by Kind.
+struct Open {
+    /// What Opened.fits asks about.
+    std::optional<Paper> paper;
+};
+
+/// With the target's descriptor: writes the pages `first` … `last`, counted from 1 through all
+/// files that were opened, in their order. See PdfEngine::join(). Answer: Done.
+struct Join {
+    std::uint32_t first = 1;
+    std::uint32_t last = UINT32_MAX;
+    std::optional<Paper> paper;
+};
+
+/// With the descriptors of document and target: draws a document of `kind`, no PDF and no
+/// PostScript, as a PDF file. Answer: Done.
+struct Draw {
+    DocumentKind kind = DocumentKind::PNG;
+    Paper paper;
+};
+
+/// With the descriptor of a folder, which holds the document as "input": the worker becomes
+/// Ghostscript, which writes "output" there, says the rest on standard output and ends. No answer
+/// but a refusal. When no page was made for PDF, kNoPageMade stands in what it said.
+struct Interpret {
+    enum class Target : std::uint8_t { PDF, PostScript };
+    Target target = Target::PDF;
+    /// For PostScript: how often the document is interpreted, one after the other; 1 or more.
+    std::uint32_t times = 1;
+    /// For PostScript: whether it asks for the pages' measure; otherwise it leaves the paper alone.
+    bool setsPageSize = true;
+};
+
+/// Ghostscript itself makes a blank page of a document without any.
+inline constexpr std::string_view kNoPageMade = "labelcut-pages 0\n";
+
+using Request = std::variant<Open, Join, Draw, Interpret>;
+
+// Answers.
+
+/// Something was done that brings the work nearer to its end.
+struct Progress {};
+
+struct Kind {
+    DocumentKind kind = DocumentKind::PDF;
+};
+
+struct Opened {
+    /// 1 … kMostPages.
+    std::uint32_t pages = 1;
+    /// It was damaged, and what could be found of it was put together again.
+    bool isRepaired = false;
+    bool isEncrypted = false;
+    /// Whether every page is shown with the paper's measure; true for no paper.
+    bool fits = true;
+};
+
+struct Done {};
+
+enum class Problem : std::uint8_t {
+    UnknownKind,        ///< No document of the kinds that are printed.
+    Encrypted,          ///< A PDF file that asks for a password.
+    Broken,             ///< A damaged PDF file.
+    WithoutPages,       ///< A PDF file with nothing to print.
+    TooManyPages,       ///< More than kMostPages.
+    TextTooLong,        ///< More than kLargestText.
+    PictureDamaged,     ///< Or too large.
+    DrawingDamaged,     ///< SVG.
+    NotWritten,         ///< The target refuses bytes.
+    OutOfMemory,        ///< The limit of the cage.
+    GhostscriptMissing, ///< Not installed.
+    ModuleMissing,      ///< The library that reads such documents cannot be loaded.
+    NoCage,             ///< The system refuses what the cage is made of; nothing was read.
+    Misunderstood,      ///< A request that makes no sense now.
+};
+inline constexpr Problem kLastProblem = Problem::Misunderstood;
+
+struct Failed {
+    Problem problem = Problem::Misunderstood;
+    /// A library's own words; may be empty.
+    std::string detail;
+    /// For Join: which of the files it is about, counted from 0 as they were opened; or kNoFile.
+    std::uint32_t file = 0;
+};
+/// The library does not say which.
+inline constexpr std::uint32_t kNoFile = UINT32_MAX;
+
+using Answer = std::variant<Progress, Kind, Opened, Done, Failed>;
+
+/// More pages are refused. 20,000 are a day's work of a label printer.
+inline constexpr std::uint32_t kMostPages = 100'000;
+/// What the cage lets a worker have. Bytes of memory that it writes to, and of each file.
+inline constexpr std::uint64_t kMemoryLimit = 384ULL << 20;
+inline constexpr std::uint64_t kOutputLimit = 2ULL << 30;
+/// Text beyond this is no label. Bytes.
+inline constexpr std::int64_t kLargestText = 4 << 20;
+
+std::string encode(const Request& request);
+std::string encode(const Answer& answer);
+/// @return nothing for bytes that are no such message.
+std::optional<Request> decodeRequest(std::string_view bytes);
+std::optional<Answer> decodeAnswer(std::string_view bytes);
+
+} // namespace labelcut::worker
