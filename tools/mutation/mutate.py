@@ -270,9 +270,7 @@ def configure():
     BUILD.mkdir(parents=True, exist_ok=True)
     if not (BUILD / "build.ninja").exists():
         if not run(["cmake", "-S", str(TREE), "-B", str(BUILD), "-G", "Ninja", "--log-level=WARNING",
-                    "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w",
-                    "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
-                    "-DCMAKE_MODULE_LINKER_FLAGS=-fuse-ld=gold"]):
+                    "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w"]):
             sys.exit(run.said)
 
 
