@@ -22,8 +22,9 @@
 
 namespace labelcut::ppd {
 
-/// Constraints and choices that are looked at in one search at most; some tenths of a second.
-inline constexpr std::int64_t kMaxResolvingSteps = 5'000'000;
+/// Constraints and choices that are looked at in one search at most. The window waits for it, so
+/// that it ends before anybody notices; real printers take some thousand.
+inline constexpr std::int64_t kMaxResolvingSteps = 500'000;
 
 /// A setting that is tried beyond those that stand; null: none.
 struct Trial {

@@ -282,7 +282,7 @@ TEST(ConstraintRulesTest, ASearchForAWayOutEndsAtItsLimit) {
     bool gaveUp = false;
     EXPECT_FALSE(proposeResolution(file.get(), wanted, {}, &gaveUp));
     EXPECT_TRUE(gaveUp);
-    EXPECT_EQ(gaveUpSentence().toStdString(), "No way out was found within 5,000,000 steps.");
+    EXPECT_EQ(gaveUpSentence().toStdString(), "No way out was found within 500,000 steps.");
     const File few = allOn(circle(20), 20);
     gaveUp = false;
     EXPECT_FALSE(proposeResolution(few.get(), wanted, {}, &gaveUp));
