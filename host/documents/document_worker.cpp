@@ -148,7 +148,7 @@ qint64 bytesAt(const QString& path) {
     return all;
 }
 
-/// How long something has not come nearer to its end.
+/// How long something has not come nearer to its end, by what it says and by what it writes.
 class Stillness {
 public:
     Stillness(std::chrono::milliseconds patience, const WorkerTask& task)
@@ -167,6 +167,8 @@ public:
         }
         return now - mSince > mPatience;
     }
+    /// How much was there at the last look. Bytes.
+    qint64 written() const { return mWritten; }
 
 private:
     std::chrono::milliseconds mPatience;
@@ -379,6 +381,11 @@ Result<std::optional<worker::Answer>> DocumentWorker::nextAnswer(const WorkerTas
         if (stillness.isTooLong()) {
             process.kill();
             return tooSlow(task.about, process.patience);
+        }
+        // The cage limits each file, not how many there are.
+        if (stillness.written() > static_cast<qint64>(worker::kOutputLimit)) {
+            process.kill();
+            return tooLarge(task.about);
         }
     }
     process.collect();

@@ -159,6 +159,13 @@ TEST_P(CageTest, TenGigabytesAreNotWritten) {
     EXPECT_THAT(said("fill"), HasSubstr("evil.pdf” is larger than 2048 MB, or becomes so"));
 }
 
+TEST_P(CageTest, ManyFilesAreNotWrittenEither) {
+    const char* expected = GetParam() == DocumentReader::Ghostscript
+                               ? "evil.pdf” is larger than 2048 MB, or becomes so"
+                               : "refused";
+    EXPECT_THAT(said("scatter"), HasSubstr(expected));
+}
+
 TEST_P(CageTest, TenGigabytesOfMemoryAreNotGiven) {
     EXPECT_THAT(said("eat"), HasSubstr("evil.pdf” takes more than 384 MB of memory"));
 }

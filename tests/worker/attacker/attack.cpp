@@ -97,6 +97,18 @@ std::string fillDisk(const std::string&, int target) {
     return outcome(true);
 }
 
+std::string spin(const std::string&, int);
+
+/// 10 GB, each of them in a file of its own.
+std::string scatter(const std::string&, int) {
+    for (int i = 0; i < 10; ++i) {
+        const int file = open(("scattered" + std::to_string(i)).c_str(), O_WRONLY | O_CREAT, 0600);
+        if (file < 0 || ftruncate(file, kGigabyte) != 0)
+            return outcome(false);
+    }
+    return spin({}, -1);
+}
+
 std::string eatMemory(const std::string&, int) {
     std::vector<std::vector<char>> all;
     for (int i = 0; i < 160; ++i)
@@ -148,6 +160,7 @@ std::string carryOutDeed(std::string_view document, int target) {
         {"signal", signalParent},
         {"trace", traceParent},
         {"fill", fillDisk},
+        {"scatter", scatter},
         {"eat", eatMemory},
         {"spin", spin},
         {"spin-through-signals", spinThroughSignals},
