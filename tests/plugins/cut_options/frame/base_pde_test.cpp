@@ -175,14 +175,15 @@ TEST(BasePanelKind, IsTheVendorsPrefixAndTheKind) {
               QStringLiteral("org.labelcut.printer.cups.pde.OptionPDEKind"));
 }
 
-TEST(BasePanelView, IsLoadedOnceAndAwakesOnce) {
+TEST(BasePanelView, IsLoadedOnceAndAwakesWhenItsControlsAreConnected) {
     RecordingPanelOnHost setting;
     RecordingPanel& panel = setting.construct();
     QWidget* const view = panel.panelView();
     ASSERT_TRUE(view);
     EXPECT_EQ(view->objectName(), QStringLiteral("kPDEView"));
     EXPECT_EQ(panel.panelView(), view);
-    EXPECT_EQ(panel.calls, QStringList{QStringLiteral("awakeFromNib")});
+    EXPECT_EQ(panel.calls, (QStringList{QStringLiteral("connectOutlets kPDEView"),
+                                        QStringLiteral("awakeFromNib")}));
     EXPECT_EQ(setting.bundle->asked, QStringList{QStringLiteral("interface OptionPDE")});
     EXPECT_EQ(panel.mLoadedNibFlg, 0) << "no operation writes it";
 }

@@ -159,10 +159,13 @@ TEST(ChoiceArray, HoldsEveryChoiceInThePpdsOrder) {
 
 TEST(ChoiceArray, IsNothingForNoOptionAndEmptyForOneWithoutChoices) {
     EXPECT_FALSE(Utils::arrayFromPPDOption(nullptr));
-    const ppd_option_t option{};
-    const PDEChoices choices = Utils::arrayFromPPDOption(&option);
-    ASSERT_TRUE(choices);
-    EXPECT_TRUE(choices->empty());
+    ppd_option_t option{};
+    for (const int count : {0, -1, -5}) {
+        option.num_choices = count;
+        const PDEChoices choices = Utils::arrayFromPPDOption(&option);
+        ASSERT_TRUE(choices) << count;
+        EXPECT_TRUE(choices->empty()) << count;
+    }
 }
 
 TEST(FindChoice, TakesTheFirstWithThatKeywordExactly) {

@@ -45,6 +45,9 @@ public:
     void setValuesToKey() override { calls.append(QStringLiteral("setValuesToKey")); }
     void setPDEItems() override { calls.append(QStringLiteral("setPDEItems")); }
     void setPDEItems2() override { calls.append(QStringLiteral("setPDEItems2")); }
+    void connectOutlets(QWidget& contents) override {
+        calls.append(QStringLiteral("connectOutlets ") + contents.objectName());
+    }
     void awakeFromNib() override { calls.append(QStringLiteral("awakeFromNib")); }
     void updateMarkedSelections(std::uint32_t mask) override {
         rereadMasks.push_back(mask);
