@@ -19,7 +19,7 @@ namespace labelcut {
 /// object's destructor waits for them, up to kFarewell.
 class BackgroundCall {
 public:
-    static constexpr int kFarewell = 1'000; ///< Milliseconds.
+    static constexpr int kFarewell = 2'000; ///< Milliseconds; far more than ending one takes.
 
     /// The running call's link to the one who made it; copied at will, of any thread.
     class Link {

@@ -264,7 +264,7 @@ DOCUMENTS = [
     Document("pdf_string_without_end.pdf", EITHER,
              lambda _: label(extra=b"/A (" + b"(" * 2 * MIB)),
     Document("pdf_name_of_4_mib.pdf", EITHER, lambda _: label(extra=b"/" + b"N" * (4 * MIB) + b" 0")),
-    Document("pdf_contents_of_200000_parts.pdf", EITHER, endless=True, contents=lambda _: label(
+    Document("pdf_contents_of_200000_parts.pdf", EITHER, contents=lambda _: label(
         extra=b"/Contents [%s]" % (b"4 0 R " * 200_000))),
     # Less than it should be.
     *[Document(f"pdf_cut_off_at_{percent}_percent.pdf", EITHER,
