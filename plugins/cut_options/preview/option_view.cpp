@@ -3,6 +3,7 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/toolkit/points.h"
@@ -61,8 +62,9 @@ OptionView13_v400_::initWithFrame(const Frame& frame, std::shared_ptr<const PDEB
     if (!view->mBundle)
         return view;
     const auto load = [&](auto& slots, const auto& names) {
-        for (std::size_t i = 0; i < slots.size(); ++i)
-            slots[i] = view->loadedImage(*view->mBundle, names[i]);
+        std::ranges::transform(names, slots.begin(), [&](const char* name) {
+            return view->loadedImage(*view->mBundle, name);
+        });
     };
     if (view->isRV())
         load(view->mOptionImgRV, kPictureNamesRV);

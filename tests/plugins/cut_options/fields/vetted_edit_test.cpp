@@ -14,6 +14,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
+#include <QValidator>
 
 using namespace labelcut;
 using labelcut::test::Refusals;
@@ -63,6 +64,13 @@ TEST_F(VettedEdit, LetsThroughWhatTheFormatterAllows) {
     EXPECT_EQ(text(), "42");
     EXPECT_EQ(edited.count(), 2);
     EXPECT_EQ(refusals.events, kNoRefusal);
+}
+
+TEST_F(VettedEdit, HasOnlyTheLatestFormatter) {
+    attach(0);
+    const PDEFormatter* latest = attach(2);
+    EXPECT_EQ(attachedFormatter(&edit), latest);
+    EXPECT_EQ(edit.findChildren<QValidator*>().size(), 1) << "the first is gone";
 }
 
 TEST_F(VettedEdit, AppliesNoRefusedKeyAndBeepsAndPostsOnceForEach) {
