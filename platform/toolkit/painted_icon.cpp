@@ -6,6 +6,9 @@
 namespace labelcut {
 
 QPixmap PaintedIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
+    // A button that has no room yet asks for an icon, too.
+    if (size.isEmpty())
+        return {};
     QPixmap result(size);
     result.fill(Qt::transparent);
     QPainter painter(&result);

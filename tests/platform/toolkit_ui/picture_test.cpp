@@ -208,6 +208,15 @@ TEST_F(Pictures, AsIconsFollowPaletteAndMode) {
     EXPECT_FALSE(copy.isNull());
 }
 
+TEST_F(Pictures, AsIconsAreNothingInSilenceWhereThereIsNoRoom) {
+    const QIcon icon =
+        iconFromPicture(Picture::fromFile(write(QStringLiteral("a.svg"), svg("#ff0000"))));
+    for (const QSize& none : {QSize(0, 0), QSize(30, 0), QSize(0, 20), QSize(-3, -3)}) {
+        for (const double ratio : {1.0, 2.0})
+            EXPECT_TRUE(icon.pixmap(none, ratio).isNull());
+    }
+}
+
 TEST_F(Pictures, AsIconsAreSharpOnDenseScreens) {
     const QIcon icon =
         iconFromPicture(Picture::fromFile(write(QStringLiteral("a.svg"), svg("#ff0000"))));
