@@ -112,11 +112,8 @@ QString sentenceFor(const OpenAttempt& attempt, const QString& path) {
         return QStringLiteral("The script \"%1\" is not a regular file; give what it says on "
                               "standard input.")
             .arg(path);
-    QString reason = attempt.reason;
-    if (attempt.trouble == FileTrouble::Missing)
-        reason = qt_error_string(ENOENT);
-    else if (attempt.trouble == FileTrouble::Folder)
-        reason = qt_error_string(EISDIR);
+    const QString reason =
+        attempt.trouble == FileTrouble::Folder ? qt_error_string(EISDIR) : reasonOf(attempt);
     return QStringLiteral("The script \"%1\" cannot be read (%2); check its name and permissions.")
         .arg(path, reason);
 }

@@ -19,13 +19,16 @@
 #include "host/core/failure.h"
 #include "host/core/file_name.h"
 #include "host/texts/host_text.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut {
+
+using worker::Descriptor;
 
 namespace {
 
 /// Bytes that are handed on together.
-constexpr qsizetype kPiece = 1 << 16;
+constexpr qsizetype kHandedOn = 1 << 16;
 /// Links that are followed one after the other, as many as the system follows.
 constexpr int kMaxLinks = 40;
 /// Names that are tried for a file in the making.
@@ -39,23 +42,6 @@ constexpr mode_t kRights = 0777;
 Error cannotWrite(const QString& path, const QString& reason) {
     return failure(hostText("CannotWrite").arg(path, reason));
 }
-
-/// An open descriptor, closed with its object.
-class Descriptor {
-public:
-    explicit Descriptor(int value)
-        : mValue(value) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int value() const { return mValue; }
-    /// @return what the system says to it: some file systems only notice here that a disk is full.
-    bool close() { return mValue < 0 || ::close(std::exchange(mValue, -1)) == 0; }
-
-private:
-    int mValue;
-};
 
 /// Up to and with the last slash; empty: the current folder.
 QByteArray folderOf(const QByteArray& name) {
@@ -120,10 +106,10 @@ public:
     Replacement& operator=(const Replacement&) = delete;
 
     /// -1: none could be made, see reason().
-    int descriptor() const { return mFile.value(); }
+    int descriptor() const { return mFile.number(); }
     /// @return whether the file has taken the place.
     bool put() {
-        const bool isPut = fsync(mFile.value()) == 0 && mFile.close() &&
+        const bool isPut = fsync(mFile.number()) == 0 && mFile.close() &&
                            rename(mName.constData(), mTarget.constData()) == 0;
         if (isPut)
             mName.clear();
@@ -146,17 +132,15 @@ private:
             if (file < 0 && errno != EEXIST)
                 break;
         }
-        if (file < 0) {
-            const int ignored = refused();
-            mName.clear();
-            return ignored;
-        }
+        if (file < 0)
+            return refused();
         if (older && rights != kOwnersAlone)
             static_cast<void>(fchmod(file, older->st_mode & kRights));
         return file;
     }
     int refused() {
         mReason = qt_error_string(errno);
+        mName.clear();
         return -1;
     }
 
@@ -168,12 +152,11 @@ private:
 
 /// Opens what is no file for writing. A pipe that nobody reads from is waited for.
 int openDirectly(const QByteArray& name, bool isPipe, const CancelFlag* cancel) {
-    const Deadline never({0, cancel});
     for (;;) {
         const int file =
             open(name.constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_APPEND);
         const bool isWorthWaiting = file < 0 && isPipe && errno == ENXIO;
-        if (!isWorthWaiting || never.isCancelled())
+        if (!isWorthWaiting || isCancelled(cancel))
             return file;
         std::this_thread::sleep_for(std::chrono::milliseconds(kNap));
     }
@@ -183,15 +166,15 @@ Result<qint64> writeDirectly(const QString& path, const FileWriter& write, bool 
                              const CancelFlag* cancel) {
     Descriptor file(openDirectly(systemName(path), isPipe, cancel));
     const int error = errno;
-    if (cancel && cancel->isCancelled())
+    if (isCancelled(cancel))
         return cancelled();
-    if (file.value() < 0)
+    if (file.number() < 0)
         return cannotWrite(path, qt_error_string(error));
-    FileSink sink(file.value(), cancel);
+    FileSink sink(file.number(), cancel);
     if (const auto refusal = write(sink))
         return failure(*refusal);
     if (!sink.flush())
-        return cancel && cancel->isCancelled() ? cancelled() : cannotWrite(path, sink.reason());
+        return isCancelled(cancel) ? cancelled() : cannotWrite(path, sink.reason());
     return file.close() ? Result<qint64>(sink.size()) : cannotWrite(path, qt_error_string(errno));
 }
 
@@ -202,7 +185,7 @@ void FileSink::write(const QByteArray& bytes) {
         return;
     mWaiting += bytes;
     mSize += bytes.size();
-    if (mWaiting.size() >= kPiece)
+    if (mWaiting.size() >= kHandedOn)
         flush();
 }
 
@@ -224,7 +207,7 @@ bool FileSink::flush() {
 bool FileSink::waitForRoom() {
     pollfd room{mDescriptor, POLLOUT, 0};
     while (poll(&room, 1, kNap) == 0) {
-        if (mCancel && mCancel->isCancelled()) {
+        if (isCancelled(mCancel)) {
             errno = ECANCELED;
             return false;
         }

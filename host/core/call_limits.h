@@ -19,6 +19,11 @@ private:
     mutable int mValue = 0;
 };
 
+/// @param cancel  may be null: never.
+inline bool isCancelled(const CancelFlag* cancel) {
+    return cancel && cancel->isCancelled();
+}
+
 /// The limits of one call as its caller gives them.
 struct CallLimits {
     /// Milliseconds for the whole call, connecting included; 0 and below: none left.
@@ -34,7 +39,7 @@ public:
         : mLimits(limits)
         , mEnd(Clock::now() + std::chrono::milliseconds(limits.timeout)) {}
 
-    bool isCancelled() const { return mLimits.cancel && mLimits.cancel->isCancelled(); }
+    bool isCancelled() const { return labelcut::isCancelled(mLimits.cancel); }
     bool isOver() const { return isCancelled() || remaining() == 0; }
     /// Milliseconds left, never negative.
     int remaining() const {

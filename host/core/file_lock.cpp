@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "host/core/file_name.h"
+#include "host/core/same_file.h"
 
 namespace labelcut {
 
@@ -27,11 +29,9 @@ FileLock::FileLock(const QString& path)
     : mName(systemName(path)) {}
 
 FileLock::~FileLock() {
-    if (mFile < 0)
-        return;
     // Still held, so that nobody else's file can have this name.
-    unlink(mName.constData());
-    close(mFile);
+    if (mFile)
+        unlink(mName.constData());
 }
 
 FileLock::Attempt FileLock::tryLock() {
@@ -39,24 +39,19 @@ FileLock::Attempt FileLock::tryLock() {
     // Not even opened: that would wake who waits at the other end of a pipe.
     if (lstat(mName.constData(), &found) == 0 && !S_ISREG(found.st_mode))
         return Attempt::NotRegular;
-    const int file =
-        open(mName.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY,
-             S_IRUSR | S_IWUSR);
-    if (file < 0)
+    worker::Descriptor file(open(mName.constData(),
+                                 O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY,
+                                 S_IRUSR | S_IWUSR));
+    if (!file || flock(file.number(), LOCK_EX | LOCK_NB) != 0)
         return attemptFor(errno);
     struct stat opened {};
-    const bool isHeld = flock(file, LOCK_EX | LOCK_NB) == 0;
-    const Attempt failed = attemptFor(errno);
     // Whoever held it before may have removed the file since it was opened here.
-    const bool isInPlace = isHeld && fstat(file, &opened) == 0 &&
-                           lstat(mName.constData(), &found) == 0 && opened.st_dev == found.st_dev &&
-                           opened.st_ino == found.st_ino;
-    if (isInPlace) {
-        mFile = file;
-        return Attempt::Held;
-    }
-    close(file);
-    return isHeld ? Attempt::Busy : failed;
+    const bool isInPlace = fstat(file.number(), &opened) == 0 &&
+                           lstat(mName.constData(), &found) == 0 && isSameFile(opened, found);
+    if (!isInPlace)
+        return Attempt::Busy;
+    mFile = std::move(file);
+    return Attempt::Held;
 }
 
 } // namespace labelcut

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "worker/protocol/descriptor.h"
+
 namespace labelcut {
 
 /// A lock that is held by an open file of its own, which goes with it; a process that ends, in
@@ -29,7 +31,7 @@ public:
 
 private:
     QByteArray mName;
-    int mFile = -1;
+    worker::Descriptor mFile;
 };
 
 } // namespace labelcut

@@ -3,10 +3,14 @@
 
 #include <QDir>
 
+// Macros alone: nothing of ICU is linked.
+#include <unicode/utf8.h>
 #include <unistd.h>
 
-#include <array>
 #include <climits>
+
+// ICU's macros narrow what they have masked before.
+#pragma GCC diagnostic ignored "-Wconversion"
 
 namespace labelcut {
 
@@ -16,57 +20,21 @@ constexpr char16_t kFirstByte = 0xDC80; // stands for the byte 0x80
 constexpr char16_t kLastByte = 0xDCFF;
 constexpr char16_t kByteOffset = 0xDC00;
 
-/// A character at the front of some bytes; of length 0: what stands there is not UTF-8.
-struct Decoded {
-    char32_t character = 0;
-    qsizetype length = 0;
-};
-
-/// How sequences of one length begin, and which character is the first that takes so many.
-struct Form {
-    unsigned char mask;
-    unsigned char lead;
-    char32_t lowest;
-};
-constexpr std::array<Form, 4> kForms{
-    {{0x80, 0x00, 0x0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}}};
-
-bool isCharacter(char32_t c, char32_t lowest) {
-    return c >= lowest && c <= QChar::LastValidCodePoint && !QChar::isSurrogate(c);
-}
-
-Decoded decoded(const QByteArray& bytes, qsizetype at) {
-    const auto byte = [&](qsizetype i) { return static_cast<unsigned char>(bytes[at + i]); };
-    qsizetype length = 0;
-    for (const Form& form : kForms) {
-        ++length;
-        if ((byte(0) & form.mask) != form.lead)
-            continue;
-        if (bytes.size() - at < length)
-            return {};
-        char32_t character = byte(0) & static_cast<unsigned char>(~form.mask);
-        for (qsizetype i = 1; i < length; ++i) {
-            if ((byte(i) & 0xC0) != 0x80)
-                return {};
-            character = character << 6 | (byte(i) & 0x3F);
-        }
-        return isCharacter(character, form.lowest) ? Decoded{character, length} : Decoded();
-    }
-    return {};
-}
-
 } // namespace
 
 QString nameFromBytes(const QByteArray& bytes) {
     QString name;
     name.reserve(bytes.size());
     for (qsizetype at = 0; at < bytes.size();) {
-        const Decoded next = decoded(bytes, at);
-        if (next.length == 0)
-            name += QChar(kByteOffset + static_cast<unsigned char>(bytes[at++]));
+        qsizetype next = at;
+        UChar32 character = 0;
+        U8_NEXT(bytes.constData(), next, bytes.size(), character);
+        const bool isCharacter = character >= 0;
+        if (isCharacter)
+            name += QChar::fromUcs4(static_cast<char32_t>(character));
         else
-            name += QChar::fromUcs4(next.character);
-        at += next.length;
+            name += QChar(kByteOffset + static_cast<unsigned char>(bytes[at]));
+        at = isCharacter ? next : at + 1;
     }
     return name;
 }

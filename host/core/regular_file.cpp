@@ -17,7 +17,7 @@ namespace labelcut {
 namespace {
 
 /// Read at a time. Bytes.
-constexpr qint64 kPiece = 1 << 18;
+constexpr qint64 kReadAtATime = 1 << 18;
 
 OpenAttempt refusedBySystem(int error) {
     // A circle of links leads to nothing.
@@ -49,24 +49,19 @@ QString sentenceFor(const OpenAttempt& attempt, const QString& path) {
 
 } // namespace
 
-OpenedFile::~OpenedFile() {
-    if (mDescriptor >= 0)
-        close(mDescriptor);
-}
-
 qint64 OpenedFile::size() const {
     struct stat status {};
-    return fstat(mDescriptor, &status) == 0 ? status.st_size : 0;
+    return fstat(descriptor(), &status) == 0 ? status.st_size : 0;
 }
 
 QByteArray OpenedFile::read(qint64 limit, QString* reason) const {
     QByteArray bytes;
     while (bytes.size() < limit) {
         const qsizetype before = bytes.size();
-        const qint64 wanted = std::min(kPiece, limit - before);
+        const qint64 wanted = std::min(kReadAtATime, limit - before);
         bytes.resize(before + wanted);
         const ssize_t taken =
-            pread(mDescriptor, bytes.data() + before, static_cast<std::size_t>(wanted), before);
+            pread(descriptor(), bytes.data() + before, static_cast<std::size_t>(wanted), before);
         bytes.resize(before + std::max<ssize_t>(taken, 0));
         if (taken < 0 && errno == EINTR)
             continue;
@@ -76,6 +71,25 @@ QByteArray OpenedFile::read(qint64 limit, QString* reason) const {
             break;
     }
     return bytes;
+}
+
+QString reasonOf(const OpenAttempt& attempt) {
+    if (attempt.trouble == FileTrouble::Missing)
+        return qt_error_string(ENOENT);
+    return attempt.trouble == FileTrouble::Refused ? attempt.reason : hostText("NoRegularFile");
+}
+
+FileContent readSmallFile(const QString& path, qint64 limit) {
+    const OpenAttempt attempt = tryRegularFile(path);
+    if (attempt.trouble == FileTrouble::Missing)
+        return {};
+    if (attempt.trouble != FileTrouble::None)
+        return {true, reasonOf(attempt), {}};
+    FileContent content{true, {}, {}};
+    content.bytes = attempt.file.read(limit + 1, &content.reason);
+    if (content.bytes.size() > limit)
+        content.reason = hostText("TooManyBytes").arg(limit);
+    return content;
 }
 
 OpenAttempt tryRegularFile(const QString& path) {

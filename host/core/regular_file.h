@@ -6,9 +6,8 @@
 
 #include <sys/types.h>
 
-#include <utility>
-
 #include "host/core/result.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut {
 
@@ -19,19 +18,12 @@ public:
     /// @param descriptor  taken over; -1: none.
     explicit OpenedFile(int descriptor)
         : mDescriptor(descriptor) {}
-    ~OpenedFile();
-    OpenedFile(OpenedFile&& other) noexcept
-        : mDescriptor(other.release()) {}
-    OpenedFile& operator=(OpenedFile&& other) noexcept {
-        std::swap(mDescriptor, other.mDescriptor);
-        return *this;
-    }
 
-    bool isOpen() const { return mDescriptor >= 0; }
+    bool isOpen() const { return static_cast<bool>(mDescriptor); }
     /// Stays this object's. -1: none.
-    int descriptor() const { return mDescriptor; }
+    int descriptor() const { return mDescriptor.number(); }
     /// From here on the caller's, who closes it.
-    int release() { return std::exchange(mDescriptor, -1); }
+    int release() { return mDescriptor.release(); }
     /// Bytes it has now; it may be growing.
     qint64 size() const;
 
@@ -41,7 +33,7 @@ public:
     QByteArray read(qint64 limit, QString* reason) const;
 
 private:
-    int mDescriptor = -1;
+    worker::Descriptor mDescriptor;
 };
 
 /// What keeps a file from being read.
@@ -61,6 +53,22 @@ struct OpenAttempt {
     /// Why the system refuses it, in its words; empty for all other trouble.
     QString reason;
 };
+
+/// Why the file could not be opened, as the reason in a longer sentence; for all trouble but
+/// FileTrouble::None.
+QString reasonOf(const OpenAttempt& attempt);
+
+/// What stands in a small file.
+struct FileContent {
+    bool isThere = false;
+    /// Why it is there and cannot be read, as the reason in a longer sentence; empty: it was read.
+    QString reason;
+    QByteArray bytes;
+};
+
+/// The whole file. @param path  a name as nameFromBytes() gives it; links are followed.
+/// @param limit  bytes; a larger file is not read.
+FileContent readSmallFile(const QString& path, qint64 limit);
 
 /// Opens a file for reading, for callers that have sentences of their own. Never waits for the
 /// other end of a pipe, and opens no device.

@@ -9,14 +9,17 @@
 
 namespace labelcut {
 
+bool isSameFile(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 std::optional<QString> sameFileAmong(const QString& path, const QStringList& files) {
     struct stat one {};
     if (stat(systemName(path).constData(), &one) != 0)
         return std::nullopt;
     for (const QString& file : files) {
         struct stat other {};
-        if (stat(systemName(file).constData(), &other) == 0 && one.st_dev == other.st_dev &&
-            one.st_ino == other.st_ino)
+        if (stat(systemName(file).constData(), &other) == 0 && isSameFile(one, other))
             return file;
     }
     return std::nullopt;

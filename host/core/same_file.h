@@ -4,11 +4,16 @@
 #include <QString>
 #include <QStringList>
 
+#include <sys/stat.h>
+
 #include <optional>
 
 #include "host/core/result.h"
 
 namespace labelcut {
+
+/// Whether the system says the same file's state in both.
+bool isSameFile(const struct stat& one, const struct stat& other);
 
 /// The first of `files` that is the file `path` itself, by whatever names and links; nothing when
 /// none is, or nothing is there. Names as nameFromBytes() gives them.

@@ -8,10 +8,9 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
-#include <span>
-
 #include "host/dialog/option_editor.h"
 #include "host/dialog/plain_label.h"
+#include "host/settings/ppd_records.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -34,11 +33,6 @@ QGroupBox* groupBox(const QString& title) {
     return box;
 }
 
-std::span<ppd_group_t> groupsOf(ppd_file_t* ppd) {
-    return ppd ? std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups))
-               : std::span<ppd_group_t>();
-}
-
 } // namespace
 
 FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
@@ -55,7 +49,7 @@ FeaturesPage::FeaturesPage(JobModel& model, QWidget* parent)
     page->setAutoFillBackground(false);
     const QStringList elsewhere = model.panelKeywords() + QStringList{QStringLiteral("PageSize"),
                                                                       QStringLiteral("PageRegion")};
-    for (const ppd_group_t& group : groupsOf(model.ppd()))
+    for (const ppd_group_t& group : ppd::groupsOf(model.ppd()))
         addGroup(group, elsewhere);
     if (mEditors.empty()) {
         auto* none = new QLabel(hostText("NoFeatures"));
@@ -72,8 +66,7 @@ void FeaturesPage::addGroup(const ppd_group_t& group, const QStringList& elsewhe
     auto* form = new QFormLayout(box);
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
-    for (const ppd_option_t& option :
-         std::span(group.options, static_cast<std::size_t>(group.num_options))) {
+    for (const ppd_option_t& option : ppd::optionsOf(group)) {
         const QString keyword = QString::fromUtf8(option.keyword);
         if (elsewhere.contains(keyword) || option.num_choices == 0)
             continue;

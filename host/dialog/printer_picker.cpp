@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/core/harmless_text.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/plain_label.h"
 #include "host/dialog/printer_opener.h"
@@ -102,7 +103,8 @@ void PrinterPicker::showState() {
     if (coming && name)
         sayState(hostText("FetchingPpd").arg(*name), false);
     else if (coming)
-        sayState(hostText("ReadingPpd").arg(QFileInfo(*ppdPath(*coming)).fileName()), false);
+        sayState(hostText("ReadingPpd").arg(harmless(QFileInfo(*ppdPath(*coming)).fileName())),
+                 false);
     else if (!name)
         sayState(hostText("PrintsIntoFile"), false);
     else if (queue)

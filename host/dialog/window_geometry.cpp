@@ -30,35 +30,16 @@ QString keptFile() {
     return folder ? *folder + QStringLiteral("/labelcut/labelcut.ini") : QString();
 }
 
-/// The kept settings as a file of its own that the toolkit may read and write in its way: of the
-/// kept one it would wait for a pipe, and lose a name that is no text.
-class WorkingCopy {
-public:
-    WorkingCopy() {
-        const OpenAttempt kept = tryRegularFile(keptFile());
-        if (kept.trouble != FileTrouble::None || !mFolder.isValid())
-            return;
-        QString reason; // only a convenience: what cannot be read is not there
-        writePrivately(path(), kept.file.read(kLargestFile, &reason));
-    }
-    QSettings settings() const { return QSettings(path(), QSettings::IniFormat); }
-    void keep() const {
-        const QString target = keptFile();
-        const OpenAttempt made = tryRegularFile(path());
-        if (target.isEmpty() || made.trouble != FileTrouble::None)
-            return;
-        makePrivateFolder(target.left(target.lastIndexOf(u'/')));
-        QString reason;
-        const QByteArray bytes = made.file.read(kLargestFile, &reason);
-        if (reason.isEmpty())
-            writePrivately(target, bytes);
-    }
-
-private:
-    QString path() const { return mFolder.filePath(QStringLiteral("labelcut.ini")); }
-
-    QTemporaryDir mFolder;
-};
+/// What was kept, read through a file that is open already: of any name, and no pipe, for which the
+/// toolkit would wait. Empty: nothing was.
+QByteArray keptGeometry() {
+    const OpenAttempt kept = tryRegularFile(keptFile());
+    if (kept.trouble != FileTrouble::None || kept.file.size() > kLargestFile)
+        return {};
+    const QString path = QStringLiteral("/proc/self/fd/%1").arg(kept.file.descriptor());
+    const QSettings settings(path, QSettings::IniFormat);
+    return settings.value(QLatin1String(kGeometrySetting)).toByteArray();
+}
 
 } // namespace
 
@@ -66,17 +47,26 @@ void restoreWindow(QWidget& window) {
     const QSize points = (kPoints * points::scaleForFont(window)).toSize();
     const QSize wanted = (kLines * window.fontMetrics().height()).expandedTo(points);
     window.resize(wanted.boundedTo(roomFor(window)));
-    const WorkingCopy copy;
-    window.restoreGeometry(copy.settings().value(QLatin1String(kGeometrySetting)).toByteArray());
+    window.restoreGeometry(keptGeometry());
 }
 
 void keepWindow(const QWidget& window) {
-    const WorkingCopy copy;
+    const QString target = keptFile();
+    // The toolkit writes, and locks, a copy that nobody else has.
+    const QTemporaryDir folder;
+    if (target.isEmpty() || !folder.isValid())
+        return;
+    const QString copy = folder.filePath(QStringLiteral("labelcut.ini"));
+    writePrivately(copy, readSmallFile(target, kLargestFile).bytes);
     {
-        QSettings kept = copy.settings();
-        kept.setValue(QLatin1String(kGeometrySetting), window.saveGeometry());
+        QSettings settings(copy, QSettings::IniFormat);
+        settings.setValue(QLatin1String(kGeometrySetting), window.saveGeometry());
     }
-    copy.keep();
+    const FileContent made = readSmallFile(copy, kLargestFile);
+    if (!made.isThere || !made.reason.isEmpty())
+        return;
+    makePrivateFolder(target.left(target.lastIndexOf(u'/')));
+    writePrivately(target, made.bytes);
 }
 
 } // namespace labelcut

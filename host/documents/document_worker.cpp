@@ -22,6 +22,7 @@
 #include <utility>
 
 #include "host/core/failure.h"
+#include "host/documents/documents.h"
 #include "host/texts/host_text.h"
 #include "worker/protocol/channel.h"
 
@@ -39,8 +40,10 @@ using Clock = std::chrono::steady_clock;
 constexpr int kLook = 50;
 /// How often a wait looks how far the worker is.
 constexpr std::chrono::milliseconds kLookAtOutput(500);
-/// Of what a worker says beside its answers so much is kept. Bytes.
+/// Of what a worker says beside its answers at least so much is kept, the last of it: there stands
+/// why Ghostscript gave up, and whether it has made a page. Bytes.
 constexpr qsizetype kMessages = 64 << 10;
+constexpr auto kMostOutput = static_cast<qint64>(worker::kOutputLimit);
 
 const char* nameOf(DocumentReader reader) {
     switch (reader) {
@@ -207,7 +210,9 @@ struct DocumentWorker::Process {
         const ssize_t size = read(messages.number(), bytes.data(), bytes.size());
         if (size <= 0)
             return false;
-        said.append(bytes.data(), std::min<qsizetype>(size, kMessages - said.size()));
+        said.append(bytes.data(), size);
+        if (said.size() > 2 * kMessages)
+            said = said.last(kMessages);
         return true;
     }
     /// Waits until something comes from the worker, or for a moment.
@@ -265,18 +270,14 @@ Error outOfMemory(const QString& about) {
     return failure(hostText("DocumentOutOfMemory").arg(about, megabytes(worker::kMemoryLimit)));
 }
 
-Error tooLarge(const QString& about) {
-    return failure(hostText("DocumentTooLarge").arg(about, megabytes(worker::kOutputLimit)));
-}
-
 /// Whether the cage has refused bytes; Ghostscript's reasons do not say.
 bool isAtOutputLimit(const WorkerTask& task) {
-    return bytesAt(task.target) >= static_cast<qint64>(worker::kOutputLimit);
+    return bytesAt(task.target) >= kMostOutput;
 }
 
 Error notWritten(const WorkerTask& task, const QString& detail) {
     if (isAtOutputLimit(task))
-        return tooLarge(task.about);
+        return tooLarge(task.about, kMostOutput);
     return failure(hostText("CannotWriteTemporaryBecause").arg(task.target, detail));
 }
 
@@ -368,7 +369,7 @@ Result<std::optional<worker::Answer>> DocumentWorker::nextAnswer(const WorkerTas
     Process& process = *mProcess;
     Stillness stillness(process.patience, task);
     while (!process.isGone()) {
-        if (task.cancel && task.cancel->isCancelled()) {
+        if (isCancelled(task.cancel)) {
             process.kill();
             return cancelled();
         }
@@ -383,9 +384,9 @@ Result<std::optional<worker::Answer>> DocumentWorker::nextAnswer(const WorkerTas
             return tooSlow(task.about, process.patience);
         }
         // The cage limits each file, not how many there are.
-        if (stillness.written() > static_cast<qint64>(worker::kOutputLimit)) {
+        if (stillness.written() > kMostOutput) {
             process.kill();
-            return tooLarge(task.about);
+            return tooLarge(task.about, kMostOutput);
         }
     }
     process.collect();
@@ -423,7 +424,7 @@ Result<QByteArray> DocumentWorker::run(const worker::Interpret& request, const W
     if (mProcess->said.contains("/VMerror") || mProcess->said.contains("nsufficient memory"))
         return outOfMemory(task.about);
     if (isAtOutputLimit(task))
-        return tooLarge(task.about);
+        return tooLarge(task.about, kMostOutput);
     return failure(hostText("GhostscriptFailed")
                        .arg(hostText("Quoted").arg(task.about), reasonIn(mProcess->said)));
 }

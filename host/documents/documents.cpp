@@ -17,10 +17,6 @@ namespace {
 /// Copied at a time. Bytes.
 constexpr qint64 kPiece = 1 << 18;
 
-Error tooLarge(const QString& path) {
-    return failure(hostText("DocumentTooLarge").arg(path, QString::number(kLargestDocument >> 20)));
-}
-
 Error unreadable(const QString& path, const QString& reason) {
     return failure(hostText("CannotRead").arg(path, reason));
 }
@@ -34,7 +30,7 @@ Result<OpenedFile> openDocument(const QString& path) {
         return failure(hostText("IsEmpty").arg(path));
     // Before much of it was copied.
     if (file->size() > kLargestDocument)
-        return tooLarge(path);
+        return tooLarge(path, kLargestDocument);
     return file;
 }
 
@@ -45,6 +41,10 @@ bool isUntouched(const struct stat& before, const struct stat& after) {
 }
 
 } // namespace
+
+Error tooLarge(const QString& about, qint64 limit) {
+    return failure(hostText("DocumentTooLarge").arg(about, QString::number(limit >> 20)));
+}
 
 Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
                                   const CancelFlag* cancel) {
@@ -68,12 +68,12 @@ Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
     QCryptographicHash digest(QCryptographicHash::Sha256);
     qint64 size = 0;
     for (QByteArray piece = source.read(kPiece); !piece.isEmpty(); piece = source.read(kPiece)) {
-        if (cancel && cancel->isCancelled())
+        if (isCancelled(cancel))
             return cancelled();
         digest.addData(piece);
         size += piece.size();
         if (size > kLargestDocument)
-            return tooLarge(path);
+            return tooLarge(path, kLargestDocument);
         if (copy.write(piece) != piece.size())
             return cannotWrite();
     }

@@ -14,6 +14,10 @@ namespace labelcut {
 /// A larger document is refused. Bytes.
 inline constexpr qint64 kLargestDocument = 2LL << 30;
 
+/// The failure of a document that is larger than `limit` bytes, or becomes so.
+/// @param about  what the user calls it.
+Error tooLarge(const QString& about, qint64 limit);
+
 /// A document where nobody else writes.
 struct DocumentCopy {
     QString path;

@@ -14,7 +14,7 @@
 
 #include "host/core/failure.h"
 #include "host/texts/host_text.h"
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut {
 

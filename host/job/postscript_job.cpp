@@ -146,14 +146,14 @@ Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
         return pages.error();
     const auto write = [&](FileSink& target) -> std::optional<QString> {
         QFile source(*pages);
-        if (job.cancel && job.cancel->isCancelled())
+        if (isCancelled(job.cancel))
             return cancelled().sentence;
         const auto* bytes = source.open(QIODevice::ReadOnly)
                                 ? reinterpret_cast<const char*>(source.map(0, source.size()))
                                 : nullptr;
         const bool isWhole =
             bytes && Assembly(job, target).copy({bytes, static_cast<std::size_t>(source.size())});
-        if (job.cancel && job.cancel->isCancelled())
+        if (isCancelled(job.cancel))
             return cancelled().sentence;
         return isWhole ? std::nullopt : std::optional(hostText("PagesCutShort"));
     };

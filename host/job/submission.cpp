@@ -50,7 +50,7 @@ Result<int> submit(const CupsConnection& service, const JobToSend& job,
         return unreadable(job.documentPath, hostText("NoRegularFile"));
     if (!document.open(QIODevice::ReadOnly))
         return unreadable(job.documentPath, document.errorString());
-    if (cancel && cancel->isCancelled())
+    if (isCancelled(cancel))
         return cancelled();
     // Not to be cancelled: a job whose number never arrives would stay behind in the queue.
     const Result<int> id = service.createJob(job.request, {limits.request, nullptr});

@@ -45,25 +45,11 @@ struct Contents {
     QString damage; ///< The rest of a sentence; empty when there is none.
 };
 
-Contents damaged(const QString& reason) {
-    return {true, std::nullopt, reason};
-}
-
 Contents contentsOf(const QString& path) {
-    const OpenAttempt attempt = tryRegularFile(path);
-    if (attempt.trouble == FileTrouble::Missing)
-        return {};
-    if (attempt.trouble != FileTrouble::None)
-        return damaged(attempt.trouble == FileTrouble::Refused ? attempt.reason
-                                                               : hostText("NoRegularFile"));
-    QString reason;
-    const QByteArray bytes = attempt.file.read(PresetStore::kMaxFileSize + 1, &reason);
-    if (!reason.isEmpty())
-        return damaged(reason);
-    if (bytes.size() > PresetStore::kMaxFileSize)
-        return damaged(hostText("TooManyBytes").arg(PresetStore::kMaxFileSize));
-    Contents contents{true, std::nullopt, {}};
-    contents.file = PresetFile::fromBytes(bytes, &contents.damage);
+    const FileContent content = readSmallFile(path, PresetStore::kMaxFileSize);
+    Contents contents{content.isThere, std::nullopt, content.reason};
+    if (content.isThere && content.reason.isEmpty())
+        contents.file = PresetFile::fromBytes(content.bytes, &contents.damage);
     return contents;
 }
 

@@ -42,11 +42,8 @@ QString recentPrinterFile() {
 }
 
 QString recentQueue(const QString& file) {
-    const OpenAttempt attempt = tryRegularFile(file);
-    if (attempt.trouble != FileTrouble::None)
-        return {};
-    QString reason; // only a convenience: what cannot be read is not there
-    const QByteArray bytes = attempt.file.read(kMaxFileSize, &reason);
+    // Only a convenience: what cannot be read is not there.
+    const QByteArray bytes = readSmallFile(file, kMaxFileSize).bytes;
     const QJsonObject root = QJsonDocument::fromJson(bytes).object();
     return root.value(kQueueKey).toString();
 }

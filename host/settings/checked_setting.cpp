@@ -2,10 +2,10 @@
 #include "host/settings/checked_setting.h"
 
 #include <algorithm>
-#include <span>
 
 #include "host/core/failure.h"
 #include "host/settings/custom_value.h"
+#include "host/settings/ppd_records.h"
 #include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
@@ -22,16 +22,13 @@ QString numbered(double number) {
     return QString::number(number);
 }
 
-std::span<ppd_choice_t> choicesOf(const ppd_option_t& option) {
-    return {option.choices, static_cast<std::size_t>(option.num_choices)};
-}
-
-void collectOptions(std::span<ppd_group_t> groups, std::vector<const ppd_option_t*>& all) {
-    for (ppd_group_t& group : groups) {
-        for (const ppd_option_t& option :
-             std::span(group.options, static_cast<std::size_t>(group.num_options)))
-            all.push_back(&option);
+QStringList keywordsOf(ppd_file_t* ppd) {
+    QStringList all;
+    for (const ppd_group_t& group : ppd::groupsOf(ppd)) {
+        for (const ppd_option_t& option : ppd::optionsOf(group))
+            all << QString::fromUtf8(option.keyword);
     }
+    return all;
 }
 
 /// How many letters have to be added, dropped or changed to make one text the other.
@@ -54,11 +51,8 @@ int distance(const QString& a, const QString& b) {
 
 /// Keywords like `typed`: little mistyped, or with it as a part; the closest first.
 QStringList nearKeywords(ppd_file_t* ppd, const QString& typed) {
-    std::vector<const ppd_option_t*> options;
-    collectOptions(std::span(ppd->groups, static_cast<std::size_t>(ppd->num_groups)), options);
     std::vector<std::pair<int, QString>> near;
-    for (const ppd_option_t* option : options) {
-        const QString keyword = QString::fromUtf8(option->keyword);
+    for (const QString& keyword : keywordsOf(ppd)) {
         const int mistypes = distance(typed, keyword);
         if (mistypes <= kMistypes && mistypes < typed.size())
             near.emplace_back(mistypes, keyword);
@@ -84,7 +78,7 @@ Error noOption(ppd_file_t* ppd, const QString& keyword) {
 
 Error noChoice(const ppd_option_t& option, const QString& choice) {
     QStringList offered;
-    for (const ppd_choice_t& known : choicesOf(option))
+    for (const ppd_choice_t& known : ppd::choicesOf(option))
         offered << QString::fromUtf8(known.choice);
     QString list = offered.mid(0, kListed).join(QStringLiteral(", "));
     if (offered.size() > kListed)
@@ -127,7 +121,7 @@ Result<Setting> checkedSetting(ppd_file_t* ppd, const Setting& asked) {
             hostText("CustomUnusable")
                 .arg(shownChoice(ppd, setting), setting.keyword, customValuesOf(ppd, *option)));
     }
-    for (const ppd_choice_t& choice : choicesOf(*option)) {
+    for (const ppd_choice_t& choice : ppd::choicesOf(*option)) {
         const QString known = QString::fromUtf8(choice.choice);
         if (known != kCustom && known.compare(asked.choice, Qt::CaseInsensitive) == 0) {
             setting.choice = known;

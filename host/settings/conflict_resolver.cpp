@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "host/settings/ppd_records.h"
 #include "platform/printing/ppd_lookup.h"
 
 namespace labelcut::ppd {
@@ -15,10 +16,6 @@ constexpr int kMaxAttempts = 100;
 /// What filters see to by themselves, in every printer.
 constexpr char kCollate[] = "Collate";
 
-bool isSame(const char* a, const char* b) {
-    return qstricmp(a, b) == 0;
-}
-
 } // namespace
 
 ConflictResolver::ConflictResolver(ppd_file_t* file, const ConstraintRules& rules,
@@ -27,7 +24,7 @@ ConflictResolver::ConflictResolver(ppd_file_t* file, const ConstraintRules& rule
     , mRules(rules)
     , mWanted(wanted)
     , mMarks(file) {
-    if (!isSame(wanted.keyword, kCollate))
+    if (!isSameName(wanted.keyword, kCollate))
         set(wanted.keyword, wanted.choice);
 }
 
@@ -54,7 +51,7 @@ const char* ConflictResolver::valueOf(const RulePart& part, const Trial& trial) 
                 return value;
         return mMarks.paper();
     }
-    if (trial.keyword && isSame(trial.keyword, part.option->keyword))
+    if (trial.keyword && isSameName(trial.keyword, part.option->keyword))
         return trial.choice;
     const auto found = mStandingOf.find(part.option);
     return found == mStandingOf.end() ? mMarks.of(part) : found->second.constData();
@@ -89,7 +86,7 @@ std::vector<const Rule*> ConflictResolver::brokenRules() {
 
 /// What is to stand is not changed, nor its twin.
 bool ConflictResolver::isWanted(const char* keyword) const {
-    return isSame(keyword, mWanted.keyword) ||
+    return isSameName(keyword, mWanted.keyword) ||
            (isPaperKeyword(keyword) && isPaperKeyword(mWanted.keyword));
 }
 
@@ -99,7 +96,7 @@ std::optional<Settings> ConflictResolver::resolved() {
         if (broken.empty()) {
             Settings settings;
             for (const auto& [folded, setting] : mStanding)
-                if (!isSame(setting.first.constData(), kCollate))
+                if (!isSameName(setting.first.constData(), kCollate))
                     settings.push_back(
                         {QString::fromUtf8(setting.first), QString::fromUtf8(setting.second)});
             return settings;
@@ -159,7 +156,7 @@ void ConflictResolver::tryOption(const RulePart& part) {
     const char* current = currentChoice(part);
     const auto tryChoice = [&](const char* choice) {
         ++mSteps;
-        if (isSame(current, choice) || gaveUp() || breaksOwn(option, choice))
+        if (isSameName(current, choice) || gaveUp() || breaksOwn(option, choice))
             return false;
         set(option.keyword, choice);
         mHasChanged = true;
@@ -167,10 +164,9 @@ void ConflictResolver::tryOption(const RulePart& part) {
     };
     if (tryChoice(option.defchoice))
         return;
-    for (const ppd_choice_t& choice :
-         std::span(option.choices, static_cast<std::size_t>(option.num_choices))) {
+    for (const ppd_choice_t& choice : choicesOf(option)) {
         const bool isOther =
-            !isSame(choice.choice, option.defchoice) && !isSame(choice.choice, "Custom");
+            !isSameName(choice.choice, option.defchoice) && !isSameName(choice.choice, "Custom");
         if (gaveUp() || (isOther && tryChoice(choice.choice)))
             return;
     }

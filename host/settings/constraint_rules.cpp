@@ -11,30 +11,15 @@
 #include <unordered_set>
 #include <utility>
 
+#include "host/settings/ppd_records.h"
 #include "platform/printing/ppd_lookup.h"
 
 namespace labelcut::ppd {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
+constexpr std::string_view kWordBreaks = " \t\n\v\f\r";
 constexpr std::string_view kCustomPrefix = "Custom";
-
-bool isSame(std::string_view a, std::string_view b) {
-    return folded(a) == folded(b);
-}
-
-bool isSame(const char* a, const char* b) {
-    return qstricmp(a, b) == 0;
-}
-
-std::span<ppd_group_t> groupsOf(const ppd_file_t& file) {
-    return {file.groups, static_cast<std::size_t>(file.num_groups)};
-}
-
-std::span<ppd_option_t> optionsOf(const ppd_group_t& group) {
-    return {group.options, static_cast<std::size_t>(group.num_options)};
-}
 
 std::span<const ppd_const_t> oldConstraintsOf(const ppd_file_t& file) {
     return {file.consts, static_cast<std::size_t>(file.num_consts)};
@@ -46,8 +31,8 @@ std::span<ppd_attr_t* const> statementsOf(const ppd_file_t& file) {
 
 /// PPDs say each constraint twice, the second time with its sides changed over.
 bool isOtherWayRound(const ppd_const_t& one, const ppd_const_t& other) {
-    return isSame(one.option1, other.option2) && isSame(one.choice1, other.choice2) &&
-           isSame(one.option2, other.option1) && isSame(one.choice2, other.choice1);
+    return isSameName(one.option1, other.option2) && isSameName(one.choice1, other.choice2) &&
+           isSameName(one.option2, other.option1) && isSameName(one.choice2, other.choice1);
 }
 
 /// Where a choice stands in the PPD.
@@ -79,15 +64,15 @@ std::string folded(std::string_view text) {
 }
 
 std::string_view takeWord(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(std::min(text.find_first_not_of(kWordBreaks), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(kWordBreaks));
     text.remove_prefix(word.size());
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(kWordBreaks), text.size()));
     return word.substr(0, kMaxName - 1);
 }
 
 bool isPaperKeyword(std::string_view keyword) {
-    return isSame(keyword, "PageSize") || isSame(keyword, "PageRegion");
+    return isSameName(keyword, "PageSize") || isSameName(keyword, "PageRegion");
 }
 
 const char* withoutCustomValue(const char* choice) {
@@ -98,8 +83,8 @@ bool holds(const RulePart& part, const char* value) {
     if (!value)
         return false;
     if (part.choice)
-        return isSame(withoutCustomValue(value), part.choice->choice);
-    return !isSame(value, "None") && !isSame(value, "Off") && !isSame(value, "False");
+        return isSameName(withoutCustomValue(value), part.choice->choice);
+    return !isSameName(value, "None") && !isSameName(value, "Off") && !isSameName(value, "False");
 }
 
 const char* MarkedValues::paper() const {
@@ -127,9 +112,9 @@ public:
     Reader(ppd_file_t& file, ConstraintRules& rules)
         : mFile(file)
         , mRules(rules) {
-        const auto groups = groupsOf(file);
+        const auto groups = groupsOf(&file);
         const auto installable = std::ranges::find_if(groups, [](const ppd_group_t& group) {
-            return isSame(group.name, "InstallableOptions");
+            return isSameName(group.name, "InstallableOptions");
         });
         if (installable == groups.end())
             return;
@@ -145,9 +130,9 @@ public:
                      partOf(old[i].option2, old[i].choice2)},
                     "");
         for (const ppd_attr_t* statement : statementsOf(mFile)) {
-            if (isSame(statement->name, "cupsUIConstraints") && statement->value)
+            if (isSameName(statement->name, "cupsUIConstraints") && statement->value)
                 add(partsOf(statement->value), statement->spec);
-            else if (isSame(statement->name, "cupsUIResolver"))
+            else if (isSameName(statement->name, "cupsUIResolver"))
                 mRules.mResolvers.try_emplace(folded(statement->spec), statement->value);
         }
         link();
@@ -158,8 +143,8 @@ private:
 
     /// @return nothing when the PPD lacks the option or the choice.
     std::optional<RulePart> partOf(std::string_view keyword, std::string_view choice) {
-        const bool isCustom = isSame(keyword.substr(0, kCustomPrefix.size()), kCustomPrefix) &&
-                              isSame(choice, "True");
+        const bool isCustom = isSameName(keyword.substr(0, kCustomPrefix.size()), kCustomPrefix) &&
+                              isSameName(choice, "True");
         if (isCustom) {
             keyword.remove_prefix(kCustomPrefix.size());
             choice = kCustomPrefix;
@@ -191,10 +176,9 @@ private:
     ppd_choice_t* choiceOf(ppd_option_t& option, std::string_view choice) {
         auto& choices = mChoices[&option];
         if (choices.empty())
-            for (ppd_choice_t& known :
-                 std::span(option.choices, static_cast<std::size_t>(option.num_choices)))
+            for (ppd_choice_t& known : choicesOf(option))
                 choices.try_emplace(folded(known.choice), &known);
-        const bool isValue = choice.starts_with('{') || isSame(choice.substr(0, 7), "Custom.");
+        const bool isValue = choice.starts_with('{') || isSameName(choice.substr(0, 7), "Custom.");
         const auto found = choices.find(folded(isValue ? kCustomPrefix : choice));
         return found == choices.end() ? nullptr : found->second;
     }
@@ -273,7 +257,7 @@ void ConstraintRules::setBroken(std::uint32_t index, bool isBroken) {
 
 int ConstraintRules::update() {
     // libcups clears what the records say whenever it marks.
-    for (const ppd_group_t& group : groupsOf(*mFile))
+    for (const ppd_group_t& group : groupsOf(mFile))
         for (ppd_option_t& option : optionsOf(group))
             option.conflicted = 0;
     mBroken.assign(mRules.size(), false);

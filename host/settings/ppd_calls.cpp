@@ -17,6 +17,7 @@
 
 #include "host/settings/conflict_resolver.h"
 #include "host/settings/constraint_rules.h"
+#include "host/settings/ppd_records.h"
 #include "host/texts/host_text.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -56,12 +57,6 @@ Setting settingOf(const ppd_choice_t& choice) {
 bool isMarked(ppd_file_t* file, const Setting& setting) {
     const ppd_choice_t* choice = findMarkedChoice(file, setting.keyword.toUtf8().constData());
     return choice && setting.choice == QString::fromUtf8(choice->choice);
-}
-
-QString reasonOf(const OpenAttempt& attempt) {
-    if (attempt.trouble == FileTrouble::Missing)
-        return QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR));
-    return attempt.trouble == FileTrouble::Refused ? attempt.reason : hostText("NoRegularFile");
 }
 
 struct CloseSource {
@@ -117,7 +112,10 @@ File openFile(const QString& path, OpenError* error) {
     if (attempt.trouble == FileTrouble::None)
         return open(std::move(attempt.file), error);
     if (error)
-        *error = {reasonOf(attempt), 0};
+        *error = {attempt.trouble == FileTrouble::Missing
+                      ? QString::fromUtf8(ppdErrorString(PPD_FILE_OPEN_ERROR))
+                      : reasonOf(attempt),
+                  0};
     return nullptr;
 }
 
@@ -185,8 +183,7 @@ bool unmarkOption(ppd_file_t* file, const char* keyword) {
     if (!option)
         return false;
     // The file keeps its marked choices in an array of their own, which look-ups go through.
-    for (ppd_choice_t& choice :
-         std::span(option->choices, static_cast<std::size_t>(option->num_choices))) {
+    for (ppd_choice_t& choice : choicesOf(*option)) {
         if (!choice.marked)
             continue;
         choice.marked = 0;

@@ -1,34 +1,19 @@
 // Settings: what a PPD says, without libcups' records.
 #include "host/settings/ppd_view.h"
 
-#include <span>
-
 #include "host/settings/ppd_calls.h"
+#include "host/settings/ppd_records.h"
 
 namespace labelcut {
 
 namespace {
-
-std::span<const ppd_group_t> groupsIn(const ppd_file_t* file) {
-    if (!file)
-        return {};
-    return {file->groups, static_cast<std::size_t>(file->num_groups)};
-}
-
-std::span<const ppd_option_t> optionsIn(const ppd_group_t& group) {
-    return {group.options, static_cast<std::size_t>(group.num_options)};
-}
-
-std::span<const ppd_choice_t> choicesIn(const ppd_option_t& option) {
-    return {option.choices, static_cast<std::size_t>(option.num_choices)};
-}
 
 /// A look at the flags of an option's choices takes far less than one at all that is marked.
 std::optional<QString> markedOf(ppd_file_t* file, const ppd_option_t& option) {
     // Of several that are marked, libcups knows which one it names.
     if (option.ui == PPD_UI_PICKMANY)
         return ppd::markedValue(file, option.keyword);
-    for (const ppd_choice_t& choice : choicesIn(option)) {
+    for (const ppd_choice_t& choice : ppd::choicesOf(option)) {
         if (!choice.marked)
             continue;
         if (qstrcmp(choice.choice, "Custom") == 0)
@@ -65,9 +50,9 @@ bool PpdView::hasOption(const QString& keyword) const {
 
 std::vector<PpdView::Group> PpdView::groups() const {
     std::vector<Group> all;
-    for (const ppd_group_t& group : groupsIn(mFile)) {
+    for (const ppd_group_t& group : ppd::groupsOf(mFile)) {
         all.push_back({QString::fromUtf8(group.name), QString::fromUtf8(group.text), {}});
-        for (const ppd_option_t& option : optionsIn(group))
+        for (const ppd_option_t& option : ppd::optionsOf(group))
             all.back().options.push_back(
                 {QString::fromUtf8(option.keyword), QString::fromUtf8(option.text)});
     }
@@ -79,7 +64,7 @@ std::vector<PpdView::Choice> PpdView::choices(const QString& keyword) const {
     const ppd_option_t* option = find(mFile, keyword);
     if (!option)
         return all;
-    for (const ppd_choice_t& choice : choicesIn(*option))
+    for (const ppd_choice_t& choice : ppd::choicesOf(*option))
         all.push_back({QString::fromUtf8(choice.choice), QString::fromUtf8(choice.text)});
     return all;
 }
@@ -89,7 +74,7 @@ std::optional<QString> PpdView::defaultChoice(const QString& keyword) const {
     if (!option)
         return std::nullopt;
     // The PPD may name a default that it lacks, or in another case.
-    for (const ppd_choice_t& choice : choicesIn(*option)) {
+    for (const ppd_choice_t& choice : ppd::choicesOf(*option)) {
         if (qstricmp(choice.choice, option->defchoice) == 0)
             return QString::fromUtf8(choice.choice);
     }
@@ -113,8 +98,8 @@ std::optional<QString> PpdView::marked(const QString& keyword) const {
 
 Settings PpdView::marks() const {
     Settings all;
-    for (const ppd_group_t& group : groupsIn(mFile)) {
-        for (const ppd_option_t& option : optionsIn(group)) {
+    for (const ppd_group_t& group : ppd::groupsOf(mFile)) {
+        for (const ppd_option_t& option : ppd::optionsOf(group)) {
             if (QLatin1String(option.keyword) == kPageRegion)
                 continue;
             if (auto choice = markedOf(mFile, option))

@@ -173,20 +173,10 @@ QString cannotRead(const QString& path, const QString& reason) {
 
 /// @return nothing when the file was read or does not exist, otherwise a sentence.
 std::optional<QString> addFile(SavedOptions& saved, const QString& path) {
-    const OpenAttempt attempt = tryRegularFile(path);
-    if (attempt.trouble == FileTrouble::Missing)
-        return std::nullopt;
-    if (attempt.trouble == FileTrouble::Refused)
-        return cannotRead(path, attempt.reason);
-    if (attempt.trouble != FileTrouble::None)
-        return cannotRead(path, hostText("NoRegularFile"));
-    QString reason;
-    const QByteArray contents = attempt.file.read(kMaxFileSize + 1, &reason);
-    if (!reason.isEmpty())
-        return cannotRead(path, reason);
-    if (contents.size() > kMaxFileSize)
-        return cannotRead(path, hostText("TooManyBytes").arg(kMaxFileSize));
-    addSavedOptions(saved, contents);
+    const FileContent content = readSmallFile(path, kMaxFileSize);
+    if (!content.reason.isEmpty())
+        return cannotRead(path, content.reason);
+    addSavedOptions(saved, content.bytes);
     return std::nullopt;
 }
 

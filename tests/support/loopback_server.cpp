@@ -22,11 +22,13 @@ LoopbackServer::LoopbackServer(std::function<void(int)> serve)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     auto* generic = reinterpret_cast<sockaddr*>(&address);
     socklen_t length = sizeof address;
-    if (bind(mListener, generic, length) != 0 || listen(mListener, 16) != 0 ||
+    const int backlog = mServe ? 16 : 0;
+    if (bind(mListener, generic, length) != 0 || listen(mListener, backlog) != 0 ||
         getsockname(mListener, generic, &length) != 0)
         return;
     mPort = ntohs(address.sin_port);
-    mThread = std::thread([this] { accept(); });
+    if (mServe)
+        mThread = std::thread([this] { accept(); });
 }
 
 LoopbackServer::~LoopbackServer() {

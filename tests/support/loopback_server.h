@@ -15,7 +15,8 @@ public:
     static constexpr int kPoll = 10; ///< Milliseconds after which those who wait look around.
 
     /// @param serve  called for each connection on a thread of its own; it returns soon once
-    ///               isStopping(), and the connection is closed then.
+    ///               isStopping(), and the connection is closed then. Empty: no connection is
+    ///               accepted, and only one waits.
     explicit LoopbackServer(std::function<void(int client)> serve);
     ~LoopbackServer();
     LoopbackServer(const LoopbackServer&) = delete;

@@ -15,49 +15,32 @@ namespace labelcut::test {
 
 namespace {
 
-constexpr int kPoll = 10; // milliseconds
+using Behaviour = StandInServer::Behaviour;
 
-sockaddr_in loopback(int port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    return address;
+std::function<void(int)> serviceOf(Behaviour behaviour, std::function<void(int)> serve) {
+    return behaviour == Behaviour::NotAccepting ? nullptr : std::move(serve);
 }
 
 } // namespace
 
 StandInServer::StandInServer(Behaviour behaviour, QByteArray answer)
     : mBehaviour(behaviour)
-    , mAnswer(std::move(answer)) {
-    mListener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = loopback(0);
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    socklen_t length = sizeof address;
-    const int backlog = behaviour == Behaviour::NotAccepting ? 0 : 16;
-    if (bind(mListener, generic, length) != 0 || listen(mListener, backlog) != 0 ||
-        getsockname(mListener, generic, &length) != 0)
-        return;
-    mPort = ntohs(address.sin_port);
+    , mAnswer(std::move(answer))
+    , mServer(serviceOf(behaviour, [this](int client) { serve(client); })) {
     if (behaviour == Behaviour::NotAccepting)
         fillQueue();
-    else
-        mThread = std::thread([this] { serve(); });
 }
 
 StandInServer::~StandInServer() {
-    mStopping = true;
-    if (mThread.joinable())
-        mThread.join();
-    for (std::thread& client : mClients)
-        client.join();
     for (const int filler : mFillers)
         close(filler);
-    close(mListener);
 }
 
 void StandInServer::fillQueue() {
-    const sockaddr_in address = loopback(mPort);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port()));
     for (int i = 0; i < 4; ++i) {
         const int filler = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
         // Non-blocking: those that no longer fit wait in vain, like everybody after them.
@@ -68,23 +51,8 @@ void StandInServer::fillQueue() {
     pause(50);
 }
 
-void StandInServer::serve() {
-    while (!mStopping) {
-        pollfd waiting{mListener, POLLIN, 0};
-        if (poll(&waiting, 1, kPoll) <= 0)
-            continue;
-        const int client = accept4(mListener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (client < 0)
-            continue;
-        ++mConnections;
-        mClients.emplace_back([this, client] {
-            serveOne(client);
-            close(client);
-        });
-    }
-}
-
-void StandInServer::serveOne(int client) {
+void StandInServer::serve(int client) {
+    ++mConnections;
     const bool reads = mBehaviour != Behaviour::NotReading;
     if (!waitForInput(client, reads) || mBehaviour == Behaviour::ClosingAtOnce)
         return;
@@ -100,7 +68,7 @@ void StandInServer::serveOne(int client) {
         return;
     }
     qsizetype sent = 0;
-    while (!mStopping) {
+    while (!mServer.isStopping()) {
         if (mBehaviour == Behaviour::Trickling && sent < mAnswer.size())
             static_cast<void>(send(client, mAnswer.constData() + sent++, 1, MSG_NOSIGNAL));
         if (reads)
@@ -110,9 +78,9 @@ void StandInServer::serveOne(int client) {
 }
 
 bool StandInServer::waitForInput(int client, bool discard) {
-    while (!mStopping) {
+    while (!mServer.isStopping()) {
         pollfd waiting{client, POLLIN, 0};
-        if (poll(&waiting, 1, kPoll) <= 0)
+        if (poll(&waiting, 1, LoopbackServer::kPoll) <= 0)
             continue;
         if (!discard)
             return true;

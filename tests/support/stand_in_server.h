@@ -4,8 +4,9 @@
 #include <QByteArray>
 
 #include <atomic>
-#include <thread>
 #include <vector>
+
+#include "tests/support/loopback_server.h"
 
 namespace labelcut::test {
 
@@ -27,14 +28,13 @@ public:
     StandInServer& operator=(const StandInServer&) = delete;
 
     /// 0 when it could not be started.
-    int port() const { return mPort; }
+    int port() const { return mServer.port(); }
     /// How many connections it has accepted.
     int connections() const { return mConnections; }
 
 private:
     void fillQueue();
-    void serve();
-    void serveOne(int client);
+    void serve(int client);
     /// Whether bytes (or the end) came before the server was stopped. @param discard  reads them.
     bool waitForInput(int client, bool discard);
     /// Reads what has come so far.
@@ -43,13 +43,10 @@ private:
 
     Behaviour mBehaviour;
     QByteArray mAnswer;
-    int mListener = -1;
-    int mPort = 0;
     std::vector<int> mFillers;
-    std::atomic<bool> mStopping = false;
     std::atomic<int> mConnections = 0;
-    std::vector<std::thread> mClients;
-    std::thread mThread;
+    /// The last one: it serves, by all of the above, until it goes.
+    LoopbackServer mServer;
 };
 
 } // namespace labelcut::test

@@ -19,7 +19,7 @@
 #include "host/documents/document_worker.h"
 #include "tests/support/job_fixtures.h"
 #include "worker/cage/cage.h"
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut {
 

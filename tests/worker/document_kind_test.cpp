@@ -6,7 +6,7 @@
 #include <fcntl.h>
 
 #include "tests/support/job_fixtures.h"
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut::worker {
 

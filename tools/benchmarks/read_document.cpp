@@ -71,8 +71,8 @@ bool readBare(const QString& file) {
     }
     worker::PdfEngine* engine =
         load<worker::PdfEngineFunction>("pdf_engine.so", worker::kPdfEngineFunction)();
-    const worker::Answer file1 = engine->open(opened(path, O_RDONLY), kPaper, [] {});
-    const auto* found = std::get_if<worker::Opened>(&file1);
+    const worker::Answer answer = engine->open(opened(path, O_RDONLY), kPaper, [] {});
+    const auto* found = std::get_if<worker::Opened>(&answer);
     if (!found)
         return false;
     return found->fits ||

@@ -56,12 +56,28 @@ std::string reason(const char* part) {
     return std::string(part) + ": " + std::strerror(errno);
 }
 
-std::string inHome(const char* variable, const char* usual, const char* below) {
-    const char* own = std::getenv(variable);
-    if (own && *own == '/')
-        return std::string(own) + below;
-    const char* home = std::getenv("HOME");
-    return home && *home == '/' ? std::string(home) + usual + below : std::string();
+/// An absolute path in the environment; empty when there is none.
+std::string pathIn(const char* variable) {
+    const char* path = std::getenv(variable);
+    return path && *path == '/' ? path : "";
+}
+
+/// Where the user's own fonts are, and what fontconfig keeps of them.
+std::vector<std::string> fontsOfUser() {
+    const std::string home = pathIn("HOME");
+    std::vector<std::string> all{pathIn("FONTCONFIG_FILE"), pathIn("FONTCONFIG_PATH")};
+    if (!home.empty())
+        all.insert(all.end(), {home + "/.fonts", home + "/.fonts.conf"});
+    const auto add = [&](const char* variable, const char* usual, const char* folder) {
+        const std::string own = pathIn(variable);
+        if (!own.empty() || !home.empty())
+            all.push_back((own.empty() ? home + usual : own) + folder);
+    };
+    add("XDG_DATA_HOME", "/.local/share", "/fonts");
+    add("XDG_CONFIG_HOME", "/.config", "/fontconfig");
+    add("XDG_CACHE_HOME", "/.cache", "/fontconfig");
+    std::erase(all, "");
+    return all;
 }
 
 } // namespace
@@ -105,18 +121,8 @@ std::vector<std::string> libraryFolders() {
         "/dev/null",
         "/dev/urandom",
     };
-    for (std::string own : {inHome("XDG_DATA_HOME", "/.local/share", "/fonts"),
-                            inHome("XDG_CONFIG_HOME", "/.config", "/fontconfig"),
-                            inHome("XDG_CACHE_HOME", "/.cache", "/fontconfig"),
-                            inHome("", "", "/.fonts"), inHome("", "", "/.fonts.conf")}) {
-        if (!own.empty())
-            all.push_back(std::move(own));
-    }
-    for (const char* variable : {"FONTCONFIG_FILE", "FONTCONFIG_PATH"}) {
-        const char* path = std::getenv(variable);
-        if (path && *path == '/')
-            all.emplace_back(path);
-    }
+    const std::vector<std::string> own = fontsOfUser();
+    all.insert(all.end(), own.begin(), own.end());
     return all;
 }
 

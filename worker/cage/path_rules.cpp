@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <string>
 
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 
 namespace labelcut::worker {
 

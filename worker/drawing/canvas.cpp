@@ -15,20 +15,24 @@ Canvas::Canvas(Descriptor target, const Paper& paper)
     mWriter.setPageMargins(QMarginsF());
 }
 
-bool Canvas::begin() {
+Failed Canvas::notWritten() const {
+    return {Problem::NotWritten, mFile.errorString().toStdString(), 0};
+}
+
+std::optional<Failed> Canvas::begin() {
     if (!mFile.isOpen() || !mPainter.begin(&mWriter))
-        return false;
+        return notWritten();
     mPainter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
                             QPainter::LosslessImageRendering);
     mPainter.scale(kResolution / kPointsPerInch, kResolution / kPointsPerInch);
-    return true;
+    return std::nullopt;
 }
 
 Answer Canvas::end() {
     const bool isWhole = mPainter.end() && mFile.flush() && mFile.error() == QFileDevice::NoError;
     if (isWhole)
         return Done();
-    return Failed{Problem::NotWritten, mFile.errorString().toStdString()};
+    return notWritten();
 }
 
 QRectF fitted(QPainter& painter, const QSizeF& size, const QRectF& area) {

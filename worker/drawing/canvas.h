@@ -6,7 +6,9 @@
 #include <QPdfWriter>
 #include <QRectF>
 
-#include "worker/protocol/channel.h"
+#include <optional>
+
+#include "worker/protocol/descriptor.h"
 #include "worker/protocol/message.h"
 
 namespace labelcut::worker {
@@ -20,8 +22,8 @@ class Canvas {
 public:
     Canvas(Descriptor target, const Paper& paper);
 
-    /// @return false when the file cannot be written.
-    bool begin();
+    /// @return why the file cannot be written; nothing when it can.
+    std::optional<Failed> begin();
     void newPage() { mWriter.newPage(); }
     /// Done, or Failed when the file did not take every byte.
     Answer end();
@@ -32,6 +34,8 @@ public:
     QPainter& painter() { return mPainter; }
 
 private:
+    Failed notWritten() const;
+
     QFile mFile;
     QPdfWriter mWriter;
     QPainter mPainter;

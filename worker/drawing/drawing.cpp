@@ -1,8 +1,6 @@
 // Worker: pictures, drawings and text as PDF files, by Qt.
 #include "worker/drawing/drawing.h"
 
-#include <QBuffer>
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QSvgRenderer>
@@ -20,10 +18,6 @@ namespace labelcut::worker {
 
 namespace {
 
-Failed cannotWrite() {
-    return {Problem::NotWritten, {}};
-}
-
 Answer picture(const char* format, Descriptor document, Canvas& canvas) {
     QFile file;
     if (!file.open(document.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
@@ -33,8 +27,8 @@ Answer picture(const char* format, Descriptor document, Canvas& canvas) {
     const QImage image = reader.read();
     if (image.isNull())
         return Failed{Problem::PictureDamaged, reader.errorString().toStdString()};
-    if (!canvas.begin())
-        return cannotWrite();
+    if (const auto failed = canvas.begin())
+        return *failed;
     const QRectF place = fitted(canvas.painter(), image.size(), canvas.printable());
     canvas.painter().drawImage(place, image);
     return canvas.end();
@@ -44,8 +38,8 @@ Answer drawing(const Descriptor& document, Canvas& canvas) {
     QSvgRenderer renderer(selfContained(QByteArray::fromStdString(contentOf(document.number()))));
     if (!renderer.isValid() || renderer.viewBoxF().isEmpty())
         return Failed{Problem::DrawingDamaged, {}};
-    if (!canvas.begin())
-        return cannotWrite();
+    if (const auto failed = canvas.begin())
+        return *failed;
     const QRectF place = fitted(canvas.painter(), renderer.viewBoxF().size(), canvas.printable());
     renderer.render(&canvas.painter(), place);
     return canvas.end();
@@ -55,8 +49,8 @@ Answer plainText(const Descriptor& document, Canvas& canvas, const Step& step) {
     const auto text = decodedText(contentOf(document.number()));
     if (!text)
         return Failed{Problem::UnknownKind, {}};
-    if (!canvas.begin())
-        return cannotWrite();
+    if (const auto failed = canvas.begin())
+        return *failed;
     if (!TextPages(canvas, step).draw(QString::fromStdU16String(*text)))
         return Failed{Problem::TooManyPages, {}};
     return canvas.end();

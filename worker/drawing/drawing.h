@@ -3,7 +3,7 @@
 // A worker that reads PDF files does not load it.
 #pragma once
 
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 #include "worker/protocol/message.h"
 #include "worker/protocol/step.h"
 

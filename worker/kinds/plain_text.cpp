@@ -1,9 +1,15 @@
 // Worker: text in files.
 #include "worker/kinds/plain_text.h"
 
-#include <bit>
+// Macros alone: nothing of ICU is linked.
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
 #include <cstddef>
 #include <cstdint>
+
+// ICU's macros narrow what they have masked before.
+#pragma GCC diagnostic ignored "-Wconversion"
 
 namespace labelcut::worker {
 
@@ -14,33 +20,19 @@ using namespace std::string_view_literals;
 constexpr char32_t kNone = 0xffffffff;
 constexpr char32_t kLastCharacter = 0x10ffff;
 
-bool isSurrogate(char32_t c) {
-    return c >= 0xd800 && c <= 0xdfff;
-}
-
 bool isOddControl(char32_t c) {
     const bool isControl = c < 0x20 || (c >= 0x7f && c < 0xa0);
     return isControl && c != U'\t' && c != U'\n' && c != U'\r' && c != U'\f';
 }
 
-/// The next character of UTF-8 (RFC 3629), in the shortest form only; kNone when it is not whole.
+/// The next character of UTF-8; kNone when it is not whole.
 char32_t takeUtf8(std::string_view& rest) {
-    const auto first = static_cast<unsigned char>(rest.front());
-    rest.remove_prefix(1);
-    if (first < 0x80)
-        return first;
-    const int length = std::countl_one(first);
-    if (length < 2 || length > 4)
-        return kNone;
-    char32_t c = first & (0x7fU >> length);
-    for (int i = 1; i < length; ++i) {
-        if (rest.empty() || (static_cast<unsigned char>(rest.front()) & 0xc0U) != 0x80)
-            return kNone;
-        c = c << 6 | (static_cast<unsigned char>(rest.front()) & 0x3fU);
-        rest.remove_prefix(1);
-    }
-    constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    return c < kSmallest[length] || c > kLastCharacter || isSurrogate(c) ? kNone : c;
+    const auto size = static_cast<std::int64_t>(rest.size());
+    std::int64_t length = 0;
+    UChar32 c = 0;
+    U8_NEXT(rest.data(), length, size, c);
+    rest.remove_prefix(static_cast<std::size_t>(length));
+    return c < 0 ? kNone : static_cast<char32_t>(c);
 }
 
 /// The next unit of `Size` bytes; kNone when there is no whole one.
@@ -55,29 +47,29 @@ char32_t takeUnit(std::string_view& rest, bool isBigEndian) {
     return unit;
 }
 
-/// The next character of UTF-16 (RFC 2781).
+/// The next character of UTF-16.
 char32_t takeUtf16(std::string_view& rest, bool isBigEndian) {
     const char32_t first = takeUnit<2>(rest, isBigEndian);
-    if (first == kNone || !isSurrogate(first))
+    if (first == kNone || !U_IS_SURROGATE(first))
         return first;
     const char32_t second = takeUnit<2>(rest, isBigEndian);
-    if (first >= 0xdc00 || second < 0xdc00 || second > 0xdfff)
+    if (!U16_IS_LEAD(first) || second == kNone || !U16_IS_TRAIL(second))
         return kNone;
-    return 0x10000 + ((first - 0xd800) << 10) + (second - 0xdc00);
+    return U16_GET_SUPPLEMENTARY(first, second);
 }
 
 char32_t takeUtf32(std::string_view& rest, bool isBigEndian) {
     const char32_t c = takeUnit<4>(rest, isBigEndian);
-    return c > kLastCharacter || isSurrogate(c) ? kNone : c;
+    return c > kLastCharacter || U_IS_SURROGATE(c) ? kNone : c;
 }
 
 void append(std::u16string& text, char32_t c) {
-    if (c < 0x10000) {
+    if (U_IS_BMP(c)) {
         text.push_back(static_cast<char16_t>(c));
         return;
     }
-    text.push_back(static_cast<char16_t>(0xd800 + ((c - 0x10000) >> 10)));
-    text.push_back(static_cast<char16_t>(0xdc00 + ((c - 0x10000) & 0x3ff)));
+    text.push_back(static_cast<char16_t>(U16_LEAD(c)));
+    text.push_back(static_cast<char16_t>(U16_TRAIL(c)));
 }
 
 template<typename Take>

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 #include "worker/protocol/message.h"
 #include "worker/protocol/step.h"
 

@@ -1,7 +1,7 @@
 // Worker: becoming Ghostscript.
 #pragma once
 
-#include "worker/protocol/channel.h"
+#include "worker/protocol/descriptor.h"
 #include "worker/protocol/message.h"
 
 namespace labelcut::worker {

@@ -2,12 +2,10 @@
 #include "worker/protocol/channel.h"
 
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <utility>
 
 #include "worker/protocol/message.h"
 
@@ -33,23 +31,6 @@ std::vector<Descriptor> descriptorsOf(msghdr& header) {
 }
 
 } // namespace
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-        close();
-        mNumber = other.release();
-    }
-    return *this;
-}
-
-int Descriptor::release() {
-    return std::exchange(mNumber, -1);
-}
-
-void Descriptor::close() {
-    if (mNumber >= 0)
-        ::close(release());
-}
 
 Channel makeChannel() {
     std::array<int, 2> ends{};

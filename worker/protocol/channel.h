@@ -6,34 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "worker/protocol/descriptor.h"
+
 namespace labelcut::worker {
 
 /// Where the worker finds its end.
 inline constexpr int kWorkersEnd = 3;
 /// The most descriptors that one packet carries.
 inline constexpr std::size_t kMostDescriptors = 2;
-
-/// An open file. Closes it.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number)
-        : mNumber(number) {}
-    Descriptor(Descriptor&& other) noexcept
-        : mNumber(other.release()) {}
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-
-    explicit operator bool() const { return mNumber >= 0; }
-    int number() const { return mNumber; }
-    int release();
-    void close();
-
-private:
-    int mNumber = -1;
-};
 
 struct Packet {
     std::string bytes;
