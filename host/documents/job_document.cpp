@@ -4,8 +4,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
-
 #include "host/core/failure.h"
 #include "host/documents/documents.h"
 #include "host/documents/job_reading.h"
@@ -68,12 +66,8 @@ QString JobDocument::folder() const {
     return QFileInfo(mFolder->path()).absoluteFilePath();
 }
 
-int JobDocument::pagesIn(const PageRange& range) const {
-    return std::max(0, std::min(range.last, mPages) - std::max(range.first, 1) + 1);
-}
-
-Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* cancel) const {
-    if (pagesIn(range) == mPages)
+Result<QString> JobDocument::excerpt(const PageSelection& pages, const CancelFlag* cancel) const {
+    if (pages.countIn(mPages) == mPages)
         return mPdf;
     Result<JobReading> reading = JobReading::start(folder(), std::nullopt, cancel);
     if (!reading)
@@ -84,15 +78,15 @@ Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* c
     // A name of its own each time: nothing is written over.
     QString path = QDir(folder()).filePath(
         QStringLiteral("pages%1.pdf").arg(QDir(folder()).entryList(QDir::Files).size()));
-    const Result<Done> joined = reading->join(range, path);
+    const Result<Done> joined = reading->join(pages, path);
     if (!joined)
         return joined.error();
     return path;
 }
 
-Result<QString> JobDocument::postScript(const PageRange& range, int times, bool setsPageSize,
+Result<QString> JobDocument::postScript(const PageSelection& pages, int times, bool setsPageSize,
                                         const CancelFlag* cancel) const {
-    const Result<QString> pdf = excerpt(range, cancel);
+    const Result<QString> pdf = excerpt(pages, cancel);
     if (!pdf)
         return pdf.error();
     const worker::Interpret request{worker::Interpret::Target::PostScript,

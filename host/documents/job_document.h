@@ -49,17 +49,15 @@ public:
     /// The bare name of the first file: a job's title when the user gives none.
     const QString& name() const { return mName; }
 
-    /// How many of its pages lie in `range`.
-    int pagesIn(const PageRange& range) const;
-    /// Path of a PDF of just these pages; pdf() for all. @param range  holds at least one page.
+    /// Path of a PDF of just these pages; pdf() for all. @param pages  at least one is there.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> excerpt(const PageRange& range, const CancelFlag* cancel = nullptr) const;
+    Result<QString> excerpt(const PageSelection& pages, const CancelFlag* cancel = nullptr) const;
 
-    /// Path of these pages as PostScript of any printer, each `times` times: the whole range, then
-    /// the whole range again. @param range  holds at least one page. @param times  1 or more.
+    /// Path of these pages as PostScript of any printer, each `times` times: all of them, then
+    /// all of them again. @param pages  at least one is there. @param times  1 or more.
     /// @param setsPageSize  whether the PostScript asks for the pages' measures as paper.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> postScript(const PageRange& range, int times, bool setsPageSize,
+    Result<QString> postScript(const PageSelection& pages, int times, bool setsPageSize,
                                const CancelFlag* cancel = nullptr) const;
 
 private:

@@ -9,7 +9,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "host/core/failure.h"
@@ -35,6 +34,15 @@ worker::Paper sent(const JobPaper& paper) {
 
 std::optional<worker::Paper> sent(const std::optional<JobPaper>& paper) {
     return paper ? std::optional(sent(*paper)) : std::nullopt;
+}
+
+std::vector<worker::PageRun> sent(const PageSelection& pages) {
+    static_assert(PageSelection::kMostRanges <= worker::kMostRuns);
+    std::vector<worker::PageRun> runs;
+    for (const PageRange& range : pages.ranges())
+        runs.push_back(
+            {static_cast<std::uint32_t>(range.first), static_cast<std::uint32_t>(range.last)});
+    return runs;
 }
 
 /// What drawings are laid out on where no paper is chosen. Points.
@@ -125,15 +133,11 @@ Result<QString> JobReading::drawn(const QString& path, const QString& about,
     return target;
 }
 
-Result<Done> JobReading::join(const PageRange& range, const QString& target) {
+Result<Done> JobReading::join(const PageSelection& pages, const QString& target) {
     const Descriptor made = newFile(target);
     if (!made)
         return cannotWrite(target);
-    const worker::Join request{static_cast<std::uint32_t>(range.first),
-                               range.last == PageRange::kToTheEnd
-                                   ? std::numeric_limits<std::uint32_t>::max()
-                                   : static_cast<std::uint32_t>(range.last),
-                               sent(mPaper)};
+    const worker::Join request{sent(pages), sent(mPaper)};
     const Result<worker::Answer> answer = mWorker.ask(
         request, {mNames.join(QStringLiteral(", ")), {made.number()}, target, mCancel, mNames});
     if (!answer)

@@ -33,8 +33,8 @@ public:
     /// @param path  of the copy. @param about  what the user calls the file.
     Result<File> read(const QString& path, const QString& about);
 
-    /// Writes the pages of all files that lie in `range` to the new file `target`.
-    Result<Done> join(const PageRange& range, const QString& target);
+    /// Writes these pages of all files to the new file `target`.
+    Result<Done> join(const PageSelection& pages, const QString& target);
 
 private:
     JobReading(DocumentWorker worker, QString folder, const std::optional<JobPaper>& paper,

@@ -31,16 +31,6 @@ struct PageRange {
     }
 };
 
-/// "3-5", "3-" (to the end), "-5" (from the start) or "3". Nothing for any other text, for a page
-/// 0 and for a range that runs backwards.
-std::optional<PageRange> parsePageRange(const QString& text);
-
-/// The range written in the same way, open ends left out.
-QString toString(const PageRange& range);
-
-/// The sentence for a range that lies behind the last of `pages` pages.
-QString noSuchPage(const PageRange& range, int pages);
-
 /// The pages of a job that are printed, counted from 1 through all of its files. They come in
 /// ascending order, each once, however they were typed.
 class PageSelection {

@@ -29,7 +29,12 @@ void check(const Open& open) {
     check(open.paper);
 }
 void check(const Join& join) {
-    require(join.first >= 1 && join.first <= join.last, "a range runs forwards from page 1");
+    require(join.pages.size() <= kMostRuns, "pages are bounded");
+    std::uint64_t free = 1;
+    for (const PageRun& run : join.pages) {
+        require(run.first >= free && run.first <= run.last, "pages run forwards, apart, from 1");
+        free = std::uint64_t{run.last} + 2;
+    }
     check(join.paper);
 }
 void check(const Draw& draw) {

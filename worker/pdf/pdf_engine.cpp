@@ -149,6 +149,12 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Pape
     return fresh;
 }
 
+bool isAskedFor(std::uint32_t page, const std::vector<PageRun>& runs) {
+    return runs.empty() || std::any_of(runs.begin(), runs.end(), [page](const PageRun& run) {
+               return page >= run.first && page <= run.last;
+           });
+}
+
 /// One opened file.
 class Content {
 public:
@@ -246,8 +252,7 @@ private:
         for (std::size_t file = 0; file < mFiles.size(); ++file) {
             try {
                 for (QPDFPageObjectHelper& page : mFiles[file]->pages()) {
-                    ++number;
-                    if (number < request.first || number > request.last)
+                    if (!isAskedFor(++number, request.pages))
                         continue;
                     step();
                     pages.addPage(fitsPaper(request.paper, page)

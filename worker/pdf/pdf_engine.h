@@ -24,7 +24,7 @@ public:
     virtual Answer open(Descriptor document, const std::optional<Paper>& paper,
                         const Step& step) = 0;
 
-    /// Writes the pages of all files that lie in the range.
+    /// Writes the pages of all files that are asked for.
     ///
     /// A page that has the paper's measure stays untouched. Any other is centred on a page of the
     /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,

@@ -27,6 +27,9 @@ public:
     void field(Problem problem) { field(static_cast<std::uint8_t>(problem)); }
     void field(Interpret::Target target) { field(static_cast<std::uint8_t>(target)); }
 
+    /// What is written comes from this side.
+    void refuse() {}
+
     std::string take() { return std::move(mMessage); }
 
 private:
@@ -72,6 +75,7 @@ public:
             upTo(static_cast<std::uint8_t>(Interpret::Target::PostScript)));
     }
     void require(bool condition) { mIsRight = mIsRight && condition; }
+    void refuse() { require(false); }
 
 private:
     std::uint8_t upTo(std::uint8_t largest) {
@@ -118,9 +122,21 @@ void walk(Fields& fields, Open& open) {
 }
 
 template<typename Fields>
+void walk(Fields& fields, std::vector<PageRun>& runs) {
+    auto count = static_cast<std::uint32_t>(std::min(runs.size(), kMostRuns));
+    fields.field(count);
+    if (count > kMostRuns)
+        return fields.refuse();
+    runs.resize(count);
+    for (PageRun& run : runs) {
+        fields.field(run.first);
+        fields.field(run.last);
+    }
+}
+
+template<typename Fields>
 void walk(Fields& fields, Join& join) {
-    fields.field(join.first);
-    fields.field(join.last);
+    walk(fields, join.pages);
     walk(fields, join.paper);
 }
 
@@ -170,7 +186,13 @@ bool makesSense(const Message&) {
     return true;
 }
 bool makesSense(const Join& join) {
-    return join.first >= 1 && join.first <= join.last;
+    std::uint64_t free = 1;
+    for (const PageRun& run : join.pages) {
+        if (run.first < free || run.last < run.first)
+            return false;
+        free = std::uint64_t{run.last} + 2;
+    }
+    return true;
 }
 bool makesSense(const Draw& draw) {
     return draw.kind != DocumentKind::PDF && draw.kind != DocumentKind::PostScript;

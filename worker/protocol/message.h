@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace labelcut::worker {
 
@@ -47,11 +48,19 @@ struct Open {
     std::optional<Paper> paper;
 };
 
-/// With the target's descriptor: writes the pages `first` … `last`, counted from 1 through all
-/// files that were opened, in their order. See PdfEngine::join(). Answer: Done.
-struct Join {
+/// Pages first … last, counted from 1 through all files that were opened, in their order.
+struct PageRun {
     std::uint32_t first = 1;
-    std::uint32_t last = UINT32_MAX;
+    std::uint32_t last = 1;
+};
+/// So many of them, a paper and what stands between fit one message.
+inline constexpr std::size_t kMostRuns = 500;
+
+/// With the target's descriptor: writes pages of all files that were opened. See
+/// PdfEngine::join(). Answer: Done.
+struct Join {
+    /// Ascending, with a page at least between two of them; none: every page.
+    std::vector<PageRun> pages;
     std::optional<Paper> paper;
 };
 

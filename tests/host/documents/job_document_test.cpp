@@ -29,6 +29,10 @@ std::string refusal(const QString& path) {
     return document ? std::string("taken") : document.error().sentence.toStdString();
 }
 
+PageSelection pages(const char* text) {
+    return parsePageSelection(QString::fromLatin1(text)).value();
+}
+
 /// Whether `inner` lies within the printable area of the tape, half a point of rounding allowed.
 bool isPrintable(const QRectF& inner) {
     return QRectF(3, 3, 62, 136).adjusted(-0.5, -0.5, 0.5, 0.5).contains(inner);
@@ -137,13 +141,14 @@ TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
         folder.pdf(QStringLiteral("a.pdf"), {{10, 100}, {20, 100}, {30, 100}, {40, 100}});
     const Result<JobDocument> document = JobDocument::prepare({file}, std::nullopt);
     ASSERT_TRUE(document);
-    EXPECT_EQ(document->pagesIn({2, 3}), 2);
-    EXPECT_EQ(document->pagesIn({4, 9}), 1);
-    EXPECT_EQ(document->pagesIn({5, 9}), 0);
-    const Result<QString> excerpt = document->excerpt({2, 3});
+    const Result<QString> excerpt = document->excerpt(pages("2-3"));
     ASSERT_TRUE(excerpt) << excerpt.error().sentence.toStdString();
     EXPECT_EQ(test::pageSizes(*excerpt), (std::vector<QSizeF>{{20, 100}, {30, 100}}));
-    EXPECT_EQ(*document->excerpt({1, PageRange::kToTheEnd}), document->pdf());
+    const Result<QString> several = document->excerpt(pages("4,1,9"));
+    ASSERT_TRUE(several) << several.error().sentence.toStdString();
+    EXPECT_EQ(test::pageSizes(*several), (std::vector<QSizeF>{{10, 100}, {40, 100}}));
+    for (const char* all : {"1-", "-4", "3-4,1-2,9"})
+        EXPECT_EQ(*document->excerpt(pages(all)), document->pdf()) << all;
 }
 
 TEST(JobDocumentTest, AnEncryptedPdfIsRefusedByName) {
