@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 #include "host/core/failure.h"
 #include "host/documents/documents.h"
 #include "host/documents/job_reading.h"
@@ -35,10 +37,16 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
             return opened.error();
         canStay = canStay && opened->fits && !opened->isEncrypted && !opened->isRepaired;
     }
+    auto measures = reading->measures(document.mPages,
+                                      QDir(document.folder()).filePath(QStringLiteral("measures")));
+    if (!measures)
+        return measures.error();
+    document.mMeasures = std::move(*measures);
     if (canStay)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
-    const Result<Done> joined = reading->join({}, document.mPdf);
+    const Result<Done> joined =
+        reading->join({{}, false, 1, paper, worker::Fit::Scale}, document.mPdf);
     if (!joined)
         return joined.error();
     return document;
@@ -56,7 +64,8 @@ Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading
     if (!read)
         return read.error();
     mPdf = read->pdf;
-    mPages += static_cast<int>(read->opened.pages);
+    mPagesOfFiles.push_back(static_cast<int>(read->opened.pages));
+    mPages += mPagesOfFiles.back();
     if (read->opened.isRepaired)
         mRepaired << file;
     return read->opened;
@@ -78,7 +87,7 @@ Result<QString> JobDocument::excerpt(const PageSelection& pages, const CancelFla
     // A name of its own each time: nothing is written over.
     QString path = QDir(folder()).filePath(
         QStringLiteral("pages%1.pdf").arg(QDir(folder()).entryList(QDir::Files).size()));
-    const Result<Done> joined = reading->join(pages, path);
+    const Result<Done> joined = reading->join({pages, false, 1, std::nullopt, {}}, path);
     if (!joined)
         return joined.error();
     return path;

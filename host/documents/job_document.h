@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "host/core/call_limits.h"
 #include "host/core/result.h"
@@ -40,6 +41,11 @@ public:
     const QString& pdf() const { return mPdf; }
     /// How many pages it has; at least 1.
     int pages() const { return mPages; }
+    /// How many of them each file has, in order.
+    const std::vector<int>& pagesOfFiles() const { return mPagesOfFiles; }
+    /// The measure at which each page is shown, before it is laid out. Points, each 0 …
+    /// worker::kLongestSide.
+    const std::vector<QSizeF>& measures() const { return mMeasures; }
     /// Those of the files that were damaged and could be repaired: pages may lack something.
     const QStringList& repaired() const { return mRepaired; }
     /// One for each file, to tell whether it is still what it was; see DocumentCopy.
@@ -70,6 +76,8 @@ private:
     QString mPdf;
     QString mName;
     int mPages = 0;
+    std::vector<int> mPagesOfFiles;
+    std::vector<QSizeF> mMeasures;
     QStringList mRepaired;
     QByteArrayList mDigests;
 };

@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "worker/protocol/page_fit.h"
+
 namespace labelcut {
 
 /// The paper that a job's pages are laid out on. Points, 1/72 inch.
@@ -60,6 +62,18 @@ public:
 
 private:
     std::vector<PageRange> mRanges;
+};
+
+/// What of a document is sent, and how.
+struct Composition {
+    PageSelection pages;
+    /// The last page first.
+    bool isReversed = false;
+    /// Each page so often in a row; 1 … kMaxCopies (host/core/copies.h).
+    int repeats = 1;
+    /// What pages are laid out on, as placed() says; nothing: they keep their measure.
+    std::optional<JobPaper> paper;
+    worker::Fit fit = worker::Fit::Unchanged;
 };
 
 /// "1,3,5-7,9-": pages and ranges, "9-" to the end, "-5" from the start, parted by commas. Nothing

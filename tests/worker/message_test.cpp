@@ -19,11 +19,12 @@ const std::vector<Request>& requests() {
         Open{},
         Open{kPaper},
         Join{},
-        Join{{{3, 5}}, kPaper},
-        Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}}, std::nullopt},
+        Join{{{3, 5}}, false, 1, kPaper, Fit::Unchanged},
+        Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}}, true, kMostRepeats, std::nullopt, kLastFit},
         Draw{DocumentKind::PlainText, kPaper},
         Interpret{},
         Interpret{Interpret::Target::PostScript, 99, false},
+        Measure{},
     };
     return all;
 }
@@ -70,14 +71,27 @@ TEST(MessageTest, EachArrivesWholeOrNotAtAll) {
 }
 
 TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
-    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 4))) << "no such request";
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 5))) << "no such request";
     EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 1, 2))) << "no truth value";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{0, 5}}, {}})))) << "pages count from 1";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{5, 4}}, {}})))) << "backwards";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{4, 5}, {2, 2}}, {}})))) << "descending";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{1, 2}, {2, 3}}, {}})))) << "overlapping";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{1, 2}, {3, 3}}, {}})))) << "touching";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{{{1, UINT32_MAX}, {2, 3}}, {}}))));
+    for (const std::vector<PageRun>& pages : std::vector<std::vector<PageRun>>{
+             {{0, 5}},                  // pages count from 1
+             {{5, 4}},                  // backwards
+             {{4, 5}, {2, 2}},          // descending
+             {{1, 2}, {2, 3}},          // overlapping
+             {{1, 2}, {3, 3}},          // touching
+             {{1, UINT32_MAX}, {2, 3}}, // behind the last
+         }) {
+        Join join;
+        join.pages = pages;
+        EXPECT_FALSE(decodeRequest(encode(Request(join)))) << pages.front().first;
+    }
+    for (const std::uint32_t repeats : {0U, kMostRepeats + 1}) {
+        Join join;
+        join.repeats = repeats;
+        EXPECT_FALSE(decodeRequest(encode(Request(join)))) << repeats;
+    }
+    const std::string join = encode(Request(Join{}));
+    EXPECT_FALSE(decodeRequest(changed(join, join.size() - 1, 4))) << "no such fit";
     EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PDF, kPaper}))));
     EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PostScript, kPaper}))));
     EXPECT_FALSE(decodeRequest(encode(Request(Interpret{{}, 0, true}))));

@@ -30,6 +30,8 @@ void check(const Open& open) {
 }
 void check(const Join& join) {
     require(join.pages.size() <= kMostRuns, "pages are bounded");
+    require(join.repeats >= 1 && join.repeats <= kMostRepeats, "pages are repeated within bounds");
+    require(join.fit <= kLastFit, "a fit is one of the known");
     std::uint64_t free = 1;
     for (const PageRun& run : join.pages) {
         require(run.first >= free && run.first <= run.last, "pages run forwards, apart, from 1");
@@ -46,6 +48,7 @@ void check(const Draw& draw) {
 void check(const Interpret& interpret) {
     require(interpret.times >= 1, "a document is interpreted at least once");
 }
+void check(const Measure&) {}
 void check(const Progress&) {}
 void check(const Kind& kind) {
     require(kind.kind <= kLastKind, "a kind is one of the known");

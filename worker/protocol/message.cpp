@@ -26,6 +26,7 @@ public:
     void field(DocumentKind kind) { field(static_cast<std::uint8_t>(kind)); }
     void field(Problem problem) { field(static_cast<std::uint8_t>(problem)); }
     void field(Interpret::Target target) { field(static_cast<std::uint8_t>(target)); }
+    void field(Fit fit) { field(static_cast<std::uint8_t>(fit)); }
 
     /// What is written comes from this side.
     void refuse() {}
@@ -74,6 +75,7 @@ public:
         target = static_cast<Interpret::Target>(
             upTo(static_cast<std::uint8_t>(Interpret::Target::PostScript)));
     }
+    void field(Fit& fit) { fit = static_cast<Fit>(upTo(static_cast<std::uint8_t>(kLastFit))); }
     void require(bool condition) { mIsRight = mIsRight && condition; }
     void refuse() { require(false); }
 
@@ -137,7 +139,10 @@ void walk(Fields& fields, std::vector<PageRun>& runs) {
 template<typename Fields>
 void walk(Fields& fields, Join& join) {
     walk(fields, join.pages);
+    fields.field(join.isReversed);
+    fields.field(join.repeats);
     walk(fields, join.paper);
+    fields.field(join.fit);
 }
 
 template<typename Fields>
@@ -152,6 +157,9 @@ void walk(Fields& fields, Interpret& interpret) {
     fields.field(interpret.times);
     fields.field(interpret.setsPageSize);
 }
+
+template<typename Fields>
+void walk(Fields&, Measure&) {}
 
 template<typename Fields>
 void walk(Fields&, Progress&) {}
@@ -186,6 +194,8 @@ bool makesSense(const Message&) {
     return true;
 }
 bool makesSense(const Join& join) {
+    if (join.repeats < 1 || join.repeats > kMostRepeats)
+        return false;
     std::uint64_t free = 1;
     for (const PageRun& run : join.pages) {
         if (run.first < free || run.last < run.first)

@@ -80,6 +80,54 @@ TEST(JobDocumentTest, ATurnedPageCountsAsItIsShown) {
     EXPECT_GT(boxes[0].width(), boxes[0].height()) << "a single upright figure 1 lies on its side";
 }
 
+TEST(JobDocumentTest, TellsAtWhichMeasureEachPageIsShown) {
+    struct Row {
+        const char* keys;
+        QSizeF measure;
+    };
+    const Row rows[] = {
+        {"/MediaBox [0 0 100 50]", {100, 50}},
+        {"/MediaBox [20 70 120 20]", {100, 50}},
+        {"/MediaBox [0 0 100 50] /Rotate 90", {50, 100}},
+        {"/MediaBox [0 0 100 50] /Rotate -450", {50, 100}},
+        {"/MediaBox [0 0 100 50] /Rotate 45", {100, 50}},
+        {"/MediaBox [0 0 100 50] /UserUnit 2", {200, 100}},
+        {"/MediaBox [0 0 100 50] /UserUnit -2", {100, 50}},
+        {"/MediaBox [0 0 100 50] /CropBox [10 10 30 40]", {20, 30}},
+        {"/MediaBox [0 0 100 50] /CropBox [10 -10 300 40]", {90, 40}},
+        {"/MediaBox [0 0 100 50] /CropBox [200 0 300 40]", {100, 50}},
+        {"/MediaBox [0 0 0.2835 0.2835]", {0.2835, 0.2835}}, // 0.1 mm
+        {"/MediaBox [0 0 28346.5 100]", {28346.5, 100}},     // 10 m
+        {"/MediaBox [0 0 3000000 100]", {1'000'000, 100}},
+        {"/MediaBox [0 0 0 0]", {612, 792}},
+        {"/MediaBox [0 0]", {612, 792}},
+        {"", {612, 792}},
+    };
+    const test::Folder folder;
+    const QByteArray plain = test::contentOf(folder.pdf(QStringLiteral("a.pdf"), {{7, 7}}));
+    const qsizetype from = plain.indexOf("/MediaBox");
+    const qsizetype to = plain.indexOf(']', from) + 1;
+    QStringList files;
+    for (const Row& row : rows) {
+        QByteArray bytes = plain;
+        bytes.replace(from, to - from, row.keys);
+        files << folder.file(QStringLiteral("%1.pdf").arg(files.size()), bytes);
+    }
+    files << folder.pdf(QStringLiteral("two.pdf"), {{10, 20}, {30, 40}});
+    const Result<JobDocument> document = JobDocument::prepare(files, std::nullopt);
+    ASSERT_TRUE(document) << document.error().sentence.toStdString();
+    std::vector<int> pages(std::size(rows), 1);
+    pages.push_back(2);
+    EXPECT_EQ(document->pagesOfFiles(), pages);
+    ASSERT_EQ(document->measures().size(), std::size(rows) + 2);
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_NEAR(document->measures()[i].width(), rows[i].measure.width(), 1e-6) << rows[i].keys;
+        EXPECT_NEAR(document->measures()[i].height(), rows[i].measure.height(), 1e-6)
+            << rows[i].keys;
+    }
+    EXPECT_EQ(document->measures().back(), QSizeF(30, 40));
+}
+
 TEST(JobDocumentTest, SeveralFilesOfSeveralKindsBecomeOneDocument) {
     const test::Folder folder;
     const QStringList files{
