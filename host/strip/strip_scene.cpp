@@ -14,6 +14,7 @@ constexpr int kTape = 80;  ///< The tape's width on the screen at a zoom of 1.
 constexpr int kThinnest = 24;
 constexpr int kJoint = 14;
 constexpr int kJointBelow = 24;
+constexpr int kBelow = 20; ///< Around the numbers below the tape, and the bar.
 constexpr int kLead = 30;
 constexpr int kMouth = 30;
 constexpr int kMargin = 6;
@@ -106,7 +107,7 @@ std::int64_t firstOfEnd(const Row& row, std::int64_t labels, int room) {
 } // namespace
 
 int stripHeight(int line) {
-    return kMarks + kTape + kJoint + line;
+    return kMarks + kTape + kBelow + line;
 }
 
 StripScene sceneOf(const JobPlan& plan, const StripRoom& room) {
