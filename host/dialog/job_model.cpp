@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/job/marked_paper.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -196,12 +197,12 @@ void JobModel::applyFix() {
 
 void JobModel::setFiles(const QStringList& files) {
     mAmount.files = files;
-    mPageCount = 0;
+    mDocument.reset();
     Q_EMIT changed();
 }
 
-void JobModel::setPageCount(int pages) {
-    mPageCount = pages;
+void JobModel::setDocument(std::shared_ptr<const DocumentPages> pages) {
+    mDocument = std::move(pages);
     Q_EMIT changed();
 }
 
@@ -226,6 +227,16 @@ void JobModel::setPages(const PageSelection& pages) {
     Q_EMIT changed();
 }
 
+void JobModel::setFit(worker::Fit fit) {
+    if (fit == mAmount.fit)
+        return;
+    followActs();
+    mAmount.fit = fit;
+    if (mPrinter)
+        mSteps.step(chosen(), UndoSteps::Kind::Pages);
+    Q_EMIT changed();
+}
+
 void JobModel::applyPages() {
     if (mPrinter)
         mPrinter->setPageRange(mAmount.pages.hull());
@@ -238,10 +249,29 @@ void JobModel::setRangeUnderstood(bool understood) {
     Q_EMIT changed();
 }
 
+JobPlan JobModel::planFor(std::shared_ptr<const DocumentPages> document) const {
+    PlanInput input;
+    input.document = std::move(document);
+    input.pages = mAmount.pages;
+    input.copies = mAmount.copies;
+    input.isReversed = mAmount.isReversed;
+    input.isCollated = mAmount.isCollated;
+    input.fit = mAmount.fit;
+    input.paper = markedPaper(ppd());
+    input.cuts = mPrinter->cutPlan();
+    return JobPlan(std::move(input));
+}
+
+std::optional<JobPlan> JobModel::plan() const {
+    if (!mPrinter || !mDocument || !mRangeUnderstood)
+        return std::nullopt;
+    return planFor(mDocument);
+}
+
 int JobModel::labelCount() const {
     if (!mRangeUnderstood)
         return 0;
-    return mAmount.pages.countIn(mPageCount) * mAmount.copies;
+    return mAmount.pages.countIn(pageCount()) * mAmount.copies;
 }
 
 void JobModel::save() {

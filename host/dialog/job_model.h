@@ -14,6 +14,7 @@
 
 #include "host/dialog/undo_steps.h"
 #include "host/job/order.h"
+#include "host/plan/job_plan.h"
 #include "host/printers/opened_printer.h"
 #include "host/settings/constraints.h"
 
@@ -97,16 +98,24 @@ public:
     /// @{
     void setFiles(const QStringList& files);
     const QStringList& files() const { return mAmount.files; }
-    /// How many pages the document has; 0 while that is not known.
-    void setPageCount(int pages);
-    int pageCount() const { return mPageCount; }
+    /// The document has been read. @param pages  of it; null: it is not known any more.
+    void setDocument(std::shared_ptr<const DocumentPages> pages);
+    /// How many pages it has; 0 while that is not known.
+    int pageCount() const { return mDocument ? static_cast<int>(mDocument->measures.size()) : 0; }
     void setCopies(int copies);
     int copies() const { return mAmount.copies; }
     void setPages(const PageSelection& pages);
     const PageSelection& pages() const { return mAmount.pages; }
+    void setFit(worker::Fit fit);
+    worker::Fit fit() const { return mAmount.fit; }
     /// False while the user types something that is no range: pages() is then the last one that
     /// was, and nobody knows how many labels are wanted.
     void setRangeUnderstood(bool understood);
+    /// The job label by label; nothing without a printer, and while the document's pages or the
+    /// range are not known.
+    std::optional<JobPlan> plan() const;
+    /// The same for pages that are not the document's.
+    JobPlan planFor(std::shared_ptr<const DocumentPages> document) const;
     /// Labels that come out; 0 while the document's pages or the range are not known.
     int labelCount() const;
     /// @}
@@ -144,7 +153,8 @@ private:
     Settings mLatest;
     Amount mAmount;
     bool mRangeUnderstood = true;
-    int mPageCount = 0;
+    /// Null while it is not known.
+    std::shared_ptr<const DocumentPages> mDocument;
     /// Callbacks of the panels whose users have acted since the last look.
     std::set<const PDEPluginCallback*> mActing;
 };

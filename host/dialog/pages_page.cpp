@@ -9,9 +9,9 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
-#include "host/texts/length.h"
 #include "host/dialog/option_editor.h"
 #include "host/texts/host_text.h"
+#include "host/texts/length.h"
 
 namespace labelcut {
 

@@ -19,6 +19,8 @@ struct JobPaper {
     QSizeF size;
     /// What the printer can print on, measured from the top left corner; never empty.
     QRectF printable;
+
+    bool operator==(const JobPaper&) const = default;
 };
 
 /// Pages first … last, counted from 1 through all files of a job.

@@ -397,11 +397,19 @@ TEST_F(JobModelTest, AConflictIsNeverSolvedByItself) {
     EXPECT_FALSE(mModel.conflicts().empty());
 }
 
+/// Pages of the tape's measure.
+std::shared_ptr<const DocumentPages> documentOf(int pages) {
+    auto document = std::make_shared<DocumentPages>();
+    document->ofFiles = {pages};
+    document->measures.assign(static_cast<std::size_t>(pages), {68, 142});
+    return document;
+}
+
 TEST_F(JobModelTest, LabelsAreCountedByPagesRangeAndCopies) {
     open(kTapePpd);
     EXPECT_EQ(mModel.labelCount(), 0);
     mModel.setFiles({kLabels});
-    mModel.setPageCount(12);
+    mModel.setDocument(documentOf(12));
     EXPECT_EQ(mModel.labelCount(), 12);
     mModel.setCopies(3);
     mModel.setPages(PageSelection({2, 5}));
@@ -422,7 +430,7 @@ TEST_F(JobModelTest, TheSentenceSaysWhatWillHappen) {
     showPanel();
     mModel.setFiles({kLabels});
     EXPECT_EQ(jobSentence(mModel).toStdString(), "Labels on 24 mm tape, auto cut, half cut");
-    mModel.setPageCount(1);
+    mModel.setDocument(documentOf(1));
     EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, auto cut, half cut");
     mModel.chooseAll({{kHalfCut, kOff}, {kAutoCut, kOff}});
     EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, no cut options");
