@@ -13,47 +13,22 @@
 
 #include "host/settings/conflict_resolver.h"
 #include "host/settings/constraints.h"
+#include "tests/support/conflicting_lines.h"
 #include "tests/support/job_fixtures.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace labelcut::ppd {
 
+using test::circle;
+using test::longSearch;
+using test::optionLines;
+using test::switches;
+
 namespace {
 
 QByteArray number(int i) {
     return QByteArray::number(i);
-}
-
-QByteArray optionLines(const QByteArray& keyword, const QByteArrayList& choices) {
-    QByteArray lines = "*OpenUI *" + keyword + "/" + keyword + ": PickOne\n*Default" + keyword +
-                       ": " + choices.front() + '\n';
-    for (const QByteArray& choice : choices)
-        lines += "*" + keyword + " " + choice + ": \"\"\n";
-    return lines + "*CloseUI: *" + keyword + '\n';
-}
-
-QByteArray switches(int count) {
-    QByteArray lines;
-    for (int i = 0; i < count; ++i)
-        lines += optionLines("O" + number(i), {"OFF", "ON"});
-    return lines;
-}
-
-/// Every option against the next, each with a way out that breaks the one after.
-QByteArray circle(int count) {
-    QByteArray lines = switches(count);
-    for (int i = 0; i < count; ++i) {
-        const QByteArray next = "O" + number((i + 1) % count);
-        lines += "*cupsUIConstraints R" + number(i) + ": \"*O" + number(i) + " ON *" + next +
-                 " ON\"\n*cupsUIResolver R" + number(i) + ": \"*" + next + " ON\"\n";
-    }
-    return lines;
-}
-
-/// Each way out has to be held against all of the constraints before the circle first.
-QByteArray longSearch(int count) {
-    return QByteArray("*cupsUIConstraints: \"*O0 OFF *O1 OFF\"\n").repeated(5'000) + circle(count);
 }
 
 QByteArray chain(int count) {
