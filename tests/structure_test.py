@@ -12,7 +12,7 @@ ORDER = {
     "platform": "printing dialog toolkit",
     "plugins/cut_options": "diagnostics fields preview frame options object",
     "worker": "protocol cage kinds pdf drawing program",
-    "host": "texts core settings service documents panels printers job presets script snapshot "
+    "host": "texts core settings service documents panels printers job plan presets script snapshot "
             "dialog cli",
 }
 # Parts of the tree, or folders of them, that the folders of a part may build on besides.

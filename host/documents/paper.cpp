@@ -2,6 +2,9 @@
 #include "host/documents/paper.h"
 
 #include <QRegularExpression>
+#include <QStringList>
+
+#include <algorithm>
 
 #include "host/texts/host_text.h"
 
@@ -34,6 +37,73 @@ QString toString(const PageRange& range) {
 
 QString noSuchPage(const PageRange& range, int pages) {
     return hostText("NoSuchPages").arg(toString(range), QString::number(pages));
+}
+
+PageSelection::PageSelection(const PageRange& range)
+    : PageSelection(std::vector{range}) {}
+
+PageSelection::PageSelection(std::vector<PageRange> ranges) {
+    std::ranges::sort(ranges, {}, &PageRange::first);
+    for (const PageRange& range : ranges) {
+        // The last page of all has none behind it.
+        const bool touches = !mRanges.empty() && (mRanges.back().last == PageRange::kToTheEnd ||
+                                                  range.first <= mRanges.back().last + 1);
+        if (touches)
+            mRanges.back().last = std::max(mRanges.back().last, range.last);
+        else
+            mRanges.push_back(range);
+    }
+    if (mRanges.size() == 1 && mRanges.front().isEverything())
+        mRanges.clear();
+}
+
+PageRange PageSelection::hull() const {
+    if (isEverything())
+        return {};
+    return {mRanges.front().first, mRanges.back().last};
+}
+
+int PageSelection::countIn(int pages) const {
+    if (isEverything())
+        return pages;
+    int count = 0;
+    for (const PageRange& range : mRanges)
+        count += std::max(0, std::min(range.last, pages) - range.first + 1);
+    return count;
+}
+
+int PageSelection::pageAt(int index) const {
+    for (const PageRange& range : mRanges) {
+        if (index <= range.last - range.first)
+            return range.first + index;
+        index -= range.last - range.first + 1;
+    }
+    return index + 1;
+}
+
+std::optional<PageSelection> parsePageSelection(const QString& text) {
+    std::vector<PageRange> ranges;
+    const QStringList parts = text.split(u',');
+    if (static_cast<std::size_t>(parts.size()) > PageSelection::kMostRanges)
+        return std::nullopt;
+    for (const QString& part : parts) {
+        const std::optional<PageRange> range = parsePageRange(part);
+        if (!range)
+            return std::nullopt;
+        ranges.push_back(*range);
+    }
+    return PageSelection(std::move(ranges));
+}
+
+QString toString(const PageSelection& selection) {
+    QStringList parts;
+    for (const PageRange& range : selection.ranges())
+        parts << toString(range);
+    return parts.join(u',');
+}
+
+QString noSuchPage(const PageSelection& selection, int pages) {
+    return hostText("NoSuchPages").arg(toString(selection), QString::number(pages));
 }
 
 } // namespace labelcut

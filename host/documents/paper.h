@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 namespace labelcut {
 
@@ -39,5 +40,47 @@ QString toString(const PageRange& range);
 
 /// The sentence for a range that lies behind the last of `pages` pages.
 QString noSuchPage(const PageRange& range, int pages);
+
+/// The pages of a job that are printed, counted from 1 through all of its files. They come in
+/// ascending order, each once, however they were typed.
+class PageSelection {
+public:
+    /// More ranges are refused by parsePageSelection(): nobody types so many.
+    static constexpr std::size_t kMostRanges = 500;
+
+    /// Every page.
+    PageSelection() = default;
+    explicit PageSelection(const PageRange& range);
+    /// Ranges that overlap or touch become one; none of them: every page.
+    explicit PageSelection(std::vector<PageRange> ranges);
+
+    /// Ascending and apart; empty for every page.
+    const std::vector<PageRange>& ranges() const { return mRanges; }
+    bool isEverything() const { return mRanges.empty(); }
+    /// From the first page to the last, with what lies between.
+    PageRange hull() const;
+    /// How many of a document's `pages` are selected.
+    int countIn(int pages) const;
+    /// The selected page at `index`, counted from 0. @param index  below countIn() of the document.
+    int pageAt(int index) const;
+
+    friend bool operator==(const PageSelection& a, const PageSelection& b) {
+        return a.mRanges == b.mRanges;
+    }
+
+private:
+    std::vector<PageRange> mRanges;
+};
+
+/// "1,3,5-7,9-": pages and ranges, "9-" to the end, "-5" from the start, parted by commas. Nothing
+/// for any other text, for a page 0, for a range that runs backwards and for more than
+/// PageSelection::kMostRanges.
+std::optional<PageSelection> parsePageSelection(const QString& text);
+
+/// The selection written in the same way; empty for every page.
+QString toString(const PageSelection& selection);
+
+/// The sentence for a selection that lies behind the last of `pages` pages.
+QString noSuchPage(const PageSelection& selection, int pages);
 
 } // namespace labelcut

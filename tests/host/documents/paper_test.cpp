@@ -54,4 +54,48 @@ TEST(PaperTest, PageRangesAreWrittenAsTheyAreRead) {
         EXPECT_EQ(toString(*parsePageRange(QString::fromLatin1(text))), QString::fromLatin1(text));
 }
 
+TEST(PageSelection, ReadsPagesAndRangesInEveryForm) {
+    struct Row {
+        const char* text;
+        const char* written;
+    };
+    const Row rows[] = {{"1,3,5-7,9-", "1,3,5-7,9-"},
+                        {"3,1", "1,3"},
+                        {"1-3, 4 ,2-5", "1-5"},
+                        {"5-,7", "5-"},
+                        {"7,5-", "5-"},
+                        {"-2,2", "1-2"},
+                        {"1-", ""}};
+    for (const Row& row : rows) {
+        const auto selection = parsePageSelection(QString::fromLatin1(row.text));
+        ASSERT_TRUE(selection) << row.text;
+        EXPECT_EQ(toString(*selection), QString::fromLatin1(row.written)) << row.text;
+    }
+    for (const char* text : {"", ",", "1,", ",1", "1;3", "3-1,5", "0", "1,0-2", "a"})
+        EXPECT_FALSE(parsePageSelection(QString::fromLatin1(text))) << text;
+}
+
+TEST(PageSelection, RefusesMoreRangesThanAnybodyTypes) {
+    QStringList pages;
+    for (std::size_t i = 0; i < PageSelection::kMostRanges; ++i)
+        pages << QString::number(2 * i + 1);
+    EXPECT_EQ(parsePageSelection(pages.join(u','))->ranges().size(), PageSelection::kMostRanges);
+    EXPECT_FALSE(parsePageSelection(pages.join(u',') + QStringLiteral(",9999")));
+}
+
+TEST(PageSelection, CountsAndFindsItsPages) {
+    const PageSelection some = *parsePageSelection(QStringLiteral("2,4-5,9-"));
+    EXPECT_EQ(some.countIn(12), 7);
+    EXPECT_EQ(some.countIn(4), 2);
+    EXPECT_EQ(some.countIn(1), 0);
+    const int expected[] = {2, 4, 5, 9, 10, 11, 12};
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(some.pageAt(i), expected[i]);
+    EXPECT_EQ(some.hull(), (PageRange{2, PageRange::kToTheEnd}));
+    const PageSelection all;
+    EXPECT_EQ(all.countIn(12), 12);
+    EXPECT_EQ(all.pageAt(11), 12);
+    EXPECT_TRUE(all.hull().isEverything());
+}
+
 } // namespace labelcut
