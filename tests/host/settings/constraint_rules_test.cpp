@@ -306,7 +306,7 @@ TEST(ConstraintRulesTest, SearchesDifferByMarksWishesAndPpds) {
 }
 
 TEST(ConstraintRulesTest, ACancelledSearchEndsAtOnceAndHasNoWayOut) {
-    constexpr int kCount = 1'200;
+    constexpr int kCount = 120;
     const File file = allOn(longSearch(kCount), kCount);
     const ResolvingData data = resolvingData(file.get());
     CancelFlag cancel;
