@@ -242,7 +242,7 @@ void JobModel::setCopies(int copies) {
     Q_EMIT changed();
 }
 
-void JobModel::setPages(const PageRange& pages) {
+void JobModel::setPages(const PageSelection& pages) {
     if (pages == mAmount.pages)
         return;
     followActs();
@@ -255,7 +255,7 @@ void JobModel::setPages(const PageRange& pages) {
 
 void JobModel::applyPages() {
     if (mPrinter)
-        mPrinter->setPageRange(mAmount.pages);
+        mPrinter->setPageRange(mAmount.pages.hull());
 }
 
 void JobModel::setRangeUnderstood(bool understood) {
@@ -268,8 +268,7 @@ void JobModel::setRangeUnderstood(bool understood) {
 int JobModel::labelCount() const {
     if (!mRangeUnderstood)
         return 0;
-    const int last = std::min(mAmount.pages.last, mPageCount);
-    return std::max(0, last - mAmount.pages.first + 1) * mAmount.copies;
+    return mAmount.pages.countIn(mPageCount) * mAmount.copies;
 }
 
 void JobModel::save() {

@@ -110,8 +110,8 @@ public:
     int pageCount() const { return mPageCount; }
     void setCopies(int copies);
     int copies() const { return mAmount.copies; }
-    void setPages(const PageRange& pages);
-    const PageRange& pages() const { return mAmount.pages; }
+    void setPages(const PageSelection& pages);
+    const PageSelection& pages() const { return mAmount.pages; }
     /// False while the user types something that is no range: pages() is then the last one that
     /// was, and nobody knows how many labels are wanted.
     void setRangeUnderstood(bool understood);

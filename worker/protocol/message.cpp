@@ -26,6 +26,11 @@ public:
     void field(DocumentKind kind) { field(static_cast<std::uint8_t>(kind)); }
     void field(Problem problem) { field(static_cast<std::uint8_t>(problem)); }
     void field(Interpret::Target target) { field(static_cast<std::uint8_t>(target)); }
+    void field(Fit fit) { field(static_cast<std::uint8_t>(fit)); }
+
+    /// What is written comes from this side.
+    void refuse() {}
+    void field(TextDirection direction) { field(static_cast<std::uint8_t>(direction)); }
 
     std::string take() { return std::move(mMessage); }
 
@@ -71,7 +76,12 @@ public:
         target = static_cast<Interpret::Target>(
             upTo(static_cast<std::uint8_t>(Interpret::Target::PostScript)));
     }
+    void field(Fit& fit) { fit = static_cast<Fit>(upTo(static_cast<std::uint8_t>(kLastFit))); }
+    void field(TextDirection& direction) {
+        direction = static_cast<TextDirection>(upTo(static_cast<std::uint8_t>(kLastTextDirection)));
+    }
     void require(bool condition) { mIsRight = mIsRight && condition; }
+    void refuse() { require(false); }
 
 private:
     std::uint8_t upTo(std::uint8_t largest) {
@@ -118,10 +128,25 @@ void walk(Fields& fields, Open& open) {
 }
 
 template<typename Fields>
+void walk(Fields& fields, std::vector<PageRun>& runs) {
+    auto count = static_cast<std::uint32_t>(std::min(runs.size(), kMostRuns));
+    fields.field(count);
+    if (count > kMostRuns)
+        return fields.refuse();
+    runs.resize(count);
+    for (PageRun& run : runs) {
+        fields.field(run.first);
+        fields.field(run.last);
+    }
+}
+
+template<typename Fields>
 void walk(Fields& fields, Join& join) {
-    fields.field(join.first);
-    fields.field(join.last);
+    walk(fields, join.pages);
+    fields.field(join.isReversed);
+    fields.field(join.repeats);
     walk(fields, join.paper);
+    fields.field(join.fit);
 }
 
 template<typename Fields>
@@ -135,6 +160,20 @@ void walk(Fields& fields, Interpret& interpret) {
     fields.field(interpret.target);
     fields.field(interpret.times);
     fields.field(interpret.setsPageSize);
+}
+
+template<typename Fields>
+void walk(Fields&, Measure&) {}
+
+template<typename Fields>
+void walk(Fields&, Show&) {}
+
+template<typename Fields>
+void walk(Fields& fields, Render& render) {
+    fields.field(render.page);
+    fields.field(render.width);
+    fields.field(render.height);
+    fields.field(render.asksTextDirection);
 }
 
 template<typename Fields>
@@ -163,6 +202,16 @@ void walk(Fields& fields, Failed& failed) {
     fields.field(failed.file);
 }
 
+template<typename Fields>
+void walk(Fields& fields, Shown& shown) {
+    fields.field(shown.pages);
+}
+
+template<typename Fields>
+void walk(Fields& fields, Drawn& drawn) {
+    fields.field(drawn.textDirection);
+}
+
 // What a field's own type does not say.
 
 template<typename Message>
@@ -170,7 +219,15 @@ bool makesSense(const Message&) {
     return true;
 }
 bool makesSense(const Join& join) {
-    return join.first >= 1 && join.first <= join.last;
+    if (join.repeats < 1 || join.repeats > kMostRepeats)
+        return false;
+    std::uint64_t free = 1;
+    for (const PageRun& run : join.pages) {
+        if (run.first < free || run.last < run.first)
+            return false;
+        free = std::uint64_t{run.last} + 2;
+    }
+    return true;
 }
 bool makesSense(const Draw& draw) {
     return draw.kind != DocumentKind::PDF && draw.kind != DocumentKind::PostScript;
@@ -178,8 +235,19 @@ bool makesSense(const Draw& draw) {
 bool makesSense(const Interpret& interpret) {
     return interpret.times >= 1;
 }
+bool makesSense(const Render& render) {
+    const auto isSide = [](std::uint32_t side) { return side >= 1 && side <= kLargestSide; };
+    return render.page >= 1 && isSide(render.width) && isSide(render.height) &&
+           std::uint64_t{render.width} * render.height <= kMostPixels;
+}
+bool isCountOfPages(std::uint32_t pages) {
+    return pages >= 1 && pages <= kMostPages;
+}
 bool makesSense(const Opened& opened) {
-    return opened.pages >= 1 && opened.pages <= kMostPages;
+    return isCountOfPages(opened.pages);
+}
+bool makesSense(const Shown& shown) {
+    return isCountOfPages(shown.pages);
 }
 
 template<typename Message>

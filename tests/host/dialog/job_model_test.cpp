@@ -545,11 +545,13 @@ TEST_F(JobModelTest, LabelsAreCountedByPagesRangeAndCopies) {
     mModel.setPageCount(12);
     EXPECT_EQ(mModel.labelCount(), 12);
     mModel.setCopies(3);
-    mModel.setPages({2, 5});
+    mModel.setPages(PageSelection({2, 5}));
     EXPECT_EQ(mModel.labelCount(), 12);
-    mModel.setPages({11, PageRange::kToTheEnd});
+    mModel.setPages(PageSelection({11, PageRange::kToTheEnd}));
     EXPECT_EQ(mModel.labelCount(), 6);
-    mModel.setPages({40, 50});
+    mModel.setPages(*parsePageSelection(QStringLiteral("1,3,5-7,11-")));
+    EXPECT_EQ(mModel.labelCount(), 21);
+    mModel.setPages(PageSelection({40, 50}));
     EXPECT_EQ(mModel.labelCount(), 0);
     mModel.setFiles({kLabels, kLabels});
     EXPECT_EQ(mModel.pageCount(), 0) << "counted anew";
@@ -571,7 +573,7 @@ TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) 
     open(kTapePpd, {{kHalfCut, kOn}, {kQuality, QStringLiteral("Best")}});
     showPanel();
     mModel.setCopies(3);
-    mModel.setPages({2, 5});
+    mModel.setPages(PageSelection({2, 5}));
     const std::vector<SummaryGroup> groups = wholeSummary(mModel);
     ASSERT_EQ(groups.size(), 3U);
     const auto text = [](const SummaryGroup& group) {
@@ -595,8 +597,8 @@ TEST_F(JobModelTest, UndoTakesBackCopiesAndPagesToo) {
     showPanel();
     mModel.setCopies(2);
     mModel.setCopies(3);
-    mModel.setPages({2, PageRange::kToTheEnd});
-    mModel.setPages({2, 5});
+    mModel.setPages(PageSelection({2, PageRange::kToTheEnd}));
+    mModel.setPages(PageSelection({2, 5}));
     mModel.choose(kQuality, QStringLiteral("Best"));
     mModel.setCopies(4);
     mModel.undo();
@@ -604,7 +606,7 @@ TEST_F(JobModelTest, UndoTakesBackCopiesAndPagesToo) {
     EXPECT_EQ(choice(kQuality), "Best");
     mModel.undo();
     EXPECT_EQ(choice(kQuality), "Normal");
-    EXPECT_EQ(mModel.pages(), (PageRange{2, 5}));
+    EXPECT_EQ(mModel.pages(), PageSelection(PageRange{2, 5}));
     mModel.undo();
     EXPECT_TRUE(mModel.pages().isEverything()) << "typing a range is one step";
     EXPECT_EQ(mModel.copies(), 3);
@@ -636,7 +638,7 @@ TEST_F(JobModelTest, ChoicesAndCopiesOfAPresetAreOneStep) {
 
 TEST_F(JobModelTest, CopiesChosenBeforeThereIsAPrinterAreNoStep) {
     mModel.setCopies(4);
-    mModel.setPages({2, 3});
+    mModel.setPages(PageSelection({2, 3}));
     EXPECT_FALSE(mModel.canUndo());
     open(kTapePpd);
     EXPECT_FALSE(mModel.canUndo());
@@ -648,7 +650,7 @@ TEST_F(JobModelTest, TheCommandsSayTheSameAsTheJob) {
     showPanel();
     mModel.setFiles({QStringLiteral("/tmp/it's a label.pdf")});
     mModel.setCopies(2);
-    mModel.setPages({2, 5});
+    mModel.setPages(PageSelection({2, 5}));
     EXPECT_EQ(labelcutCommand(mModel).toStdString(),
               "labelcut print --ppd " + kRollPpd.toStdString() +
                   " --page-size W62x29 --set KvCutLabel=5 --set KvCutAtEnd=OFF --set KvMirror=OFF"

@@ -407,7 +407,7 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
     press("print");
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("A range is written as")));
     type(range, QStringLiteral("2-5"));
-    EXPECT_EQ(model().pages(), (PageRange{2, 5}));
+    EXPECT_EQ(model().pages(), PageSelection(PageRange{2, 5}));
     EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 4 labels");
     expectOneTruth(*mDialog);
 }
@@ -470,11 +470,11 @@ TEST_F(PrintDialogTest, ItShowsTheRangeAndCopiesThatItWasOpenedWith) {
     request.files = {kLabels};
     request.ppdPath = kTapePpd;
     request.copies = 3;
-    request.pages = {2, PageRange::kToTheEnd};
+    request.pages = PageSelection({2, PageRange::kToTheEnd});
     mDialog = openDialog(request);
     EXPECT_EQ(control<QLineEdit>("pageRange").text().toStdString(), "2-");
     EXPECT_EQ(control<QSpinBox>("copies").value(), 3);
-    EXPECT_EQ(model().pages(), (PageRange{2, PageRange::kToTheEnd}));
+    EXPECT_EQ(model().pages(), PageSelection(PageRange{2, PageRange::kToTheEnd}));
 }
 
 TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
