@@ -158,15 +158,41 @@ std::vector<Conflict> JobModel::conflicts() const {
     return findConflicts(ppd());
 }
 
-std::optional<Settings> JobModel::proposedFix(bool* gaveUp) const {
+/// Nothing without a conflict.
+std::optional<ResolutionSearch> JobModel::neededSearch() const {
     const std::vector<Conflict> found = conflicts();
     if (found.empty())
         return std::nullopt;
     // What was done last stands where it takes part, otherwise the first of the conflict does.
     const Conflict& conflict = found.front();
     const auto latest = std::ranges::find_first_of(conflict, mLatest);
-    return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest,
-                             gaveUp);
+    return resolutionSearch(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest);
+}
+
+void JobModel::searchFix() {
+    std::optional<ResolutionSearch> needed = neededSearch();
+    if (needed == mSearch)
+        return;
+    mSearching.drop();
+    mFound.reset();
+    mSearch = std::move(needed);
+    if (!mSearch)
+        return;
+    mSearching.start([this, search = *mSearch](const BackgroundCall::Link& link) {
+        link.tell([this, found = run(search, &link.cancelFlag())] {
+            mFound = found;
+            Q_EMIT fixSearched();
+        });
+    });
+}
+
+std::optional<Settings> JobModel::proposedFix(bool* gaveUp) const {
+    // What was found for other choices is none for these.
+    if (!mFound || neededSearch() != mSearch)
+        return std::nullopt;
+    if (gaveUp)
+        *gaveUp = mFound->gaveUp;
+    return mFound->changes;
 }
 
 QString JobModel::settingText(const Setting& setting) const {
@@ -191,6 +217,7 @@ QString JobModel::fixText(bool* gaveUp) const {
 }
 
 void JobModel::applyFix() {
+    followActs();
     if (const std::optional<Settings> fix = proposedFix())
         tell(chooseAll(*fix));
 }

@@ -12,6 +12,7 @@
 #include <set>
 #include <vector>
 
+#include "host/core/background_call.h"
 #include "host/dialog/undo_steps.h"
 #include "host/job/order.h"
 #include "host/plan/job_plan.h"
@@ -86,11 +87,18 @@ public:
     std::vector<Conflict> conflicts() const;
     /// The first of them as a sentence; empty when there is none.
     QString conflictSentence() const;
-    /// A way out that leaves what the user did last alone; nothing when there is none.
+    /// Looks for a way out of the first conflict that leaves what the user did last alone, on a
+    /// thread of its own; fixSearched() tells of its end. A search for something else is dropped,
+    /// and one for the same goes on or stays ended.
+    void searchFix();
+    bool isSearchingFix() const { return mSearch && !mFound; }
+    /// The way out that was found for what is chosen now; nothing when there is none, or it has
+    /// not been found yet. Searches nothing.
     /// @param gaveUp  set to true when the search for one ended at its limit; may be null.
     std::optional<Settings> proposedFix(bool* gaveUp = nullptr) const;
     /// What that changes, for people: "Half cut: Off"; empty when there is no way out.
     QString fixText(bool* gaveUp = nullptr) const;
+    /// Chooses what that changes.
     void applyFix();
     /// @}
 
@@ -133,6 +141,8 @@ Q_SIGNALS:
     void printerOpened();
     /// Any choice, or the document, is not what it was.
     void changed();
+    /// The search that searchFix() began has ended.
+    void fixSearched();
     /// A panel has given its view another size.
     void panelResized();
     /// A sentence for the user about something that could not be done as wanted.
@@ -146,6 +156,7 @@ private:
     void tell(const QStringList& sentences);
     void applyPages();
     QString settingText(const Setting& setting) const;
+    std::optional<ResolutionSearch> neededSearch() const;
 
     std::unique_ptr<OpenedPrinter> mPrinter;
     UndoSteps mSteps;
@@ -157,6 +168,10 @@ private:
     std::shared_ptr<const DocumentPages> mDocument;
     /// Callbacks of the panels whose users have acted since the last look.
     std::set<const PDEPluginCallback*> mActing;
+    /// The latest search for a way out, and its outcome once it has ended.
+    std::optional<ResolutionSearch> mSearch;
+    std::optional<Resolution> mFound;
+    BackgroundCall mSearching{this};
 };
 
 } // namespace labelcut

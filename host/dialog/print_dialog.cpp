@@ -120,6 +120,8 @@ void PrintDialog::connectParts() {
     connect(&mRefresh, &QTimer::timeout, this, &PrintDialog::refresh);
     const auto refreshSoon = [this] { mRefresh.start(0); };
     connect(&mModel, &JobModel::changed, this, refreshSoon);
+    connect(&mModel, &JobModel::fixSearched, this,
+            [this] { completeConflict(mModel, *mMessages); });
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mModel, &JobModel::printerOpened, mPages, &PageStack::rebuild);
     connect(mDocument, &DocumentRow::documentRead, mStrip, &StripPane::setDocument);
