@@ -277,6 +277,7 @@ void PagePictures::want(const std::vector<Wish>& wishes) {
         if (const auto kept = mPages.find(wish.page); kept != mPages.end())
             kept->wanted = mTime;
     }
+    forgetSome();
     if (mPdf.isEmpty() || mHasGivenUp)
         return;
     std::vector<Wish> missing;
@@ -359,6 +360,10 @@ void PagePictures::keep(int page, const QImage& picture) {
     mKept += picture.sizeInBytes() - kept.picture.sizeInBytes();
     kept.picture = picture;
     kept.wanted = mTime;
+    forgetSome();
+}
+
+void PagePictures::forgetSome() {
     while (mKept > kMostKept && forgetOne()) {
     }
 }

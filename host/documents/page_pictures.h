@@ -103,6 +103,7 @@ private:
     void take(const Outcome& outcome);
     void setTextDirection(TextDirection direction);
     void keep(int page, const QImage& picture);
+    void forgetSome();
     /// @return false when there is nothing to forget.
     bool forgetOne();
     void fail(const Outcome& outcome);

@@ -1,6 +1,7 @@
 // In the place of the library that draws pages: does what a document asks for, at every page, or at
 // those that its third line names; any other becomes grey, darker from one picture to the next.
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <sstream>
@@ -22,7 +23,7 @@ public:
     }
     Answer render(const Render& request, Descriptor target) override {
         if (isAttackedAt(request.page))
-            return Failed{Problem::NotWritten, test::carryOutDeed(mDocument, target.number()), 0};
+            return attack(target);
         const std::size_t size = std::size_t{kBytesOfPixel} * request.width * request.height;
         void* pixels = mmap(nullptr, size, PROT_WRITE, MAP_SHARED, target.number(), 0);
         std::memset(pixels, --mGrey, size);
@@ -31,6 +32,17 @@ public:
     }
 
 private:
+    /// Beside the deeds that every reader may try, those that only this one can.
+    Answer attack(const Descriptor& target) const {
+        if (asksFor("answer-wrongly"))
+            return Done();
+        if (asksFor("shorten") && ftruncate(target.number(), 1) == 0)
+            return Drawn();
+        return Failed{Problem::NotWritten, test::carryOutDeed(mDocument, target.number()), 0};
+    }
+    bool asksFor(const std::string& deed) const {
+        return mDocument.find('\n' + deed + '\n') != std::string::npos;
+    }
     bool isAttackedAt(std::uint32_t page) const {
         std::istringstream lines(mDocument);
         std::string line;
