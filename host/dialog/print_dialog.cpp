@@ -124,6 +124,7 @@ void PrintDialog::connectParts() {
             [this] { completeConflict(mModel, *mMessages); });
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mModel, &JobModel::printerOpened, mPages, &PageStack::rebuild);
+    connect(mDocument, &DocumentRow::readingStarted, mStrip, &StripPane::setReading);
     connect(mDocument, &DocumentRow::documentRead, mStrip, &StripPane::setDocument);
     connect(mPages, &PageStack::problemChanged, this, &PrintDialog::forgetMendedTyping);
     connect(&mOpener, &PrinterOpener::comingChanged, this, &PrintDialog::refresh);

@@ -6,6 +6,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 #include "host/dialog/job_model.h"
 #include "host/dialog/label_window.h"
 #include "host/dialog/line_icons.h"
@@ -84,8 +86,20 @@ StripPane::StripPane(JobModel& model, MessageBar& messages, QWidget* parent)
     });
 }
 
+void StripPane::setReading() {
+    mFigures->setText(hostText("StripReading"));
+}
+
+bool StripPane::isDrawing() const {
+    return std::ranges::any_of(mStrip->wishes(), [this](const StripView::Wish& wish) {
+        return mPictures.state(wish.page) == PagePictures::State::Waiting;
+    });
+}
+
 void StripPane::setDocument(std::shared_ptr<const JobDocument> document) {
     mMessages.remove(kPicturesMessage);
+    if (!document)
+        mFigures->setText(QString());
     const QString pdf = document ? document->pdf() : QString();
     mPictures.setDocument(pdf, std::move(document));
 }
@@ -102,7 +116,6 @@ void StripPane::refresh() {
     mMessages.remove(kMisfitMessage);
     const auto places = mModel.hasPrinter() ? placesFor(mModel.ppd()) : nullptr;
     mStrip->setPlan(places ? std::optional(mModel.planFor(places)) : std::nullopt, false);
-    mFigures->setText(QString());
     showWay();
 }
 
