@@ -12,8 +12,8 @@ ORDER = {
     "platform": "printing dialog toolkit",
     "plugins/cut_options": "diagnostics fields preview frame options object",
     "worker": "protocol cage kinds pdf drawing pages program",
-    "host": "texts core settings service documents panels printers job presets script snapshot "
-            "dialog cli",
+    "host": "texts core settings service documents panels printers job plan presets script snapshot "
+            "strip dialog cli",
 }
 # Parts of the tree, or folders of them, that the folders of a part may build on besides.
 BELOW = {"platform": [], "plugins/cut_options": ["platform"], "worker": [],

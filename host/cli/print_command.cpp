@@ -50,7 +50,7 @@ struct PrintArguments {
 struct Wish {
     QStringList files;
     Settings asked;
-    PageRange pages;
+    PageSelection pages;
     /// Empty: the files' names say it.
     QString title;
 };
@@ -66,11 +66,12 @@ Wish understood(const PrintArguments& arguments) {
         wish.files << nameFromWord(file);
     wish.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
-        const auto range = parsePageRange(QString::fromStdString(arguments.pages));
-        if (!range)
-            rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5")
+        const auto pages = parsePageSelection(QString::fromStdString(arguments.pages));
+        if (!pages)
+            rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5, or several "
+                                           "of these such as 1,3,5-7,9-")
                                 .arg(QString::fromStdString(arguments.pages)));
-        wish.pages = *range;
+        wish.pages = *pages;
     }
     wish.title = harmless(QString::fromStdString(arguments.title));
     return wish;
@@ -180,7 +181,7 @@ Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
     if (!checked)
         return checked.error();
     const Settings asked = overridden(preset ? preset->settings : Settings(), *checked);
-    printer.setPageRange(wish.pages);
+    printer.setPageRange(wish.pages.hull());
     printer.choose(asked);
     printer.insist(asked);
     printer.sayAloud(keywordsOf(asked));
@@ -239,8 +240,10 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
         command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
             ->type_name("N")
             ->check(wholeNumber("--copies", 1, kMaxCopies));
-    command->add_option("--pages", arguments->pages, "Pages counted through all files, such as 3-5")
-        ->type_name("A-B");
+    command
+        ->add_option("--pages", arguments->pages,
+                     "Pages counted through all files, such as 1,3,5-7,9-")
+        ->type_name("LIST");
     command
         ->add_option("-o,--output", arguments->output,
                      "Where the PostScript goes that is made for --ppd")

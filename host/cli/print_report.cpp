@@ -16,7 +16,7 @@ QString counted(int count, const QString& one, const QString& many) {
 
 QString amountOf(const PrintReport& report) {
     const Amount& amount = report.order->amount;
-    QString text = counted(report.document->pagesIn(amount.pages), QStringLiteral("label"),
+    QString text = counted(amount.pages.countIn(report.document->pages()), QStringLiteral("label"),
                            QStringLiteral("labels"));
     if (!amount.pages.isEverything())
         text += QStringLiteral(" (pages %1)").arg(toString(amount.pages));

@@ -17,7 +17,7 @@ struct DialogRequest {
     /// Choices beyond the defaults.
     Settings choices;
     int copies = 1;
-    PageRange pages;
+    PageSelection pages;
     /// Told as well when the queue or PPD above cannot be opened, for whoever started the program;
     /// may be empty.
     std::function<void(const QString& sentence)> complain;

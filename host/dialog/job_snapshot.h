@@ -11,7 +11,7 @@ namespace labelcut {
 struct JobSnapshot {
     Settings choices;
     int copies = 1;
-    PageRange pages;
+    PageSelection pages;
     QStringList files;
     int pageCount = 0;
 

@@ -9,9 +9,9 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
-#include "host/dialog/length.h"
 #include "host/dialog/option_editor.h"
 #include "host/texts/host_text.h"
+#include "host/texts/length.h"
 
 namespace labelcut {
 
@@ -65,7 +65,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
 
 /// The model's range, unless that is what is typed or the user is about to type one.
 void PagesPage::showRange() {
-    const PageRange& pages = mModel.pages();
+    const PageSelection& pages = mModel.pages();
     if (pages == mShown)
         return;
     mShown = pages;
@@ -91,13 +91,13 @@ void PagesPage::setRangeValid(bool valid) {
 }
 
 void PagesPage::rangeEdited() {
-    const std::optional<PageRange> range =
-        mAll->isChecked() ? PageRange() : parsePageRange(mRange->text());
-    setRangeValid(range.has_value());
-    if (!range)
+    const std::optional<PageSelection> pages =
+        mAll->isChecked() ? PageSelection() : parsePageSelection(mRange->text());
+    setRangeValid(pages.has_value());
+    if (!pages)
         return;
-    mShown = *range;
-    mModel.setPages(*range);
+    mShown = *pages;
+    mModel.setPages(*pages);
 }
 
 void PagesPage::showPaper() {

@@ -34,7 +34,7 @@ private:
     OptionEditor* mPaper = nullptr;
     QLabel* mPaperSize;
     /// The model's range as the controls show it.
-    PageRange mShown;
+    PageSelection mShown;
     bool mRangeValid = true;
 };
 

@@ -19,6 +19,7 @@
 #include "host/dialog/preset_bar.h"
 #include "host/dialog/printer_picker.h"
 #include "host/dialog/readable_palette.h"
+#include "host/dialog/strip_pane.h"
 #include "host/dialog/tab_order.h"
 #include "host/dialog/wheel_guard.h"
 #include "host/dialog/window_body.h"
@@ -66,12 +67,14 @@ PrintDialog::~PrintDialog() {
 void PrintDialog::buildWindow() {
     mMessages = new MessageBar;
     mHeader = buildHeader();
+    mStrip = new StripPane(mModel, *mMessages);
     mPages = new PageStack(mModel);
     mFooter = new JobFooter(mModel);
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(mHeader);
+    column->addWidget(mStrip);
     column->addWidget(mPages, 1);
     column->addWidget(mMessages);
     auto* layout = new QVBoxLayout(this);
@@ -117,8 +120,11 @@ void PrintDialog::connectParts() {
     connect(&mRefresh, &QTimer::timeout, this, &PrintDialog::refresh);
     const auto refreshSoon = [this] { mRefresh.start(0); };
     connect(&mModel, &JobModel::changed, this, refreshSoon);
+    connect(&mModel, &JobModel::fixSearched, this,
+            [this] { completeConflict(mModel, *mMessages); });
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mModel, &JobModel::printerOpened, mPages, &PageStack::rebuild);
+    connect(mDocument, &DocumentRow::documentRead, mStrip, &StripPane::setDocument);
     connect(mPages, &PageStack::problemChanged, this, &PrintDialog::forgetMendedTyping);
     connect(&mOpener, &PrinterOpener::comingChanged, this, &PrintDialog::refresh);
     connect(&mOpener, &PrinterOpener::aboutToOpen, this, &PrintDialog::closePrinter);
@@ -176,8 +182,8 @@ QTabWidget& PrintDialog::tabs() const {
 /// Through the window as it is read, from top to bottom, messages included.
 bool PrintDialog::focusNextPrevChild(bool next) {
     return moveFocus(*this,
-                     {mDocument, &mPicker->list(), mPicker, mCopies, mPresets, tabs().tabBar(),
-                      tabs().currentWidget(), mMessages, mFooter},
+                     {mDocument, &mPicker->list(), mPicker, mCopies, mPresets, mStrip,
+                      tabs().tabBar(), tabs().currentWidget(), mMessages, mFooter},
                      next);
 }
 
@@ -198,6 +204,7 @@ void PrintDialog::refresh() {
     mDocument->refresh(now);
     mCopies->setValue(now.copies);
     mPresets->refresh(now);
+    mStrip->refresh();
     mPages->refresh(now);
     mFooter->refresh(now, !mOpener.coming());
     showConflict(mModel, *mMessages);

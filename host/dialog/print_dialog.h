@@ -21,9 +21,11 @@ class MessageBar;
 class PageStack;
 class PresetBar;
 class PrinterPicker;
+class StripPane;
 
-/// From top to bottom: document, printer, copies and presets; the pages; messages; what will come
-/// out, and the buttons. Each is a part of its own; the window connects them.
+/// From top to bottom: document, printer, copies and presets; the strip of labels; the pages;
+/// messages; what will come out, and the buttons. Each is a part of its own; the window connects
+/// them.
 class PrintDialog : public QDialog {
     Q_OBJECT
 public:
@@ -78,6 +80,7 @@ private:
     PrinterPicker* mPicker;
     QSpinBox* mCopies;
     PresetBar* mPresets;
+    StripPane* mStrip;
     PageStack* mPages;
     JobFooter* mFooter;
     /// Where the focus was when Print was pressed.

@@ -21,7 +21,7 @@ void PrintDialog::connectRun() {
     connect(&mRun, &PrintRun::progressed, this, [this](const QString& sentence, int percent) {
         mFooter->showProgress(sentence, percent, mRun.isSent());
     });
-    connect(&mRun, &PrintRun::documentChanged, mDocument, &DocumentRow::setRead);
+    connect(&mRun, &PrintRun::documentChanged, mDocument, &DocumentRow::documentChanged);
     connect(&mRun, &PrintRun::failed, this, [this](const QString& sentence) {
         setRunning(false);
         mMessages->show(kRunMessage, MessageBar::Kind::Warning, sentence);

@@ -13,7 +13,7 @@ namespace labelcut {
 struct Chosen {
     Settings marks;
     int copies = 1;
-    PageRange pages;
+    PageSelection pages;
     bool operator==(const Chosen&) const = default;
 };
 

@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
+#include <utility>
 
 #include "host/core/failure.h"
 #include "host/documents/documents.h"
@@ -37,10 +37,16 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
             return opened.error();
         canStay = canStay && opened->fits && !opened->isEncrypted && !opened->isRepaired;
     }
+    auto measures = reading->measures(document.mPages,
+                                      QDir(document.folder()).filePath(QStringLiteral("measures")));
+    if (!measures)
+        return measures.error();
+    document.mMeasures = std::move(*measures);
     if (canStay)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
-    const Result<Done> joined = reading->join({}, document.mPdf);
+    const Result<Done> joined =
+        reading->join({{}, false, 1, paper, worker::Fit::Scale}, document.mPdf);
     if (!joined)
         return joined.error();
     return document;
@@ -58,7 +64,9 @@ Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading
     if (!read)
         return read.error();
     mPdf = read->pdf;
-    mPages += static_cast<int>(read->opened.pages);
+    mIsLaidOut = mIsLaidOut || read->isDrawn;
+    mPagesOfFiles.push_back(static_cast<int>(read->opened.pages));
+    mPages += mPagesOfFiles.back();
     if (read->opened.isRepaired)
         mRepaired << file;
     return read->opened;
@@ -68,12 +76,8 @@ QString JobDocument::folder() const {
     return QFileInfo(mFolder->path()).absoluteFilePath();
 }
 
-int JobDocument::pagesIn(const PageRange& range) const {
-    return std::max(0, std::min(range.last, mPages) - std::max(range.first, 1) + 1);
-}
-
-Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* cancel) const {
-    if (pagesIn(range) == mPages)
+Result<QString> JobDocument::excerpt(const PageSelection& pages, const CancelFlag* cancel) const {
+    if (pages.countIn(mPages) == mPages)
         return mPdf;
     Result<JobReading> reading = JobReading::start(folder(), std::nullopt, cancel);
     if (!reading)
@@ -84,15 +88,15 @@ Result<QString> JobDocument::excerpt(const PageRange& range, const CancelFlag* c
     // A name of its own each time: nothing is written over.
     QString path = QDir(folder()).filePath(
         QStringLiteral("pages%1.pdf").arg(QDir(folder()).entryList(QDir::Files).size()));
-    const Result<Done> joined = reading->join(range, path);
+    const Result<Done> joined = reading->join({pages, false, 1, std::nullopt, {}}, path);
     if (!joined)
         return joined.error();
     return path;
 }
 
-Result<QString> JobDocument::postScript(const PageRange& range, int times, bool setsPageSize,
+Result<QString> JobDocument::postScript(const PageSelection& pages, int times, bool setsPageSize,
                                         const CancelFlag* cancel) const {
-    const Result<QString> pdf = excerpt(range, cancel);
+    const Result<QString> pdf = excerpt(pages, cancel);
     if (!pdf)
         return pdf.error();
     const worker::Interpret request{worker::Interpret::Target::PostScript,

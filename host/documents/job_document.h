@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "host/core/call_limits.h"
 #include "host/core/result.h"
@@ -40,6 +41,13 @@ public:
     const QString& pdf() const { return mPdf; }
     /// How many pages it has; at least 1.
     int pages() const { return mPages; }
+    /// How many of them each file has, in order.
+    const std::vector<int>& pagesOfFiles() const { return mPagesOfFiles; }
+    /// The measure at which each page is shown, before it is laid out. Points, each 0 …
+    /// worker::kLongestSide.
+    const std::vector<QSizeF>& measures() const { return mMeasures; }
+    /// Whether any of it was drawn for the paper: text, pictures and drawings are.
+    bool isLaidOut() const { return mIsLaidOut; }
     /// Those of the files that were damaged and could be repaired: pages may lack something.
     const QStringList& repaired() const { return mRepaired; }
     /// One for each file, to tell whether it is still what it was; see DocumentCopy.
@@ -49,17 +57,15 @@ public:
     /// The bare name of the first file: a job's title when the user gives none.
     const QString& name() const { return mName; }
 
-    /// How many of its pages lie in `range`.
-    int pagesIn(const PageRange& range) const;
-    /// Path of a PDF of just these pages; pdf() for all. @param range  holds at least one page.
+    /// Path of a PDF of just these pages; pdf() for all. @param pages  at least one is there.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> excerpt(const PageRange& range, const CancelFlag* cancel = nullptr) const;
+    Result<QString> excerpt(const PageSelection& pages, const CancelFlag* cancel = nullptr) const;
 
-    /// Path of these pages as PostScript of any printer, each `times` times: the whole range, then
-    /// the whole range again. @param range  holds at least one page. @param times  1 or more.
+    /// Path of these pages as PostScript of any printer, each `times` times: all of them, then
+    /// all of them again. @param pages  at least one is there. @param times  1 or more.
     /// @param setsPageSize  whether the PostScript asks for the pages' measures as paper.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> postScript(const PageRange& range, int times, bool setsPageSize,
+    Result<QString> postScript(const PageSelection& pages, int times, bool setsPageSize,
                                const CancelFlag* cancel = nullptr) const;
 
 private:
@@ -72,6 +78,9 @@ private:
     QString mPdf;
     QString mName;
     int mPages = 0;
+    std::vector<int> mPagesOfFiles;
+    std::vector<QSizeF> mMeasures;
+    bool mIsLaidOut = false;
     QStringList mRepaired;
     QByteArrayList mDigests;
 };

@@ -7,11 +7,12 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
 #include <utility>
 
+#include "host/core/copies.h"
 #include "host/core/failure.h"
 #include "host/texts/host_text.h"
 #include "worker/protocol/descriptor.h"
@@ -35,6 +36,15 @@ worker::Paper sent(const JobPaper& paper) {
 
 std::optional<worker::Paper> sent(const std::optional<JobPaper>& paper) {
     return paper ? std::optional(sent(*paper)) : std::nullopt;
+}
+
+std::vector<worker::PageRun> sent(const PageSelection& pages) {
+    static_assert(PageSelection::kMostRanges <= worker::kMostRuns);
+    std::vector<worker::PageRun> runs;
+    for (const PageRange& range : pages.ranges())
+        runs.push_back(
+            {static_cast<std::uint32_t>(range.first), static_cast<std::uint32_t>(range.last)});
+    return runs;
 }
 
 /// What drawings are laid out on where no paper is chosen. Points.
@@ -90,7 +100,8 @@ Result<JobReading::File> JobReading::read(const QString& path, const QString& ab
     if (!file)
         return failure(hostText("UnknownKind").arg(about));
     mNames << about;
-    return File{pdf, *file};
+    const bool isDrawn = kind && kind->kind != worker::DocumentKind::PostScript;
+    return File{pdf, *file, isDrawn};
 }
 
 Result<worker::Answer> JobReading::open(const QString& path, const QString& about) {
@@ -125,15 +136,41 @@ Result<QString> JobReading::drawn(const QString& path, const QString& about,
     return target;
 }
 
-Result<Done> JobReading::join(const PageRange& range, const QString& target) {
+Result<Done> JobReading::join(const Composition& composition, const QString& target) {
+    static_assert(kMaxCopies <= static_cast<int>(worker::kMostRepeats));
+    return write(worker::Join{sent(composition.pages), composition.isReversed,
+                              static_cast<std::uint32_t>(composition.repeats),
+                              sent(composition.paper), composition.fit},
+                 target);
+}
+
+Result<std::vector<QSizeF>> JobReading::measures(int pages, const QString& scratch) {
+    const Result<Done> written = write(worker::Measure(), scratch);
+    if (!written)
+        return written.error();
+    QFile file(scratch);
+    const auto count = static_cast<std::size_t>(pages) * 2;
+    const auto bytes = static_cast<qint64>(count * sizeof(double));
+    std::vector<double> sides(count);
+    const bool isWhole = file.open(QIODevice::ReadOnly) && file.size() == bytes &&
+                         file.read(reinterpret_cast<char*>(sides.data()), bytes) == bytes;
+    const bool makesSense = isWhole && std::ranges::all_of(sides, [](double side) {
+                                return side >= 0 && side <= worker::kLongestSide;
+                            });
+    // What makes no sense comes from a worker that a document has taken over.
+    if (!makesSense)
+        return failure(hostText("DocumentCrashed")
+                           .arg(mNames.join(QStringLiteral(", ")), hostText("NoReasonGiven")));
+    std::vector<QSizeF> measures;
+    for (std::size_t i = 0; i < count; i += 2)
+        measures.emplace_back(sides[i], sides[i + 1]);
+    return measures;
+}
+
+Result<Done> JobReading::write(const worker::Request& request, const QString& target) {
     const Descriptor made = newFile(target);
     if (!made)
         return cannotWrite(target);
-    const worker::Join request{static_cast<std::uint32_t>(range.first),
-                               range.last == PageRange::kToTheEnd
-                                   ? std::numeric_limits<std::uint32_t>::max()
-                                   : static_cast<std::uint32_t>(range.last),
-                               sent(mPaper)};
     const Result<worker::Answer> answer = mWorker.ask(
         request, {mNames.join(QStringLiteral(", ")), {made.number()}, target, mCancel, mNames});
     if (!answer)

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 #include "host/core/call_limits.h"
 #include "host/core/result.h"
@@ -29,17 +30,25 @@ public:
         /// Of its PDF; `path` itself for one.
         QString pdf;
         worker::Opened opened;
+        /// It was drawn for the paper.
+        bool isDrawn = false;
     };
     /// @param path  of the copy. @param about  what the user calls the file.
     Result<File> read(const QString& path, const QString& about);
 
-    /// Writes the pages of all files that lie in `range` to the new file `target`.
-    Result<Done> join(const PageRange& range, const QString& target);
+    /// Writes what is asked for of all files to the new file `target`.
+    Result<Done> join(const Composition& composition, const QString& target);
+
+    /// The measure at which each page of all files is shown, in their order. Points, each 0 …
+    /// worker::kLongestSide. @param pages  how many there are. @param scratch  path of a new file.
+    Result<std::vector<QSizeF>> measures(int pages, const QString& scratch);
 
 private:
     JobReading(DocumentWorker worker, QString folder, const std::optional<JobPaper>& paper,
                const CancelFlag* cancel);
 
+    /// What the worker writes to the new file `target`.
+    Result<Done> write(const worker::Request& request, const QString& target);
     Result<worker::Answer> open(const QString& path, const QString& about);
     Result<QString> converted(const QString& path, const QString& about, worker::DocumentKind kind);
     Result<QString> drawn(const QString& path, const QString& about, worker::DocumentKind kind);

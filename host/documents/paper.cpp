@@ -10,6 +10,9 @@
 
 namespace labelcut {
 
+namespace {
+
+/// "3-5", "3-" (to the end), "-5" (from the start) or "3".
 std::optional<PageRange> parsePageRange(const QString& text) {
     static const QRegularExpression form(QStringLiteral("^(\\d{0,9})(?:(-)(\\d{0,9}))?$"));
     const QRegularExpressionMatch match = form.match(text.trimmed());
@@ -27,7 +30,7 @@ std::optional<PageRange> parsePageRange(const QString& text) {
     return range;
 }
 
-QString toString(const PageRange& range) {
+QString textOf(const PageRange& range) {
     if (range.last == PageRange::kToTheEnd)
         return QStringLiteral("%1-").arg(range.first);
     if (range.first == range.last)
@@ -35,9 +38,7 @@ QString toString(const PageRange& range) {
     return QStringLiteral("%1-%2").arg(QString::number(range.first), QString::number(range.last));
 }
 
-QString noSuchPage(const PageRange& range, int pages) {
-    return hostText("NoSuchPages").arg(toString(range), QString::number(pages));
-}
+} // namespace
 
 PageSelection::PageSelection(const PageRange& range)
     : PageSelection(std::vector{range}) {}
@@ -98,7 +99,7 @@ std::optional<PageSelection> parsePageSelection(const QString& text) {
 QString toString(const PageSelection& selection) {
     QStringList parts;
     for (const PageRange& range : selection.ranges())
-        parts << toString(range);
+        parts << textOf(range);
     return parts.join(u',');
 }
 

@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "worker/protocol/page_fit.h"
+
 namespace labelcut {
 
 /// The paper that a job's pages are laid out on. Points, 1/72 inch.
@@ -17,6 +19,8 @@ struct JobPaper {
     QSizeF size;
     /// What the printer can print on, measured from the top left corner; never empty.
     QRectF printable;
+
+    bool operator==(const JobPaper&) const = default;
 };
 
 /// Pages first … last, counted from 1 through all files of a job.
@@ -30,16 +34,6 @@ struct PageRange {
         return a.first == b.first && a.last == b.last;
     }
 };
-
-/// "3-5", "3-" (to the end), "-5" (from the start) or "3". Nothing for any other text, for a page
-/// 0 and for a range that runs backwards.
-std::optional<PageRange> parsePageRange(const QString& text);
-
-/// The range written in the same way, open ends left out.
-QString toString(const PageRange& range);
-
-/// The sentence for a range that lies behind the last of `pages` pages.
-QString noSuchPage(const PageRange& range, int pages);
 
 /// The pages of a job that are printed, counted from 1 through all of its files. They come in
 /// ascending order, each once, however they were typed.
@@ -70,6 +64,18 @@ public:
 
 private:
     std::vector<PageRange> mRanges;
+};
+
+/// What of a document is sent, and how.
+struct Composition {
+    PageSelection pages;
+    /// The last page first.
+    bool isReversed = false;
+    /// Each page so often in a row; 1 … kMaxCopies (host/core/copies.h).
+    int repeats = 1;
+    /// What pages are laid out on, as placed() says; nothing: they keep their measure.
+    std::optional<JobPaper> paper;
+    worker::Fit fit = worker::Fit::Unchanged;
 };
 
 /// "1,3,5-7,9-": pages and ranges, "9-" to the end, "-5" from the start, parted by commas. Nothing

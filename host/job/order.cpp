@@ -61,7 +61,7 @@ Result<JobDocument> prepareDocument(const Order& order, const CancelFlag* cancel
 }
 
 std::optional<Error> reasonAgainst(const Order& order, const JobDocument& document) {
-    if (document.pagesIn(order.amount.pages) > 0)
+    if (order.amount.pages.countIn(document.pages()) > 0)
         return std::nullopt;
     return failure(noSuchPage(order.amount.pages, document.pages()));
 }
@@ -82,9 +82,10 @@ JobToSend jobFor(const Order& order, const JobDocument& document) {
     request.title = order.title;
     request.documentFormat = QStringLiteral("application/pdf");
     request.copies = order.amount.copies;
-    const PageRange& pages = order.amount.pages;
-    if (!pages.isEverything())
-        request.pageRanges.emplace_back(pages.first, std::min(pages.last, document.pages()));
+    for (const PageRange& range : order.amount.pages.ranges()) {
+        if (range.first <= document.pages())
+            request.pageRanges.emplace_back(range.first, std::min(range.last, document.pages()));
+    }
     request.options = order.settings;
     return {request, document.pdf(), choicesStillThere(request.queue, order.settings)};
 }

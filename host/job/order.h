@@ -16,6 +16,7 @@
 #include "host/printers/opened_printer.h"
 #include "host/printers/printer_ref.h"
 #include "host/settings/setting.h"
+#include "worker/protocol/page_fit.h"
 
 namespace labelcut {
 
@@ -26,7 +27,14 @@ struct Amount {
     /// 1 or more.
     int copies = 1;
     /// Counted through all files.
-    PageRange pages;
+    PageSelection pages;
+    /// The last page first.
+    bool isReversed = false;
+    /// A whole set, then the next; otherwise every copy of a page, then the next page.
+    bool isCollated = true;
+    worker::Fit fit = worker::Fit::Unchanged;
+
+    bool operator==(const Amount&) const = default;
 };
 
 /// Everything that printing takes; nothing of it is borrowed, so that it can be carried out on any

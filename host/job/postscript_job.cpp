@@ -139,7 +139,7 @@ private:
 } // namespace
 
 Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
-    if (job.document->pagesIn(job.pages) == 0)
+    if (job.pages.countIn(job.document->pages()) == 0)
         return failure(noSuchPage(job.pages, job.document->pages()));
     const Result<QString> pages = pagesAsPostScript(job);
     if (!pages)

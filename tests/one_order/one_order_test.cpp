@@ -33,7 +33,7 @@ struct Wanted {
     QString ppd;
     Settings settings;
     int copies;
-    PageRange pages;
+    PageSelection pages;
 };
 
 void PrintTo(const Wanted& wanted, std::ostream* out) {
@@ -144,7 +144,7 @@ TEST_P(OneOrderTest, GivesTheSameJobAndTheSameWorldToPanels) {
             << "against "
             << QJsonDocument(QJsonObject{{key, seenInWindow.value(key)}}).toJson().toStdString();
     EXPECT_EQ(seenByCommand.value(QStringLiteral("pages")).toArray().first().toInt(),
-              GetParam().pages.first);
+              GetParam().pages.hull().first);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -156,13 +156,13 @@ INSTANTIATE_TEST_SUITE_P(
                             {QStringLiteral("KvMirror"), QStringLiteral("ON")},
                             {QStringLiteral("Quality"), QStringLiteral("Best")}},
                            3,
-                           {2, 5}},
+                           PageSelection({2, 5})},
                     Wanted{"LabelSizeOfFixedLength",
                            kTapePpd,
                            {{QStringLiteral("PageSize"), QStringLiteral("DC24")},
                             {QStringLiteral("KvChainPrint"), QStringLiteral("ON")}},
                            1,
-                           {3, PageRange::kToTheEnd}},
+                           *parsePageSelection(QStringLiteral("3,5-7,9-"))},
                     Wanted{"LabelSizeOfTheUsersOwn",
                            kTapePpd,
                            {{QStringLiteral("PageSize"), QStringLiteral("Custom.24x120mm")},

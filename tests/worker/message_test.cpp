@@ -19,10 +19,12 @@ const std::vector<Request>& requests() {
         Open{},
         Open{kPaper},
         Join{},
-        Join{3, 5, kPaper},
+        Join{{{3, 5}}, false, 1, kPaper, Fit::Unchanged},
+        Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}}, true, kMostRepeats, std::nullopt, kLastFit},
         Draw{DocumentKind::PlainText, kPaper},
         Interpret{},
         Interpret{Interpret::Target::PostScript, 99, false},
+        Measure{},
         Show{},
         Render{},
         Render{7, kLargestSide, kMostPixels / kLargestSide, false},
@@ -76,10 +78,27 @@ TEST(MessageTest, EachArrivesWholeOrNotAtAll) {
 }
 
 TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
-    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 6))) << "no such request";
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 7))) << "no such request";
     EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 1, 2))) << "no truth value";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{0, 5, {}})))) << "pages count from 1";
-    EXPECT_FALSE(decodeRequest(encode(Request(Join{5, 4, {}})))) << "backwards";
+    for (const std::vector<PageRun>& pages : std::vector<std::vector<PageRun>>{
+             {{0, 5}},                  // pages count from 1
+             {{5, 4}},                  // backwards
+             {{4, 5}, {2, 2}},          // descending
+             {{1, 2}, {2, 3}},          // overlapping
+             {{1, 2}, {3, 3}},          // touching
+             {{1, UINT32_MAX}, {2, 3}}, // behind the last
+         }) {
+        Join join;
+        join.pages = pages;
+        EXPECT_FALSE(decodeRequest(encode(Request(join)))) << pages.front().first;
+    }
+    for (const std::uint32_t repeats : {0U, kMostRepeats + 1}) {
+        Join join;
+        join.repeats = repeats;
+        EXPECT_FALSE(decodeRequest(encode(Request(join)))) << repeats;
+    }
+    const std::string join = encode(Request(Join{}));
+    EXPECT_FALSE(decodeRequest(changed(join, join.size() - 1, 4))) << "no such fit";
     EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PDF, kPaper}))));
     EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PostScript, kPaper}))));
     EXPECT_FALSE(decodeRequest(encode(Request(Interpret{{}, 0, true}))));
@@ -116,6 +135,25 @@ TEST(MessageTest, ALongTextIsCutWhereItIsSentAndRefusedWhereItArrives) {
     const std::uint32_t size = kLongestText + 1;
     forged.replace(2, sizeof size, reinterpret_cast<const char*>(&size), sizeof size);
     EXPECT_FALSE(decodeAnswer(forged));
+}
+
+TEST(MessageTest, AsManyPageRunsAsAreTakenFitOneMessage) {
+    Join join;
+    join.paper = kPaper;
+    join.paper->name = std::string(kLongestText, 'x');
+    for (std::uint32_t i = 0; i < kMostRuns; ++i)
+        join.pages.push_back({2 * i + 1, 2 * i + 1});
+    const std::string bytes = encode(Request(join));
+    ASSERT_LE(bytes.size(), kLargestMessage);
+    ASSERT_TRUE(decodeRequest(bytes));
+    EXPECT_EQ(std::get<Join>(*decodeRequest(bytes)).pages.size(), kMostRuns);
+    std::string forged = bytes;
+    const std::uint32_t count = kMostRuns + 1;
+    forged.replace(1, sizeof count, reinterpret_cast<const char*>(&count), sizeof count);
+    const std::uint32_t more[] = {9'000, 9'000};
+    forged.insert(1 + sizeof count + kMostRuns * sizeof more,
+                  std::string(reinterpret_cast<const char*>(more), sizeof more));
+    EXPECT_FALSE(decodeRequest(forged));
 }
 
 TEST(MessageTest, WhateverIsTakenIsWhatWouldBeSent) {

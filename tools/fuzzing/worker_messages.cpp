@@ -29,7 +29,14 @@ void check(const Open& open) {
     check(open.paper);
 }
 void check(const Join& join) {
-    require(join.first >= 1 && join.first <= join.last, "a range runs forwards from page 1");
+    require(join.pages.size() <= kMostRuns, "pages are bounded");
+    require(join.repeats >= 1 && join.repeats <= kMostRepeats, "pages are repeated within bounds");
+    require(join.fit <= kLastFit, "a fit is one of the known");
+    std::uint64_t free = 1;
+    for (const PageRun& run : join.pages) {
+        require(run.first >= free && run.first <= run.last, "pages run forwards, apart, from 1");
+        free = std::uint64_t{run.last} + 2;
+    }
     check(join.paper);
 }
 void check(const Draw& draw) {
@@ -41,6 +48,7 @@ void check(const Draw& draw) {
 void check(const Interpret& interpret) {
     require(interpret.times >= 1, "a document is interpreted at least once");
 }
+void check(const Measure&) {}
 void check(const Show&) {}
 void check(const Render& render) {
     require(render.page >= 1, "pages count from 1");

@@ -3,15 +3,18 @@
 
 #include <qpdf/FileInputSource.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 #include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
@@ -20,9 +23,6 @@
 namespace labelcut::worker {
 
 namespace {
-
-/// Measures that differ by less are the same paper: half a millimetre and a rounded point. Points.
-constexpr double kSameMeasure = 2;
 
 /// A file that tells when a part of it is read for the first time, which ends with the file.
 class ProgressingFile : public FileInputSource {
@@ -85,68 +85,124 @@ Failed broken(const std::exception& error, std::size_t file) {
     return failed;
 }
 
-/// Width and height. Points.
-struct Size {
-    double width = 0;
-    double height = 0;
+/// What of a page is shown, and how.
+struct Shown {
+    /// In the page's own units, the lower left corner first; never empty.
+    QPDFObjectHandle::Rectangle box;
+    /// Quarters, clockwise; 0 … 3.
+    int turns = 0;
+    /// Of the page's units. Points.
+    double unit = 1;
 
-    Size turned() const { return {height, width}; }
+    /// As it is shown, the turns included. Points.
+    Size size() const {
+        const Size upright{std::min((box.urx - box.llx) * unit, kLongestSide),
+                           std::min((box.ury - box.lly) * unit, kLongestSide)};
+        return turns % 2 == 0 ? upright : upright.turned();
+    }
 };
 
-/// The measure at which a page is shown: its crop box, turned and scaled as the page says.
-Size shownSize(QPDFPageObjectHelper& page) {
-    QPDFObjectHandle box = page.getCropBox();
-    if (!box.isRectangle())
-        return {};
-    const QPDFObjectHandle::Rectangle r = box.getArrayAsRectangle();
-    Size size{std::abs(r.urx - r.llx), std::abs(r.ury - r.lly)};
+/// What is taken for a page that does not say how large it is, as Ghostscript and Poppler do.
+QPDFObjectHandle::Rectangle letter() {
+    return {0, 0, 612, 792};
+}
+
+/// The largest unit that a reader need take. Points.
+constexpr double kLargestUnit = 75'000;
+
+bool hasExtent(const QPDFObjectHandle::Rectangle& box) {
+    return std::isfinite(box.urx - box.llx) && std::isfinite(box.ury - box.lly) &&
+           box.urx > box.llx && box.ury > box.lly;
+}
+
+QPDFObjectHandle::Rectangle rectangleOf(QPDFObjectHandle box) {
+    return box.isRectangle() ? box.getArrayAsRectangle() : QPDFObjectHandle::Rectangle();
+}
+
+/// The crop box as far as it lies on the page.
+QPDFObjectHandle::Rectangle shownBox(QPDFPageObjectHelper& page) {
+    const QPDFObjectHandle::Rectangle media = rectangleOf(page.getMediaBox());
+    const QPDFObjectHandle::Rectangle crop = rectangleOf(page.getCropBox());
+    const QPDFObjectHandle::Rectangle common(
+        std::max(media.llx, crop.llx), std::max(media.lly, crop.lly), std::min(media.urx, crop.urx),
+        std::min(media.ury, crop.ury));
+    if (hasExtent(common))
+        return common;
+    return hasExtent(media) ? media : letter();
+}
+
+Shown shownOf(QPDFPageObjectHelper& page) {
+    Shown shown{shownBox(page), 0, 1};
     QPDFObjectHandle unit = page.getAttribute("/UserUnit", false);
     if (unit.isNumber() && unit.getNumericValue() > 0)
-        size = {size.width * unit.getNumericValue(), size.height * unit.getNumericValue()};
+        shown.unit = std::min(unit.getNumericValue(), kLargestUnit);
     QPDFObjectHandle turn = page.getAttribute("/Rotate", false);
-    if (turn.isInteger() && turn.getIntValue() % 180 != 0)
-        size = size.turned();
-    return size;
+    if (turn.isInteger() && turn.getIntValue() % 90 == 0)
+        shown.turns = static_cast<int>((turn.getIntValue() / 90 % 4 + 4) % 4);
+    return shown;
 }
 
-Size sizeOf(const Paper& paper) {
-    return {paper.width, paper.height};
+/// From the page's own units to points, the lower left corner of what is shown at the origin,
+/// after a number of quarters, clockwise.
+QPDFMatrix turnedToOrigin(const Shown& shown, int turns) {
+    const double u = shown.unit;
+    const QPDFObjectHandle::Rectangle& box = shown.box;
+    switch (turns % 4) {
+    case 1:
+        return {0, -u, u, 0, -u * box.lly, u * box.urx};
+    case 2:
+        return {-u, 0, 0, -u, u * box.urx, u * box.ury};
+    case 3:
+        return {0, u, -u, 0, u * box.ury, -u * box.llx};
+    default:
+        return {u, 0, 0, u, -u * box.llx, -u * box.lly};
+    }
 }
 
-bool isSame(const Size& a, const Size& b) {
-    return std::abs(a.width - b.width) < kSameMeasure &&
-           std::abs(a.height - b.height) < kSameMeasure;
+Label labelOf(const Paper& paper) {
+    return {{paper.width, paper.height}, paper.left, paper.top, paper.right, paper.bottom};
+}
+
+/// A new page of `paper` in `target` that shows `page` at its place.
+QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Shown& shown,
+                             const Paper& paper, const Placement& place) {
+    QPDFMatrix matrix;
+    matrix.translate(place.left, paper.height - place.top - place.size.height);
+    matrix.scale(place.scale, place.scale);
+    matrix.concat(turnedToOrigin(shown, shown.turns + (place.isTurned ? 1 : 0)));
+
+    QPDFObjectHandle form = page.getFormXObjectForPage(false);
+    form.getDict().replaceKey("/BBox", QPDFObjectHandle::newFromRectangle(shown.box));
+    auto fresh = QPDFPageObjectHelper(target.makeIndirectObject(
+        QPDFObjectHandle::parse("<< /Type /Page /Resources << /XObject << >> >> >>")));
+    const QPDFObjectHandle::Rectangle whole(0, 0, paper.width, paper.height);
+    fresh.getObjectHandle().replaceKey("/MediaBox", QPDFObjectHandle::newFromRectangle(whole));
+    fresh.getObjectHandle()
+        .getKey("/Resources")
+        .getKey("/XObject")
+        .replaceKey("/Label", target.copyForeignObject(form));
+    const std::string content = "q\n" + matrix.unparse() + " cm\n/Label Do\nQ\n";
+    fresh.getObjectHandle().replaceKey("/Contents", QPDFObjectHandle::newStream(&target, content));
+    return fresh;
+}
+
+/// The page as it is sent.
+QPDFPageObjectHelper sent(QPDF& target, QPDFPageObjectHelper& page, const Join& request) {
+    if (!request.paper)
+        return page;
+    const Shown shown = shownOf(page);
+    const Placement place = placed(shown.size(), labelOf(*request.paper), request.fit);
+    return place.isUntouched ? page : laidOut(target, page, shown, *request.paper, place);
 }
 
 bool fitsPaper(const std::optional<Paper>& paper, QPDFPageObjectHelper& page) {
-    return !paper || isSame(shownSize(page), sizeOf(*paper));
+    return !paper || isSame(shownOf(page).size(), labelOf(*paper).size);
 }
 
-bool lieDifferently(const Size& a, const Size& b) {
-    return (a.width - a.height) * (b.width - b.height) < 0;
-}
-
-/// A new page of `paper` in `target` that shows `page`.
-QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Paper& paper) {
-    Size size = shownSize(page);
-    if (lieDifferently(size, sizeOf(paper))) {
-        page = page.shallowCopyPage();
-        page.rotatePage(90, true);
-        size = size.turned();
-    }
-    const QPDFObjectHandle::Rectangle whole(0, 0, paper.width, paper.height);
-    const QPDFObjectHandle::Rectangle printable(paper.left, paper.height - paper.bottom,
-                                                paper.right, paper.height - paper.top);
-    const auto& place = isSame(size, sizeOf(paper)) ? whole : printable;
-
-    auto fresh = QPDFPageObjectHelper(target.makeIndirectObject(
-        QPDFObjectHandle::parse("<< /Type /Page /Resources << /XObject << >> >> >>")));
-    fresh.getObjectHandle().replaceKey("/MediaBox", QPDFObjectHandle::newFromRectangle(whole));
-    const QPDFObjectHandle form = target.copyForeignObject(page.getFormXObjectForPage());
-    fresh.getObjectHandle().getKey("/Resources").getKey("/XObject").replaceKey("/Label", form);
-    const std::string content = fresh.placeFormXObject(form, "/Label", place);
-    fresh.getObjectHandle().replaceKey("/Contents", QPDFObjectHandle::newStream(&target, content));
-    return fresh;
+bool isAskedFor(std::uint32_t page, const std::vector<PageRun>& runs) {
+    return runs.empty() || std::any_of(runs.begin(), runs.end(), [page](const PageRun& run) {
+               return page >= run.first && page <= run.last;
+           });
 }
 
 /// One opened file.
@@ -215,6 +271,17 @@ Answer write(QPDF& pdf, Descriptor target, const Step& step) {
     return Done();
 }
 
+Answer write(const std::vector<double>& numbers, Descriptor target) {
+    FILE* file = fileOf(std::move(target), "wb");
+    if (!file)
+        return Failed{Problem::OutOfMemory, {}, 0};
+    const bool isWhole =
+        std::fwrite(numbers.data(), sizeof(double), numbers.size(), file) == numbers.size();
+    if (std::fclose(file) == 0 && isWhole)
+        return Done();
+    return Failed{Problem::NotWritten, std::strerror(errno), kNoFile};
+}
+
 class Engine : public PdfEngine {
 public:
     Answer open(Descriptor document, const std::optional<Paper>& paper, const Step& step) override {
@@ -231,32 +298,68 @@ public:
     }
 
     Answer join(const Join& request, Descriptor target, const Step& step) override {
+        const std::vector<Source> sources = sourcesOf(request);
+        // Repeated, a few pages become too many; what is only put together is as large as it is.
+        if (request.repeats > 1 && sources.size() > kMostPages / request.repeats)
+            return Failed{Problem::TooManyPages, {}, kNoFile};
         QPDF joined;
         joined.emptyPDF();
         joined.setSuppressWarnings(true);
-        if (const auto failed = addPages(joined, request, step))
+        if (const auto failed = addPages(joined, sources, request, step))
             return *failed;
         return write(joined, std::move(target), step);
     }
 
-private:
-    std::optional<Failed> addPages(QPDF& joined, const Join& request, const Step& step) {
-        QPDFPageDocumentHelper pages(joined);
-        std::uint32_t number = 0;
+    Answer measure(Descriptor target, const Step& step) override {
+        std::vector<double> sides;
         for (std::size_t file = 0; file < mFiles.size(); ++file) {
             try {
                 for (QPDFPageObjectHelper& page : mFiles[file]->pages()) {
-                    ++number;
-                    if (number < request.first || number > request.last)
-                        continue;
                     step();
-                    pages.addPage(fitsPaper(request.paper, page)
-                                      ? page
-                                      : laidOut(joined, page, *request.paper),
-                                  false);
+                    const Size size = shownOf(page).size();
+                    sides.insert(sides.end(), {size.width, size.height});
                 }
             } catch (const std::exception& error) {
                 return broken(error, file);
+            }
+        }
+        return write(sides, std::move(target));
+    }
+
+private:
+    /// A page of a file.
+    struct Source {
+        std::size_t file = 0;
+        QPDFPageObjectHelper* page = nullptr;
+    };
+
+    /// What is asked for, in the order in which it is sent.
+    std::vector<Source> sourcesOf(const Join& request) {
+        std::vector<Source> sources;
+        std::uint32_t number = 0;
+        for (std::size_t file = 0; file < mFiles.size(); ++file) {
+            for (QPDFPageObjectHelper& page : mFiles[file]->pages()) {
+                if (isAskedFor(++number, request.pages))
+                    sources.push_back({file, &page});
+            }
+        }
+        if (request.isReversed)
+            std::reverse(sources.begin(), sources.end());
+        return sources;
+    }
+
+    static std::optional<Failed> addPages(QPDF& joined, const std::vector<Source>& sources,
+                                          const Join& request, const Step& step) {
+        QPDFPageDocumentHelper pages(joined);
+        for (const Source& source : sources) {
+            try {
+                step();
+                const QPDFPageObjectHelper page = sent(joined, *source.page, request);
+                // The library makes another page of one that is there.
+                for (std::uint32_t i = 0; i < request.repeats; ++i)
+                    pages.addPage(page, false);
+            } catch (const std::exception& error) {
+                return broken(error, source.file);
             }
         }
         return std::nullopt;

@@ -24,14 +24,17 @@ public:
     virtual Answer open(Descriptor document, const std::optional<Paper>& paper,
                         const Step& step) = 0;
 
-    /// Writes the pages of all files that lie in the range.
+    /// Writes the pages of all files that are asked for.
     ///
-    /// A page that has the paper's measure stays untouched. Any other is centred on a page of the
-    /// paper, turned when it is wide and the paper is high or the other way round, and shrunk,
-    /// never enlarged, to fit what the printer can print on. Without a paper every page keeps its
+    /// A page that has the paper's measure stays untouched. Any other lies on a page of the paper
+    /// where placed() says; what goes beyond is cut off. Without a paper every page keeps its
     /// measure.
     /// @param target  empty. @return Done, or Failed.
     virtual Answer join(const Join& request, Descriptor target, const Step& step) = 0;
+
+    /// Writes the measures of all pages of all files, see Measure.
+    /// @param target  empty. @return Done, or Failed.
+    virtual Answer measure(Descriptor target, const Step& step) = 0;
 };
 
 /// The name and type of the library's only function. The engine is the library's and is never null.

@@ -103,6 +103,8 @@ public:
             return Failed{};
         if (const auto* join = std::get_if<Join>(&request))
             return mEngine->join(*join, std::move(descriptors[0]), step);
+        if (std::holds_alternative<Measure>(request))
+            return mEngine->measure(std::move(descriptors[0]), step);
         const auto* open = std::get_if<Open>(&request);
         if (!open)
             return Failed{};

@@ -26,6 +26,10 @@ public:
     void field(DocumentKind kind) { field(static_cast<std::uint8_t>(kind)); }
     void field(Problem problem) { field(static_cast<std::uint8_t>(problem)); }
     void field(Interpret::Target target) { field(static_cast<std::uint8_t>(target)); }
+    void field(Fit fit) { field(static_cast<std::uint8_t>(fit)); }
+
+    /// What is written comes from this side.
+    void refuse() {}
     void field(TextDirection direction) { field(static_cast<std::uint8_t>(direction)); }
 
     std::string take() { return std::move(mMessage); }
@@ -72,11 +76,12 @@ public:
         target = static_cast<Interpret::Target>(
             upTo(static_cast<std::uint8_t>(Interpret::Target::PostScript)));
     }
+    void field(Fit& fit) { fit = static_cast<Fit>(upTo(static_cast<std::uint8_t>(kLastFit))); }
     void field(TextDirection& direction) {
-        direction =
-            static_cast<TextDirection>(upTo(static_cast<std::uint8_t>(kLastTextDirection)));
+        direction = static_cast<TextDirection>(upTo(static_cast<std::uint8_t>(kLastTextDirection)));
     }
     void require(bool condition) { mIsRight = mIsRight && condition; }
+    void refuse() { require(false); }
 
 private:
     std::uint8_t upTo(std::uint8_t largest) {
@@ -123,10 +128,25 @@ void walk(Fields& fields, Open& open) {
 }
 
 template<typename Fields>
+void walk(Fields& fields, std::vector<PageRun>& runs) {
+    auto count = static_cast<std::uint32_t>(std::min(runs.size(), kMostRuns));
+    fields.field(count);
+    if (count > kMostRuns)
+        return fields.refuse();
+    runs.resize(count);
+    for (PageRun& run : runs) {
+        fields.field(run.first);
+        fields.field(run.last);
+    }
+}
+
+template<typename Fields>
 void walk(Fields& fields, Join& join) {
-    fields.field(join.first);
-    fields.field(join.last);
+    walk(fields, join.pages);
+    fields.field(join.isReversed);
+    fields.field(join.repeats);
     walk(fields, join.paper);
+    fields.field(join.fit);
 }
 
 template<typename Fields>
@@ -141,6 +161,9 @@ void walk(Fields& fields, Interpret& interpret) {
     fields.field(interpret.times);
     fields.field(interpret.setsPageSize);
 }
+
+template<typename Fields>
+void walk(Fields&, Measure&) {}
 
 template<typename Fields>
 void walk(Fields&, Show&) {}
@@ -196,7 +219,15 @@ bool makesSense(const Message&) {
     return true;
 }
 bool makesSense(const Join& join) {
-    return join.first >= 1 && join.first <= join.last;
+    if (join.repeats < 1 || join.repeats > kMostRepeats)
+        return false;
+    std::uint64_t free = 1;
+    for (const PageRun& run : join.pages) {
+        if (run.first < free || run.last < run.first)
+            return false;
+        free = std::uint64_t{run.last} + 2;
+    }
+    return true;
 }
 bool makesSense(const Draw& draw) {
     return draw.kind != DocumentKind::PDF && draw.kind != DocumentKind::PostScript;

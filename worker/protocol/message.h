@@ -14,6 +14,9 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
+
+#include "worker/protocol/page_fit.h"
 
 namespace labelcut::worker {
 
@@ -47,12 +50,29 @@ struct Open {
     std::optional<Paper> paper;
 };
 
-/// With the target's descriptor: writes the pages `first` … `last`, counted from 1 through all
-/// files that were opened, in their order. See PdfEngine::join(). Answer: Done.
-struct Join {
+/// Pages first … last, counted from 1 through all files that were opened, in their order.
+struct PageRun {
     std::uint32_t first = 1;
-    std::uint32_t last = UINT32_MAX;
+    std::uint32_t last = 1;
+};
+/// So many of them, a paper and what stands between fit one message.
+inline constexpr std::size_t kMostRuns = 500;
+
+/// The most that a page can be repeated.
+inline constexpr std::uint32_t kMostRepeats = 9999;
+
+/// With the target's descriptor: writes pages of all files that were opened. See
+/// PdfEngine::join(). Answer: Done.
+struct Join {
+    /// Ascending, with a page at least between two of them; none: every page.
+    std::vector<PageRun> pages;
+    /// The last page first.
+    bool isReversed = false;
+    /// Each page so often in a row, 1 … kMostRepeats. Together no more than kMostPages.
+    std::uint32_t repeats = 1;
+    /// What pages are laid out on; nothing: they keep their measure.
     std::optional<Paper> paper;
+    Fit fit = Fit::Unchanged;
 };
 
 /// With the descriptors of document and target: draws a document of `kind`, no PDF and no
@@ -77,6 +97,12 @@ struct Interpret {
 /// Ghostscript itself makes a blank page of a document without any.
 inline constexpr std::string_view kNoPageMade = "labelcut-pages 0\n";
 
+/// With the target's descriptor: writes the measure at which each page of all opened files is
+/// shown, in their order, as two doubles, width and height. Points, 0 … kLongestSide. Answer: Done.
+struct Measure {};
+/// Longer sides are told, and laid out, as this. Points; some 350 m.
+inline constexpr double kLongestSide = 1'000'000;
+
 /// With the descriptor of a PDF file, which is kept in place of an earlier one for Render. Answer:
 /// Shown.
 struct Show {};
@@ -98,7 +124,7 @@ inline constexpr std::uint32_t kLargestSide = 32'767;
 inline constexpr std::uint32_t kMostPixels = 16'000'000;
 inline constexpr std::uint32_t kBytesOfPixel = 4;
 
-using Request = std::variant<Open, Join, Draw, Interpret, Show, Render>;
+using Request = std::variant<Open, Join, Draw, Interpret, Measure, Show, Render>;
 
 // Answers.
 
@@ -143,7 +169,7 @@ enum class Problem : std::uint8_t {
     Encrypted,          ///< A PDF file that asks for a password.
     Broken,             ///< A damaged PDF file.
     WithoutPages,       ///< A PDF file with nothing to print.
-    TooManyPages,       ///< More than kMostPages.
+    TooManyPages,       ///< More than kMostPages, or repeating makes so many.
     TextTooLong,        ///< More than kLargestText.
     PictureDamaged,     ///< Or too large.
     DrawingDamaged,     ///< SVG.

@@ -267,6 +267,13 @@ TEST_F(PrintCommandTest, AFileThatCannotBePrintedIsNamed) {
                 HasSubstr("/undefined in noSuchOperator"));
 }
 
+TEST_F(PrintCommandTest, SeveralRangesArePrinted) {
+    const Outcome outcome = print("--pages 1,3,5-7,9-");
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("Printed 9 labels (pages 1,3,5-7,9-) of "));
+    EXPECT_TRUE(contentOf(output()).contains("\n%%Pages: 9\n"));
+}
+
 TEST_F(PrintCommandTest, ARangeBehindTheLastPageIsRefused) {
     EXPECT_THAT(refusalOf("--pages 13-"),
                 HasSubstr("There is no label in the range 13-; the document has 12."));

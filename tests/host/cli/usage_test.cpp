@@ -185,7 +185,8 @@ TEST(UsageTest, AChoiceThatIsNoneOrContradictsAnotherIsNamed) {
         {words("print f --ppd a -o b --set X=1 --set x=2"), "x cannot be both 1 and 2"},
         {words("print f --ppd a -o b --set PageSize=A --page-size B"),
          "PageSize cannot be both B and A"},
-        {words("print f --ppd a -o b --pages 5-3"), "--pages 5-3: write it as 3, 3-5, 3- or -5"},
+        {words("print f --ppd a -o b --pages 5-3"),
+         "--pages 5-3: write it as 3, 3-5, 3- or -5, or"},
     });
 }
 

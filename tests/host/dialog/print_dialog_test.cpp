@@ -407,7 +407,7 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
     press("print");
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("A range is written as")));
     type(range, QStringLiteral("2-5"));
-    EXPECT_EQ(model().pages(), (PageRange{2, 5}));
+    EXPECT_EQ(model().pages(), PageSelection(PageRange{2, 5}));
     EXPECT_EQ(control<QPushButton>("print").text().toStdString(), "&Print 4 labels");
     expectOneTruth(*mDialog);
 }
@@ -470,11 +470,11 @@ TEST_F(PrintDialogTest, ItShowsTheRangeAndCopiesThatItWasOpenedWith) {
     request.files = {kLabels};
     request.ppdPath = kTapePpd;
     request.copies = 3;
-    request.pages = {2, PageRange::kToTheEnd};
+    request.pages = PageSelection({2, PageRange::kToTheEnd});
     mDialog = openDialog(request);
     EXPECT_EQ(control<QLineEdit>("pageRange").text().toStdString(), "2-");
     EXPECT_EQ(control<QSpinBox>("copies").value(), 3);
-    EXPECT_EQ(model().pages(), (PageRange{2, PageRange::kToTheEnd}));
+    EXPECT_EQ(model().pages(), PageSelection(PageRange{2, PageRange::kToTheEnd}));
 }
 
 TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
@@ -497,6 +497,7 @@ TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
     EXPECT_THAT(messages(), IsEmpty());
 
     choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
+    settleWithFix(*mDialog);
     QPushButton* fix = offer(mDialog->messages(), QStringLiteral("Set Print density"));
     ASSERT_TRUE(fix);
     click(*fix);
@@ -504,6 +505,17 @@ TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
     EXPECT_TRUE(model().conflicts().empty());
     EXPECT_THAT(messages(), IsEmpty());
     expectOneTruth(*mDialog);
+}
+
+TEST_F(PrintDialogTest, TheWindowGoesWhileAWayOutIsSearchedFor) {
+    open(conflictingPpd(mHome));
+    model().chooseAll(
+        {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
+    model().searchFix();
+    EXPECT_TRUE(model().isSearchingFix());
+    mDialog.reset();
+    BackgroundCall::farewell();
+    turnFor(50);
 }
 
 TEST_F(PrintDialogTest, ADismissedConflictComesBackWhenPrintIsPressed) {
@@ -641,7 +653,7 @@ TEST_F(PrintDialogTest, TheWindowDoesNotJump) {
     }
     model().chooseAll(
         {{QStringLiteral("Density"), QStringLiteral("Dark")}, {kQuality, QStringLiteral("Best")}});
-    settle();
+    settleWithFix(*mDialog);
     ASSERT_THAT(messages(), testing::SizeIs(1));
     EXPECT_EQ(mDialog->size(), size) << "with a message";
     EXPECT_EQ(control<QPushButton>("print").mapTo(mDialog.get(), QPoint()).y(), print.y());

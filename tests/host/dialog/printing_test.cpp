@@ -244,7 +244,7 @@ TEST_F(IntoFileTest, APpdThatIsGoneIsToldAndNothingIsWritten) {
 
 TEST_F(IntoFileTest, LabelsThatTheDocumentHasNotAreToldAndNothingIsWritten) {
     mDialog = openDialog(kTapePpd);
-    mDialog->model().setPages({20, 30});
+    mDialog->model().setPages(PageSelection({20, 30}));
     const QString path = print();
     ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
     EXPECT_THAT(messages(),
@@ -255,7 +255,7 @@ TEST_F(IntoFileTest, LabelsThatTheDocumentHasNotAreToldAndNothingIsWritten) {
 
 TEST_F(OnServiceTest, LabelsThatTheDocumentHasNotAreToldAndNoJobIsMade) {
     open();
-    mDialog->model().setPages({20, PageRange::kToTheEnd});
+    mDialog->model().setPages(PageSelection({20, PageRange::kToTheEnd}));
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntil([&] { return !mDialog->messages().texts().isEmpty(); }));
     EXPECT_THAT(messages(),

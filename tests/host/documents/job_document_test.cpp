@@ -29,6 +29,10 @@ std::string refusal(const QString& path) {
     return document ? std::string("taken") : document.error().sentence.toStdString();
 }
 
+PageSelection pages(const char* text) {
+    return parsePageSelection(QString::fromLatin1(text)).value();
+}
+
 /// Whether `inner` lies within the printable area of the tape, half a point of rounding allowed.
 bool isPrintable(const QRectF& inner) {
     return QRectF(3, 3, 62, 136).adjusted(-0.5, -0.5, 0.5, 0.5).contains(inner);
@@ -74,6 +78,54 @@ TEST(JobDocumentTest, ATurnedPageCountsAsItIsShown) {
     const std::vector<QRectF> boxes = test::inkBoxes(document->pdf());
     ASSERT_EQ(boxes.size(), 1U);
     EXPECT_GT(boxes[0].width(), boxes[0].height()) << "a single upright figure 1 lies on its side";
+}
+
+TEST(JobDocumentTest, TellsAtWhichMeasureEachPageIsShown) {
+    struct Row {
+        const char* keys;
+        QSizeF measure;
+    };
+    const Row rows[] = {
+        {"/MediaBox [0 0 100 50]", {100, 50}},
+        {"/MediaBox [20 70 120 20]", {100, 50}},
+        {"/MediaBox [0 0 100 50] /Rotate 90", {50, 100}},
+        {"/MediaBox [0 0 100 50] /Rotate -450", {50, 100}},
+        {"/MediaBox [0 0 100 50] /Rotate 45", {100, 50}},
+        {"/MediaBox [0 0 100 50] /UserUnit 2", {200, 100}},
+        {"/MediaBox [0 0 100 50] /UserUnit -2", {100, 50}},
+        {"/MediaBox [0 0 100 50] /CropBox [10 10 30 40]", {20, 30}},
+        {"/MediaBox [0 0 100 50] /CropBox [10 -10 300 40]", {90, 40}},
+        {"/MediaBox [0 0 100 50] /CropBox [200 0 300 40]", {100, 50}},
+        {"/MediaBox [0 0 0.2835 0.2835]", {0.2835, 0.2835}}, // 0.1 mm
+        {"/MediaBox [0 0 28346.5 100]", {28346.5, 100}},     // 10 m
+        {"/MediaBox [0 0 3000000 100]", {1'000'000, 100}},
+        {"/MediaBox [0 0 0 0]", {612, 792}},
+        {"/MediaBox [0 0]", {612, 792}},
+        {"", {612, 792}},
+    };
+    const test::Folder folder;
+    const QByteArray plain = test::contentOf(folder.pdf(QStringLiteral("a.pdf"), {{7, 7}}));
+    const qsizetype from = plain.indexOf("/MediaBox");
+    const qsizetype to = plain.indexOf(']', from) + 1;
+    QStringList files;
+    for (const Row& row : rows) {
+        QByteArray bytes = plain;
+        bytes.replace(from, to - from, row.keys);
+        files << folder.file(QStringLiteral("%1.pdf").arg(files.size()), bytes);
+    }
+    files << folder.pdf(QStringLiteral("two.pdf"), {{10, 20}, {30, 40}});
+    const Result<JobDocument> document = JobDocument::prepare(files, std::nullopt);
+    ASSERT_TRUE(document) << document.error().sentence.toStdString();
+    std::vector<int> pages(std::size(rows), 1);
+    pages.push_back(2);
+    EXPECT_EQ(document->pagesOfFiles(), pages);
+    ASSERT_EQ(document->measures().size(), std::size(rows) + 2);
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_NEAR(document->measures()[i].width(), rows[i].measure.width(), 1e-6) << rows[i].keys;
+        EXPECT_NEAR(document->measures()[i].height(), rows[i].measure.height(), 1e-6)
+            << rows[i].keys;
+    }
+    EXPECT_EQ(document->measures().back(), QSizeF(30, 40));
 }
 
 TEST(JobDocumentTest, SeveralFilesOfSeveralKindsBecomeOneDocument) {
@@ -137,13 +189,14 @@ TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
         folder.pdf(QStringLiteral("a.pdf"), {{10, 100}, {20, 100}, {30, 100}, {40, 100}});
     const Result<JobDocument> document = JobDocument::prepare({file}, std::nullopt);
     ASSERT_TRUE(document);
-    EXPECT_EQ(document->pagesIn({2, 3}), 2);
-    EXPECT_EQ(document->pagesIn({4, 9}), 1);
-    EXPECT_EQ(document->pagesIn({5, 9}), 0);
-    const Result<QString> excerpt = document->excerpt({2, 3});
+    const Result<QString> excerpt = document->excerpt(pages("2-3"));
     ASSERT_TRUE(excerpt) << excerpt.error().sentence.toStdString();
     EXPECT_EQ(test::pageSizes(*excerpt), (std::vector<QSizeF>{{20, 100}, {30, 100}}));
-    EXPECT_EQ(*document->excerpt({1, PageRange::kToTheEnd}), document->pdf());
+    const Result<QString> several = document->excerpt(pages("4,1,9"));
+    ASSERT_TRUE(several) << several.error().sentence.toStdString();
+    EXPECT_EQ(test::pageSizes(*several), (std::vector<QSizeF>{{10, 100}, {40, 100}}));
+    for (const char* all : {"1-", "-4", "3-4,1-2,9"})
+        EXPECT_EQ(*document->excerpt(pages(all)), document->pdf()) << all;
 }
 
 TEST(JobDocumentTest, AnEncryptedPdfIsRefusedByName) {

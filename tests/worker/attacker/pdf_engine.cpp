@@ -19,6 +19,9 @@ public:
     Answer join(const Join&, Descriptor target, const Step&) override {
         return Failed{Problem::NotWritten, test::carryOutDeed(mDocument, target.number()), 0};
     }
+    Answer measure(Descriptor target, const Step&) override {
+        return Failed{Problem::NotWritten, test::carryOutDeed(mDocument, target.number()), 0};
+    }
 
 private:
     std::string mDocument;

@@ -1,5 +1,5 @@
-// The dialog: lengths as users write them.
-#include "host/dialog/length.h"
+// Texts: lengths as users write them.
+#include "host/texts/length.h"
 
 #include <QLocale>
 #include <QRegularExpression>
