@@ -38,6 +38,14 @@ std::shared_ptr<const DocumentPages> placesFor(ppd_file_t* ppd) {
     return pages;
 }
 
+/// The direction on a label on which the page lies turned, clockwise.
+PagePictures::TextDirection turned(PagePictures::TextDirection direction, bool isTurned) {
+    using Direction = PagePictures::TextDirection;
+    if (!isTurned || direction == Direction::None)
+        return direction;
+    return direction == Direction::AlongWidth ? Direction::Downwards : Direction::AlongWidth;
+}
+
 } // namespace
 
 StripPane::StripPane(JobModel& model, MessageBar& messages, QWidget* parent)
@@ -119,19 +127,27 @@ void StripPane::refresh() {
     showWay();
 }
 
-/// So that the text can be read, unless the user turned the labels.
+/// So that the text can be read, unless the user turned the labels. Where nobody knows of a text
+/// the first label lies where the language begins to read.
 void StripPane::showWay() {
     using Direction = PagePictures::TextDirection;
     const auto& plan = mStrip->plan();
     if (!plan)
         return;
-    const QSizeF label = plan->labelSizeOf(plan->pageAt(0));
+    const int page = plan->pageAt(0);
+    const QSizeF label = plan->labelSizeOf(page);
     StripWay way = label.height() >= label.width() ? StripWay::Along : StripWay::Upright;
-    const Direction text = mPictures.textDirection().value_or(Direction::None);
-    const bool isTurned = plan->placeOf(plan->pageAt(0)).isTurned;
-    if (text != Direction::None)
-        way = (text == Direction::AlongHeight) != isTurned ? StripWay::Along : StripWay::Upright;
+    bool isReversed = isRightToLeft();
+    const Direction text =
+        turned(mPictures.textDirection().value_or(Direction::None), plan->placeOf(page).isTurned);
+    if (text != Direction::None) {
+        way = text == Direction::AlongWidth ? StripWay::Upright : StripWay::Along;
+        // What runs up along the label can be read when its top, which comes out first, lies at the
+        // right.
+        isReversed = way == StripWay::Along ? text == Direction::Upwards : isReversed;
+    }
     mStrip->setWay(mWanted.value_or(way));
+    mStrip->setReversed(isReversed);
 }
 
 void StripPane::showMisfit(const JobPlan& plan) {

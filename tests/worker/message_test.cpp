@@ -44,7 +44,7 @@ const std::vector<Answer>& answers() {
         Shown{},
         Shown{kMostPages},
         Drawn{},
-        Drawn{TextDirection::AlongHeight},
+        Drawn{TextDirection::Upwards},
     };
     return all;
 }

@@ -154,11 +154,12 @@ struct Shown {
 
 /// How most words of a page run, as it is shown.
 enum class TextDirection : std::uint8_t {
-    None, ///< It has no words, or too many to look at, or nobody asked.
-    AlongWidth,
-    AlongHeight,
+    None,       ///< It has no words, or too many to look at, or nobody asked.
+    AlongWidth, ///< From left to right, or upside down.
+    Downwards,  ///< Along the height, from the top to the bottom.
+    Upwards,
 };
-inline constexpr TextDirection kLastTextDirection = TextDirection::AlongHeight;
+inline constexpr TextDirection kLastTextDirection = TextDirection::Upwards;
 
 struct Drawn {
     TextDirection textDirection = TextDirection::None;
