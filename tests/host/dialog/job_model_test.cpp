@@ -590,8 +590,9 @@ TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) 
             lines << title + u'=' + value;
         return lines.join(u'\n').toStdString();
     };
-    EXPECT_EQ(text(groups[0]), "Job\nPrinter=Labelcut Tape Sample, 1.0\nPaper=24 mm tape (24 mm × "
-                               "50 mm)\nLabels=2-5\nCopies=3");
+    EXPECT_EQ(text(groups[0]),
+              "Job\nPrinter=Labelcut Tape Sample, 1.0\nLabel size=24 mm tape (24 mm × "
+              "50 mm)\nLabels=2-5\nCopies=3");
     EXPECT_THAT(text(groups[1]), HasSubstr("Half cut=Yes"));
     EXPECT_EQ(text(groups[2]), "Printer Features\nQuality=Best");
     mModel.choose(kQuality, QStringLiteral("Normal"));
