@@ -151,8 +151,7 @@ public:
                     continue;
                 }
                 ++broken;
-                deliver(
-                    {*wish, {}, {}, std::move(outcome.error().sentence), broken == kMostBroken});
+                deliver({*wish, {}, {}, outcome.error().sentence, broken == kMostBroken});
                 if (broken == kMostBroken)
                     return;
                 continue;
