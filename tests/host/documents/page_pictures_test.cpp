@@ -112,7 +112,7 @@ TEST_F(PagePicturesTest, AreDrawnOfWhatIsWantedMostWantedFirst) {
     EXPECT_EQ(mPictures.picture(3).size(), QSize(136, 284));
     EXPECT_EQ(mPictures.picture(1).size(), kSmall);
     EXPECT_EQ(mPictures.state(2), State::Waiting);
-    EXPECT_EQ(mPictures.textDirection(), TextDirection::AlongHeight);
+    EXPECT_EQ(mPictures.textDirection(), TextDirection::Upwards);
     EXPECT_TRUE(mTold.sentences.isEmpty());
 }
 
