@@ -8,7 +8,7 @@
 
 #include <utility>
 
-#include "host/dialog/length.h"
+#include "host/core/length.h"
 #include "host/dialog/plain_label.h"
 #include "host/settings/custom_value.h"
 #include "host/texts/host_text.h"

@@ -115,11 +115,11 @@ bool JobModel::choose(const QString& keyword, const QString& choice) {
     return true;
 }
 
-QStringList JobModel::chooseAll(const Settings& wanted, std::optional<int> copies) {
+QStringList JobModel::chooseAll(const Settings& wanted, const std::optional<Handling>& handling) {
     if (!mPrinter)
         return {};
     followActs();
-    mAmount.copies = copies.value_or(mAmount.copies);
+    handle(mAmount, handling.value_or(this->handling()));
     const Unkept unkept = mPrinter->choose(wanted);
     mPrinter->sayAloud(keywordsOf(wanted));
     stepChoices();
@@ -133,7 +133,7 @@ void JobModel::undo() {
     if (!before)
         return;
     mLatest.clear();
-    mAmount.copies = before->copies;
+    handle(mAmount, before->handling);
     mRangeUnderstood = mRangeUnderstood || mAmount.pages != before->pages;
     mAmount.pages = before->pages;
     applyPages();
@@ -206,12 +206,36 @@ void JobModel::setPageCount(int pages) {
 }
 
 void JobModel::setCopies(int copies) {
-    if (copies == mAmount.copies)
+    Handling now = handling();
+    now.copies = copies;
+    setHandling(now, UndoSteps::Kind::Copies);
+}
+
+void JobModel::setReversed(bool reversed) {
+    Handling now = handling();
+    now.isReversed = reversed;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setCollated(bool collated) {
+    Handling now = handling();
+    now.isCollated = collated;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setFit(worker::Fit fit) {
+    Handling now = handling();
+    now.fit = fit;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setHandling(const Handling& handling, UndoSteps::Kind kind) {
+    if (handling == this->handling())
         return;
     followActs();
-    mAmount.copies = copies;
+    handle(mAmount, handling);
     if (mPrinter)
-        mSteps.step(chosen(), UndoSteps::Kind::Copies);
+        mSteps.step(chosen(), kind);
     Q_EMIT changed();
 }
 

@@ -9,7 +9,7 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
-#include "host/dialog/length.h"
+#include "host/core/length.h"
 #include "host/dialog/option_editor.h"
 #include "host/texts/host_text.h"
 

@@ -196,7 +196,7 @@ void PrintDialog::printerOpened() {
 void PrintDialog::refresh() {
     const JobSnapshot now = JobSnapshot::of(mModel);
     mDocument->refresh(now);
-    mCopies->setValue(now.copies);
+    mCopies->setValue(now.handling.copies);
     mPresets->refresh(now);
     mPages->refresh(now);
     mFooter->refresh(now, !mOpener.coming());

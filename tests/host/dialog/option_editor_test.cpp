@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/dialog/length.h"
+#include "host/core/length.h"
 #include "host/dialog/option_editor.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 

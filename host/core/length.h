@@ -1,4 +1,4 @@
-// The dialog: lengths as users write them.
+// Core: lengths as users write them.
 #pragma once
 
 #include <QString>

@@ -1,5 +1,5 @@
-// The dialog: lengths as users write them.
-#include "host/dialog/length.h"
+// Core: lengths as users write them.
+#include "host/core/length.h"
 
 #include <QLocale>
 #include <QRegularExpression>
