@@ -11,9 +11,9 @@ import unittest
 ORDER = {
     "platform": "printing dialog toolkit",
     "plugins/cut_options": "diagnostics fields preview frame options object",
-    "worker": "protocol cage kinds pdf drawing program",
-    "host": "texts core settings service documents panels printers job presets script snapshot "
-            "dialog cli",
+    "worker": "protocol cage kinds pdf drawing pages program",
+    "host": "texts core settings service documents panels printers job plan presets script snapshot "
+            "strip dialog cli",
 }
 # Parts of the tree, or folders of them, that the folders of a part may build on besides.
 BELOW = {"platform": [], "plugins/cut_options": ["platform"], "worker": [],
@@ -21,6 +21,8 @@ BELOW = {"platform": [], "plugins/cut_options": ["platform"], "worker": [],
 # What reads documents: nobody but the worker. Panels' own pictures are part of their plug-ins.
 DOCUMENT_LIBRARIES = re.compile(r"#include <(qpdf/.*|QImageReader|QPdfWriter|QPdfDocument|QSvg\w*|"
                                 r"poppler.*|ghostscript.*)>")
+# Each of these libraries is read by one module of the worker, so that another can take its place.
+MODULE_OF_LIBRARY = {"qpdf/": "worker/pdf", "poppler": "worker/pages"}
 MAY_READ_PICTURES = {"platform/toolkit/picture.cpp"}
 # The deprecated calls of libcups, so that another library can take their place.
 MAY_CALL_PPD = {"platform/printing/ppd_lookup.cpp", "host/settings/ppd_calls.cpp"}
@@ -159,10 +161,17 @@ class Structure(unittest.TestCase):
                    if DOCUMENT_LIBRARIES.search(path.read_text("utf-8"))}
         self.assertEqual(reading, MAY_READ_PICTURES)
 
+    def test_a_library_that_reads_documents_is_known_to_one_module(self):
+        for library, folder in MODULE_OF_LIBRARY.items():
+            known = {name_of(path.parent) for path in code_files(*ORDER)
+                     if re.search(rf"#include [<\"]{library}", path.read_text("utf-8"))}
+            self.assertEqual(known, {folder}, library)
+
     def test_the_program_is_linked_to_no_library_that_reads_documents(self):
         for cmake in cmake_files():
             if name_of(cmake).startswith("host/"):
-                self.assertFalse(links(cmake) & {"Qt6::Svg", "PkgConfig::QPDF", "Qt6::Pdf"}, cmake)
+                self.assertFalse(links(cmake) & {"Qt6::Svg", "PkgConfig::QPDF", "PkgConfig::POPPLER",
+                                                 "Qt6::Pdf"}, cmake)
 
     def test_two_files_alone_call_the_deprecated_functions_for_ppds(self):
         functions = set(re.findall(r"\b(ppd[A-Z]\w*)\s*\(", PPD_HEADER.read_text("utf-8")))

@@ -7,11 +7,15 @@
 
 namespace labelcut {
 
+namespace {
+const QString kName = QStringLiteral("conflict");
+} // namespace
+
 void showConflict(JobModel& model, MessageBar& messages) {
-    const QString name = QStringLiteral("conflict");
+    model.searchFix();
     QString sentence = model.conflictSentence();
     if (sentence.isEmpty()) {
-        messages.remove(name);
+        messages.remove(kName);
         return;
     }
     std::vector<MessageAction> ways;
@@ -22,7 +26,12 @@ void showConflict(JobModel& model, MessageBar& messages) {
         sentence += u' ' + gaveUpSentence();
     if (model.canUndo())
         ways.push_back({hostText("Undo"), [&model] { model.undo(); }});
-    messages.show(name, MessageBar::Kind::Warning, sentence, ways);
+    messages.show(kName, MessageBar::Kind::Warning, sentence, ways);
+}
+
+void completeConflict(JobModel& model, MessageBar& messages) {
+    if (messages.shows(kName))
+        showConflict(model, messages);
 }
 
 } // namespace labelcut

@@ -8,10 +8,10 @@
 
 #include <utility>
 
-#include "host/core/length.h"
 #include "host/dialog/plain_label.h"
 #include "host/settings/custom_value.h"
 #include "host/texts/host_text.h"
+#include "host/texts/length.h"
 
 namespace labelcut {
 

@@ -12,6 +12,7 @@
 #include "host/dialog/message_bar.h"
 #include "host/dialog/plain_label.h"
 #include "host/documents/job_document.h"
+#include "host/job/marked_paper.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -51,6 +52,9 @@ void DocumentRow::paintEvent(QPaintEvent* event) {
 }
 
 void DocumentRow::refresh(const JobSnapshot& now) {
+    // Text and pictures are drawn for the label size that is chosen.
+    if (mIsLaidOut && markedPaper(mModel.ppd()) != mPaper)
+        startReading();
     const std::pair shown(now.files, now.pageCount);
     if (std::exchange(mShown, shown) == shown)
         return;
@@ -86,26 +90,43 @@ void DocumentRow::askForFiles() {
 void DocumentRow::read() {
     mMessages.remove(kDocumentMessage);
     mDigests.clear();
-    if (mModel.files().isEmpty())
-        return;
-    mReading.start([this, files = mModel.files()](const BackgroundCall::Link& link) {
-        const Result<JobDocument> document =
-            JobDocument::prepare(files, std::nullopt, &link.cancelFlag());
-        if (document) {
-            link.tell([this, pages = document->pages(), digests = document->digests()] {
-                setRead(pages, digests);
-            });
-            return;
-        }
-        link.tell([this, sentence = document.error().sentence] {
-            mMessages.show(kDocumentMessage, MessageBar::Kind::Warning, sentence);
-        });
-    });
+    Q_EMIT documentRead(nullptr);
+    if (!mModel.files().isEmpty())
+        startReading();
 }
 
-void DocumentRow::setRead(int pages, const QByteArrayList& digests) {
+void DocumentRow::startReading() {
+    mPaper = markedPaper(mModel.ppd());
+    Q_EMIT readingStarted();
+    mReading.start(
+        [this, files = mModel.files(), paper = mPaper](const BackgroundCall::Link& link) {
+            Result<JobDocument> read = JobDocument::prepare(files, paper, &link.cancelFlag());
+            if (read) {
+                link.tell([this, document = std::make_shared<const JobDocument>(std::move(*read))] {
+                    setRead(document);
+                });
+                return;
+            }
+            link.tell([this, sentence = read.error().sentence] {
+                mMessages.show(kDocumentMessage, MessageBar::Kind::Warning, sentence);
+                Q_EMIT documentRead(nullptr);
+            });
+        });
+}
+
+void DocumentRow::setRead(std::shared_ptr<const JobDocument> document) {
+    mDigests = document->digests();
+    mIsLaidOut = document->isLaidOut();
+    auto pages = std::make_shared<DocumentPages>();
+    pages->measures = document->measures();
+    pages->ofFiles = document->pagesOfFiles();
+    Q_EMIT documentRead(std::move(document));
+    mModel.setDocument(std::move(pages));
+}
+
+void DocumentRow::documentChanged(const QByteArrayList& digests) {
     mDigests = digests;
-    mModel.setPageCount(pages);
+    startReading();
 }
 
 } // namespace labelcut

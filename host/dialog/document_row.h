@@ -5,16 +5,19 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include "host/core/background_call.h"
+#include "host/documents/paper.h"
 
 class QLabel;
 class QPushButton;
 
 namespace labelcut {
 
+class JobDocument;
 class JobModel;
 class MessageBar;
 struct JobSnapshot;
@@ -30,10 +33,16 @@ public:
 
     /// Shows the model's document. @param now  what the model's state is.
     void refresh(const JobSnapshot& now);
-    /// The document has been read. @param pages  in it. @param digests  what the files were.
-    void setRead(int pages, const QByteArrayList& digests);
+    /// The document is another one than was read. @param digests  what its files are.
+    void documentChanged(const QByteArrayList& digests);
     /// What the files were when they were read; empty before that.
     const QByteArrayList& digests() const { return mDigests; }
+
+Q_SIGNALS:
+    /// A document is read from here on, until documentRead().
+    void readingStarted();
+    /// @param document  null: there is none, or it cannot be read.
+    void documentRead(std::shared_ptr<const labelcut::JobDocument> document);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -41,12 +50,17 @@ protected:
 private:
     void askForFiles();
     void read();
+    void startReading();
+    void setRead(std::shared_ptr<const JobDocument> document);
 
     JobModel& mModel;
     MessageBar& mMessages;
     BackgroundCall mReading;
     QByteArrayList mDigests;
     bool mPainted = false;
+    /// What the document was read for, and whether its pages depend on that.
+    std::optional<JobPaper> mPaper;
+    bool mIsLaidOut = false;
     /// Files and pages as they were shown last; nothing before that.
     std::optional<std::pair<QStringList, int>> mShown;
     QLabel* mTitle;

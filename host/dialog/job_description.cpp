@@ -4,9 +4,9 @@
 #include <QRegularExpression>
 
 #include "host/core/harmless_text.h"
-#include "host/core/length.h"
 #include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
+#include "host/texts/length.h"
 
 namespace labelcut {
 

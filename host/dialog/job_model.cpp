@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/job/marked_paper.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -157,15 +158,41 @@ std::vector<Conflict> JobModel::conflicts() const {
     return findConflicts(ppd());
 }
 
-std::optional<Settings> JobModel::proposedFix(bool* gaveUp) const {
+/// Nothing without a conflict.
+std::optional<ResolutionSearch> JobModel::neededSearch() const {
     const std::vector<Conflict> found = conflicts();
     if (found.empty())
         return std::nullopt;
     // What was done last stands where it takes part, otherwise the first of the conflict does.
     const Conflict& conflict = found.front();
     const auto latest = std::ranges::find_first_of(conflict, mLatest);
-    return proposeResolution(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest,
-                             gaveUp);
+    return resolutionSearch(ppd(), latest == conflict.end() ? conflict.front() : *latest, mLatest);
+}
+
+void JobModel::searchFix() {
+    std::optional<ResolutionSearch> needed = neededSearch();
+    if (needed == mSearch)
+        return;
+    mSearching.drop();
+    mFound.reset();
+    mSearch = std::move(needed);
+    if (!mSearch)
+        return;
+    mSearching.start([this, search = *mSearch](const BackgroundCall::Link& link) {
+        link.tell([this, found = run(search, &link.cancelFlag())] {
+            mFound = found;
+            Q_EMIT fixSearched();
+        });
+    });
+}
+
+std::optional<Settings> JobModel::proposedFix(bool* gaveUp) const {
+    // What was found for other choices is none for these.
+    if (!mFound || neededSearch() != mSearch)
+        return std::nullopt;
+    if (gaveUp)
+        *gaveUp = mFound->gaveUp;
+    return mFound->changes;
 }
 
 QString JobModel::settingText(const Setting& setting) const {
@@ -190,18 +217,19 @@ QString JobModel::fixText(bool* gaveUp) const {
 }
 
 void JobModel::applyFix() {
+    followActs();
     if (const std::optional<Settings> fix = proposedFix())
         tell(chooseAll(*fix));
 }
 
 void JobModel::setFiles(const QStringList& files) {
     mAmount.files = files;
-    mPageCount = 0;
+    mDocument.reset();
     Q_EMIT changed();
 }
 
-void JobModel::setPageCount(int pages) {
-    mPageCount = pages;
+void JobModel::setDocument(std::shared_ptr<const DocumentPages> pages) {
+    mDocument = std::move(pages);
     Q_EMIT changed();
 }
 
@@ -262,10 +290,29 @@ void JobModel::setRangeUnderstood(bool understood) {
     Q_EMIT changed();
 }
 
+JobPlan JobModel::planFor(std::shared_ptr<const DocumentPages> document) const {
+    PlanInput input;
+    input.document = std::move(document);
+    input.pages = mAmount.pages;
+    input.copies = mAmount.copies;
+    input.isReversed = mAmount.isReversed;
+    input.isCollated = mAmount.isCollated;
+    input.fit = mAmount.fit;
+    input.paper = markedPaper(ppd());
+    input.cuts = mPrinter->cutPlan();
+    return JobPlan(std::move(input));
+}
+
+std::optional<JobPlan> JobModel::plan() const {
+    if (!mPrinter || !mDocument || !mRangeUnderstood)
+        return std::nullopt;
+    return planFor(mDocument);
+}
+
 int JobModel::labelCount() const {
     if (!mRangeUnderstood)
         return 0;
-    return mAmount.pages.countIn(mPageCount) * mAmount.copies;
+    return mAmount.pages.countIn(pageCount()) * mAmount.copies;
 }
 
 void JobModel::save() {

@@ -12,8 +12,10 @@
 #include <set>
 #include <vector>
 
+#include "host/core/background_call.h"
 #include "host/dialog/undo_steps.h"
 #include "host/job/order.h"
+#include "host/plan/job_plan.h"
 #include "host/printers/opened_printer.h"
 #include "host/settings/constraints.h"
 
@@ -86,11 +88,18 @@ public:
     std::vector<Conflict> conflicts() const;
     /// The first of them as a sentence; empty when there is none.
     QString conflictSentence() const;
-    /// A way out that leaves what the user did last alone; nothing when there is none.
+    /// Looks for a way out of the first conflict that leaves what the user did last alone, on a
+    /// thread of its own; fixSearched() tells of its end. A search for something else is dropped,
+    /// and one for the same goes on or stays ended.
+    void searchFix();
+    bool isSearchingFix() const { return mSearch && !mFound; }
+    /// The way out that was found for what is chosen now; nothing when there is none, or it has
+    /// not been found yet. Searches nothing.
     /// @param gaveUp  set to true when the search for one ended at its limit; may be null.
     std::optional<Settings> proposedFix(bool* gaveUp = nullptr) const;
     /// What that changes, for people: "Half cut: Off"; empty when there is no way out.
     QString fixText(bool* gaveUp = nullptr) const;
+    /// Chooses what that changes.
     void applyFix();
     /// @}
 
@@ -98,9 +107,10 @@ public:
     /// @{
     void setFiles(const QStringList& files);
     const QStringList& files() const { return mAmount.files; }
-    /// How many pages the document has; 0 while that is not known.
-    void setPageCount(int pages);
-    int pageCount() const { return mPageCount; }
+    /// The document has been read. @param pages  of it; null: it is not known any more.
+    void setDocument(std::shared_ptr<const DocumentPages> pages);
+    /// How many pages it has; 0 while that is not known.
+    int pageCount() const { return mDocument ? static_cast<int>(mDocument->measures.size()) : 0; }
     void setCopies(int copies);
     int copies() const { return mAmount.copies; }
     void setReversed(bool reversed);
@@ -115,6 +125,11 @@ public:
     /// False while the user types something that is no range: pages() is then the last one that
     /// was, and nobody knows how many labels are wanted.
     void setRangeUnderstood(bool understood);
+    /// The job label by label; nothing without a printer, and while the document's pages or the
+    /// range are not known.
+    std::optional<JobPlan> plan() const;
+    /// The same for pages that are not the document's.
+    JobPlan planFor(std::shared_ptr<const DocumentPages> document) const;
     /// Labels that come out; 0 while the document's pages or the range are not known.
     int labelCount() const;
     /// @}
@@ -132,6 +147,8 @@ Q_SIGNALS:
     void printerOpened();
     /// Any choice, or the document, is not what it was.
     void changed();
+    /// The search that searchFix() began has ended.
+    void fixSearched();
     /// A panel has given its view another size.
     void panelResized();
     /// A sentence for the user about something that could not be done as wanted.
@@ -146,6 +163,7 @@ private:
     void tell(const QStringList& sentences);
     void applyPages();
     QString settingText(const Setting& setting) const;
+    std::optional<ResolutionSearch> neededSearch() const;
 
     std::unique_ptr<OpenedPrinter> mPrinter;
     UndoSteps mSteps;
@@ -153,9 +171,14 @@ private:
     Settings mLatest;
     Amount mAmount;
     bool mRangeUnderstood = true;
-    int mPageCount = 0;
+    /// Null while it is not known.
+    std::shared_ptr<const DocumentPages> mDocument;
     /// Callbacks of the panels whose users have acted since the last look.
     std::set<const PDEPluginCallback*> mActing;
+    /// The latest search for a way out, and its outcome once it has ended.
+    std::optional<ResolutionSearch> mSearch;
+    std::optional<Resolution> mFound;
+    BackgroundCall mSearching{this};
 };
 
 } // namespace labelcut

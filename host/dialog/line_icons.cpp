@@ -50,6 +50,13 @@ QPainterPath pathOf(LineIcon icon) {
         path.moveTo(12, 4);
         path.lineTo(4, 12);
         break;
+    case LineIcon::Turn:
+        path.arcMoveTo(3, 4, 10, 10, 150);
+        path.arcTo(3, 4, 10, 10, 150, -150);
+        path.moveTo(10, 7);
+        path.lineTo(13, 9.5);
+        path.lineTo(15.5, 6.5);
+        break;
     }
     return path;
 }
@@ -60,6 +67,8 @@ QString nameInThemes(LineIcon icon) {
         return QStringLiteral("edit-undo");
     case LineIcon::Remove:
         return QStringLiteral("edit-delete");
+    case LineIcon::Turn:
+        return QStringLiteral("object-rotate-right");
     case LineIcon::Dismiss:
         break;
     }

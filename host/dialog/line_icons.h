@@ -9,6 +9,7 @@ enum class LineIcon {
     Back,    ///< An arrow that turns back: to the default.
     Remove,  ///< A bin.
     Dismiss, ///< A cross.
+    Turn,    ///< A quarter of a turn, clockwise.
 };
 
 /// The icon theme's icon, or one drawn in the colour of the text on buttons, sharp at every scale.

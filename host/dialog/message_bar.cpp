@@ -9,6 +9,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <map>
+#include <utility>
+
 #include "host/dialog/alert.h"
 #include "host/dialog/line_icons.h"
 #include "host/dialog/plain_label.h"
@@ -41,20 +44,20 @@ QString shortened(const QStringList& sentences) {
 /// One message.
 class MessageBar::Row : public Alert {
 public:
-    Row(const QString& name, const QStringList& sentences, const QStringList& offers)
-        : mSentences(sentences)
-        , mOffers(offers) {
+    Row(const QString& name, const QStringList& sentences)
+        : mSentences(sentences) {
         setObjectName(name);
     }
 
     const QStringList& sentences() const { return mSentences; }
-    bool saysTheSame(const QStringList& sentences, const QStringList& offers) const {
-        return mSentences == sentences && mOffers == offers;
-    }
+
+    /// The buttons by their texts, and where they stand; whoever fills the row sets the latter.
+    std::map<QString, QPushButton*> offers;
+    QHBoxLayout* offerLine = nullptr;
+    QToolButton* close = nullptr;
 
 private:
     QStringList mSentences;
-    QStringList mOffers;
 };
 
 MessageBar::MessageBar(QWidget* parent)
@@ -77,18 +80,17 @@ MessageBar::Row* MessageBar::row(const QString& name) const {
 void MessageBar::show(const QString& name, Kind kind, const QString& text,
                       const std::vector<MessageAction>& actions) {
     const QStringList sentences = text.split(u'\n');
-    QStringList offers;
-    for (const MessageAction& action : actions)
-        offers.append(action.text);
-    if (const Row* shown = row(name); shown && shown->saysTheSame(sentences, offers))
+    if (Row* shown = row(name); shown && shown->sentences() == sentences) {
+        offer(*shown, actions);
         return;
+    }
     // What failed is said once, by whoever says it last.
     for (const Row* other : rows()) {
         if (other->objectName() == name || other->sentences() == sentences)
             remove(other->objectName());
     }
 
-    auto* row = new Row(name, sentences, offers);
+    auto* row = new Row(name, sentences);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(iconFor(*this, kind));
@@ -100,12 +102,9 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     if (label->text() != text)
         label->setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
     layout->addWidget(label, 1);
-    for (const MessageAction& action : actions) {
-        auto* button = new QPushButton(QString(action.text).replace(u'&', QStringLiteral("&&")));
-        connect(button, &QPushButton::clicked, this, action.act);
-        layout->addWidget(button);
-    }
-    auto* close = new QToolButton;
+    row->offerLine = new QHBoxLayout;
+    layout->addLayout(row->offerLine);
+    auto* close = row->close = new QToolButton;
     close->setAutoRaise(true);
     close->setFocusPolicy(Qt::StrongFocus);
     close->setIcon(lineIcon(LineIcon::Dismiss));
@@ -113,9 +112,37 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
     close->setToolTip(hostText("DismissMessage"));
     connect(close, &QToolButton::clicked, this, [this, name] { remove(name); });
     layout->addWidget(close);
+    offer(*row, actions);
     mRows->addWidget(row);
     QFrame::show();
     row->announce(sentences.join(u' '));
+}
+
+void MessageBar::offer(Row& row, const std::vector<MessageAction>& actions) {
+    std::map<QString, QPushButton*> before = std::exchange(row.offers, {});
+    int place = 0;
+    QWidget* last = row.close;
+    for (const MessageAction& action : actions) {
+        QPushButton*& button = row.offers[action.text];
+        if (const auto old = before.extract(action.text)) {
+            button = old.mapped();
+        } else {
+            button = new QPushButton(QString(action.text).replace(u'&', QStringLiteral("&&")));
+            connect(button, &QPushButton::clicked, this, action.act);
+        }
+        row.offerLine->insertWidget(place++, button);
+        // The Tab key goes through them where the row stands; in the end the cross is the last.
+        setTabOrder(last, button);
+        last = button;
+    }
+    setTabOrder(last, row.close);
+    for (const auto& [text, gone] : before) {
+        if (gone->hasFocus())
+            giveFocusBack();
+        row.offerLine->removeWidget(gone);
+        gone->hide();
+        gone->deleteLater();
+    }
 }
 
 void MessageBar::add(const QString& name, const QString& sentence) {

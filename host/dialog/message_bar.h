@@ -30,13 +30,17 @@ public:
 
     explicit MessageBar(QWidget* parent = nullptr);
 
-    /// Shows a message under a name; a message of the same name is replaced, or stays as it is when
-    /// it says and offers the same. One of another name that says the same makes room for it.
+    /// Shows a message under a name; a message of the same name is replaced, or stays when it says
+    /// the same, and so do those of its buttons that are still offered, in their places: each is
+    /// known by its text, and does what it did. One of another name that says the same makes room
+    /// for it.
     void show(const QString& name, Kind kind, const QString& text,
               const std::vector<MessageAction>& actions = {});
     /// Adds a sentence to the message of that name, or begins one.
     void add(const QString& name, const QString& sentence);
     void remove(const QString& name);
+    /// Whether a message of that name is there.
+    bool shows(const QString& name) const { return row(name) != nullptr; }
     /// All texts, in order; each whole, one sentence a line.
     QStringList texts() const;
 
@@ -44,6 +48,7 @@ private:
     class Row;
     Row* row(const QString& name) const;
     std::vector<Row*> rows() const;
+    void offer(Row& row, const std::vector<MessageAction>& actions);
     void giveFocusBack();
 
     QVBoxLayout* mRows;

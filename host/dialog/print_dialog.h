@@ -21,9 +21,11 @@ class MessageBar;
 class PageStack;
 class PresetBar;
 class PrinterPicker;
+class StripPane;
 
-/// From top to bottom: document, printer, copies and presets; the pages; messages; what will come
-/// out, and the buttons. Each is a part of its own; the window connects them.
+/// From top to bottom: document, printer, copies and presets; the strip of labels; the pages;
+/// messages; what will come out, and the buttons. Each is a part of its own; the window connects
+/// them.
 class PrintDialog : public QDialog {
     Q_OBJECT
 public:
@@ -53,6 +55,7 @@ protected:
 private:
     void buildWindow();
     QWidget* buildHeader();
+    QWidget* buildColumn();
     void connectParts();
     void connectRun();
     void start(const DialogRequest& request);
@@ -73,11 +76,13 @@ private:
     /// Many changes in one turn of the event loop are shown once.
     QTimer mRefresh;
     QWidget* mHeader;
+    QWidget* mColumn;
     MessageBar* mMessages;
     DocumentRow* mDocument;
     PrinterPicker* mPicker;
     QSpinBox* mCopies;
     PresetBar* mPresets;
+    StripPane* mStrip;
     PageStack* mPages;
     JobFooter* mFooter;
     /// Where the focus was when Print was pressed.

@@ -21,7 +21,7 @@ void PrintDialog::connectRun() {
     connect(&mRun, &PrintRun::progressed, this, [this](const QString& sentence, int percent) {
         mFooter->showProgress(sentence, percent, mRun.isSent());
     });
-    connect(&mRun, &PrintRun::documentChanged, mDocument, &DocumentRow::setRead);
+    connect(&mRun, &PrintRun::documentChanged, mDocument, &DocumentRow::documentChanged);
     connect(&mRun, &PrintRun::failed, this, [this](const QString& sentence) {
         setRunning(false);
         mMessages->show(kRunMessage, MessageBar::Kind::Warning, sentence);
@@ -88,7 +88,7 @@ void PrintDialog::startRun(const Order& order) {
 }
 
 void PrintDialog::setRunning(bool running) {
-    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mPages, mMessages})
+    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mColumn, mPages, mMessages})
         part->setEnabled(!running);
     mFooter->setRunning(running);
     refresh();

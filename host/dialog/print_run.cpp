@@ -75,7 +75,7 @@ void PrintRun::deliver(const std::shared_ptr<JobDocument>& document) {
 }
 
 void PrintRun::refuseChanged(const QString& file, const JobDocument& document) {
-    Q_EMIT documentChanged(document.pages(), document.digests());
+    Q_EMIT documentChanged(document.digests());
     fail(hostText("DocumentChanged").arg(file));
 }
 

@@ -31,7 +31,7 @@ Q_SIGNALS:
     void failed(const QString& sentence);
     void finished(const QString& sentence);
     /// A file is no longer what was shown; failed() follows. This is what they are now.
-    void documentChanged(int pages, const QByteArrayList& digests);
+    void documentChanged(const QByteArrayList& digests);
 
 private:
     void deliver(const std::shared_ptr<JobDocument>& document);

@@ -43,6 +43,8 @@ constexpr std::chrono::milliseconds kLookAtOutput(500);
 /// Of what a worker says beside its answers at least so much is kept, the last of it: there stands
 /// why Ghostscript gave up, and whether it has made a page. Bytes.
 constexpr qsizetype kMessages = 64 << 10;
+/// What Poppler says before it ends the process for want of memory.
+constexpr const char* kOutOfMemory = "Out of memory";
 constexpr auto kMostOutput = static_cast<qint64>(worker::kOutputLimit);
 
 const char* nameOf(DocumentReader reader) {
@@ -51,6 +53,8 @@ const char* nameOf(DocumentReader reader) {
         return "pdf";
     case DocumentReader::Drawing:
         return "drawing";
+    case DocumentReader::Pages:
+        return "pages";
     case DocumentReader::Ghostscript:
         return "ghostscript";
     }
@@ -58,8 +62,17 @@ const char* nameOf(DocumentReader reader) {
 }
 
 QString libraryOf(DocumentReader reader) {
-    return reader == DocumentReader::PDF ? QStringLiteral("pdf_engine.so")
-                                         : QStringLiteral("drawing.so");
+    switch (reader) {
+    case DocumentReader::PDF:
+        return QStringLiteral("pdf_engine.so");
+    case DocumentReader::Drawing:
+        return QStringLiteral("drawing.so");
+    case DocumentReader::Pages:
+        return QStringLiteral("pages.so");
+    case DocumentReader::Ghostscript:
+        break;
+    }
+    return {};
 }
 
 QString megabytes(std::uint64_t bytes) {
@@ -286,7 +299,8 @@ Error sentenceFor(const worker::Failed& failed, const WorkerTask& task, Document
     using worker::Problem;
     const QString about =
         failed.file == worker::kNoFile ? task.about : task.files.value(failed.file, task.about);
-    const QString detail = QString::fromStdString(failed.detail);
+    const QString detail =
+        failed.detail.empty() ? hostText("NoReasonGiven") : QString::fromStdString(failed.detail);
     switch (failed.problem) {
     case Problem::UnknownKind:
         return failure(hostText("UnknownKind").arg(about));
@@ -399,6 +413,8 @@ Result<worker::Answer> DocumentWorker::ask(const worker::Request& request, const
     const Result<std::optional<worker::Answer>> answer = nextAnswer(task);
     if (!answer)
         return answer.error();
+    if (!*answer && mProcess->said.contains(kOutOfMemory))
+        return outOfMemory(task.about);
     if (!*answer)
         return crashed(task.about, mProcess->status);
     if (const auto* failed = std::get_if<worker::Failed>(&**answer))

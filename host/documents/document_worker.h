@@ -20,7 +20,7 @@
 namespace labelcut {
 
 /// Which of its readers a worker is.
-enum class DocumentReader { PDF, Drawing, Ghostscript };
+enum class DocumentReader { PDF, Drawing, Pages, Ghostscript };
 
 /// What a worker is asked about.
 struct WorkerTask {

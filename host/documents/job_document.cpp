@@ -64,6 +64,7 @@ Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading
     if (!read)
         return read.error();
     mPdf = read->pdf;
+    mIsLaidOut = mIsLaidOut || read->isDrawn;
     mPagesOfFiles.push_back(static_cast<int>(read->opened.pages));
     mPages += mPagesOfFiles.back();
     if (read->opened.isRepaired)

@@ -44,6 +44,8 @@ public:
     /// The measure at which each page is shown, before it is laid out. Points, each 0 …
     /// worker::kLongestSide.
     const std::vector<QSizeF>& measures() const { return mMeasures; }
+    /// Whether any of it was drawn for the paper: text, pictures and drawings are.
+    bool isLaidOut() const { return mIsLaidOut; }
     /// Those of the files that were damaged and could be repaired: pages may lack something.
     const QStringList& repaired() const { return mRepaired; }
     /// One for each file, to tell whether it is still what it was; see DocumentCopy.
@@ -82,6 +84,7 @@ private:
     int mPages = 0;
     std::vector<int> mPagesOfFiles;
     std::vector<QSizeF> mMeasures;
+    bool mIsLaidOut = false;
     QStringList mRepaired;
     QByteArrayList mDigests;
 };

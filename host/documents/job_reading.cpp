@@ -100,7 +100,8 @@ Result<JobReading::File> JobReading::read(const QString& path, const QString& ab
     if (!file)
         return failure(hostText("UnknownKind").arg(about));
     mNames << about;
-    return File{pdf, *file};
+    const bool isDrawn = kind && kind->kind != worker::DocumentKind::PostScript;
+    return File{pdf, *file, isDrawn};
 }
 
 Result<worker::Answer> JobReading::open(const QString& path, const QString& about) {

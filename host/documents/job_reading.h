@@ -31,6 +31,8 @@ public:
         /// Of its PDF; `path` itself for one.
         QString pdf;
         worker::Opened opened;
+        /// It was drawn for the paper.
+        bool isDrawn = false;
     };
     /// @param path  of the copy. @param about  what the user calls the file.
     Result<File> read(const QString& path, const QString& about);

@@ -19,6 +19,8 @@ struct JobPaper {
     QSizeF size;
     /// What the printer can print on, measured from the top left corner; never empty.
     QRectF printable;
+
+    bool operator==(const JobPaper&) const = default;
 };
 
 /// Where a page of that measure comes to lie on the paper. @param measure  as it is shown. Points.

@@ -1,8 +1,8 @@
 // Job: pages of which an edge would be lost on the label.
 #include "host/job/fit_problem.h"
 
-#include "host/core/length.h"
 #include "host/texts/host_text.h"
+#include "host/texts/length.h"
 
 namespace labelcut {
 

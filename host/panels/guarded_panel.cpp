@@ -114,6 +114,10 @@ QString GuardedPanel::helpText() {
     return guarded([this] { return mPanel.helpText(); }, QString());
 }
 
+std::optional<PDECutPlan> GuardedPanel::cutPlan() {
+    return guarded([this] { return mPanel.cutPlan(); }, std::optional<PDECutPlan>());
+}
+
 QVariantMap GuardedPanel::inspect() const {
     return guarded([this] { return mPanel.inspect(); }, QVariantMap());
 }

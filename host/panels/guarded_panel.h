@@ -37,6 +37,7 @@ public:
     SummaryWords summaryWords() override;
     QString remark() override;
     QString helpText() override;
+    std::optional<PDECutPlan> cutPlan() override;
     QVariantMap inspect() const override;
 
 private:

@@ -202,6 +202,13 @@ void OpenedPrinter::followActs(const std::set<const PDEPluginCallback*>& writers
     }
 }
 
+std::optional<PDECutPlan> OpenedPrinter::cutPlan() const {
+    for (const PanelSet::Entry& entry : mPanels->entries())
+        if (const std::optional<PDECutPlan> plan = entry.panel->cutPlan())
+            return plan;
+    return std::nullopt;
+}
+
 void OpenedPrinter::save() {
     const QScopedValueRollback driving(mDriving, true);
     mPanels->save();

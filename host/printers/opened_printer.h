@@ -110,6 +110,9 @@ public:
     /// The users of these callbacks' panels have acted: asks for their state, and has others that
     /// show what was changed since `before` reread it. Nobody rereads what it wrote itself.
     void followActs(const std::set<const PDEPluginCallback*>& writers, const Settings& before);
+    /// What will be cut with what is marked now, by the first panel that says so; nothing when none
+    /// does.
+    std::optional<PDECutPlan> cutPlan() const;
     /// Asks every panel for its state.
     void save();
     /// Whether every panel lets the job be printed.

@@ -2,10 +2,9 @@
 #include "host/settings/conflict_resolver.h"
 
 #include <algorithm>
-#include <string_view>
 
+#include "host/settings/constraint_rules.h"
 #include "host/settings/ppd_records.h"
-#include "platform/printing/ppd_lookup.h"
 
 namespace labelcut::ppd {
 
@@ -18,12 +17,13 @@ constexpr char kCollate[] = "Collate";
 
 } // namespace
 
-ConflictResolver::ConflictResolver(ppd_file_t* file, const ConstraintRules& rules,
-                                   const Wanted& wanted)
-    : mFile(file)
-    , mRules(rules)
+ConflictResolver::ConflictResolver(const ResolvingData& data, const Wanted& wanted,
+                                   const CancelFlag* cancel)
+    : mRules(*data.rules)
+    , mMarks(data.marks)
     , mWanted(wanted)
-    , mMarks(file) {
+    , mCancel(cancel)
+    , mStandingOf(mRules.options.size()) {
     if (!isSameName(wanted.keyword, kCollate))
         set(wanted.keyword, wanted.choice);
 }
@@ -33,7 +33,7 @@ void ConflictResolver::set(const char* keyword, const char* choice) {
     if (name.isEmpty())
         name = keyword;
     value = choice;
-    if (const ppd_option_t* option = findOption(mFile, keyword))
+    if (const std::uint32_t option = mRules.optionOf(keyword); option != kNone)
         mStandingOf[option] = value;
 }
 
@@ -42,43 +42,60 @@ const char* ConflictResolver::standing(const char* keyword) const {
     return found == mStanding.end() ? nullptr : found->second.second.constData();
 }
 
-const char* ConflictResolver::valueOf(const RulePart& part, const Trial& trial) const {
-    if (part.isPaper && trial.keyword && isPaperKeyword(trial.keyword))
+/// Null for kNone.
+const char* ConflictResolver::nameOf(std::uint32_t choice) const {
+    return choice == kNone ? nullptr : mRules.choices[choice].c_str();
+}
+
+const char* ConflictResolver::markedPaper() const {
+    return mMarks.paper ? mMarks.paper->c_str() : nullptr;
+}
+
+/// As MarkedValues::of().
+const char* ConflictResolver::markedValueOf(const Part& part) const {
+    if (part.choice == kNone)
+        return nameOf(mMarks.choiceOf[part.option]);
+    return mMarks.isMarked[part.choice] ? nameOf(part.choice) : nullptr;
+}
+
+const char* ConflictResolver::valueOf(const Part& part, const Trial& trial) const {
+    if (part.isPaper && trial.isPaper)
         return trial.choice;
     if (part.isPaper) {
         for (const char* keyword : {"PageSize", "PageRegion", "media"})
             if (const char* value = standing(keyword))
                 return value;
-        return mMarks.paper();
+        return markedPaper();
     }
-    if (trial.keyword && isSameName(trial.keyword, part.option->keyword))
+    if (trial.choice && trial.option == part.option)
         return trial.choice;
-    const auto found = mStandingOf.find(part.option);
-    return found == mStandingOf.end() ? mMarks.of(part) : found->second.constData();
+    const QByteArray& value = mStandingOf[part.option];
+    return value.isNull() ? markedValueOf(part) : value.constData();
 }
 
 bool ConflictResolver::isBroken(const Rule& rule, const Trial& trial) {
     ++mSteps;
-    return std::ranges::all_of(
-        rule.parts, [&](const RulePart& part) { return holds(part, valueOf(part, trial)); });
-}
-
-bool ConflictResolver::breaksAny(const Trial& trial) {
-    return std::ranges::any_of(mRules.rules(),
-                               [&](const Rule& rule) { return gaveUp() || isBroken(rule, trial); });
-}
-
-/// Whether the choice breaks a constraint of its option that is not about what is installed.
-bool ConflictResolver::breaksOwn(const ppd_option_t& option, const char* choice) {
-    return std::ranges::any_of(mRules.rulesOf(&option), [&](std::uint32_t index) {
-        const Rule& rule = mRules.rules()[index];
-        return gaveUp() || (!rule.isInstallable && isBroken(rule, {option.keyword, choice}));
+    return std::ranges::all_of(rule.parts, [&](const Part& part) {
+        return holds(nameOf(part.choice), valueOf(part, trial));
     });
 }
 
-std::vector<const Rule*> ConflictResolver::brokenRules() {
+bool ConflictResolver::breaksAny(const Trial& trial) {
+    return std::ranges::any_of(mRules.rules,
+                               [&](const Rule& rule) { return isOver() || isBroken(rule, trial); });
+}
+
+/// Whether the trial breaks a constraint of its option that is not about what is installed.
+bool ConflictResolver::breaksOwn(const Trial& trial) {
+    return std::ranges::any_of(mRules.options[trial.option].rules, [&](std::uint32_t index) {
+        const Rule& rule = mRules.rules[index];
+        return isOver() || (!rule.isInstallable && isBroken(rule, trial));
+    });
+}
+
+std::vector<const ResolvingRules::Rule*> ConflictResolver::brokenRules() {
     std::vector<const Rule*> broken;
-    for (const Rule& rule : mRules.rules())
+    for (const Rule& rule : mRules.rules)
         if (isBroken(rule))
             broken.push_back(&rule);
     return broken;
@@ -112,77 +129,77 @@ bool ConflictResolver::attempt(const std::vector<const Rule*>& broken) {
     mOfAttempt.clear();
     mHasChanged = false;
     for (const Rule* rule : broken) {
-        if (*rule->resolver && !followResolver(rule->resolver))
+        if (!rule->resolver.empty() && !followResolver(rule->resolver))
             return false;
-        if (*rule->resolver)
+        if (!rule->resolver.empty())
             continue;
-        for (const RulePart& part : rule->parts)
+        for (const Part& part : rule->parts)
             tryOption(part);
     }
-    return mHasChanged && !gaveUp();
+    return mHasChanged && !isOver();
 }
 
 /// @return false when the PPD has no such way out, or it was taken before and did not help.
-bool ConflictResolver::followResolver(const char* name) {
-    if (mOfAttempt.contains(folded(name)))
+bool ConflictResolver::followResolver(const std::string& name) {
+    if (mOfAttempt.contains(name))
         return true;
-    const char* text = mRules.resolver(name);
-    if (!text || !mUsed.insert(folded(name)).second)
+    const auto changes = mRules.resolvers.find(name);
+    if (changes == mRules.resolvers.end() || !mUsed.insert(name).second)
         return false;
-    mOfAttempt.insert(folded(name));
-    followText(text);
+    mOfAttempt.insert(name);
+    followChanges(changes->second);
     return true;
 }
 
-/// @param text  "*Option Choice" or several of them. What does not help alone may do with the next.
-void ConflictResolver::followText(std::string_view text) {
-    while (!mHasChanged && !gaveUp()) {
-        std::string keyword(takeWord(text));
-        const std::string choice(takeWord(text));
-        if (!keyword.starts_with('*') || keyword.size() == 1 || choice.empty())
+/// What does not help alone may do with the next.
+void ConflictResolver::followChanges(const std::vector<ResolvingRules::Change>& changes) {
+    for (const auto& [keyword, choice] : changes) {
+        if (mHasChanged || isOver())
             return;
-        keyword.erase(0, 1);
         if (isWanted(keyword.c_str()))
             continue;
-        mHasChanged = !breaksAny({keyword.c_str(), choice.c_str()});
+        mHasChanged =
+            !breaksAny({choice.c_str(), mRules.optionOf(keyword), isPaperKeyword(keyword)});
         set(keyword.c_str(), choice.c_str());
     }
 }
 
-void ConflictResolver::tryOption(const RulePart& part) {
-    const ppd_option_t& option = *part.option;
-    if (mHasChanged || part.isInstallable || isWanted(option.keyword))
+void ConflictResolver::tryOption(const Part& part) {
+    const Option& option = mRules.options[part.option];
+    if (mHasChanged || part.isInstallable || isWanted(option.keyword.c_str()))
         return;
     const char* current = currentChoice(part);
-    const auto tryChoice = [&](const char* choice) {
+    const bool isPaper = isPaperKeyword(option.keyword);
+    const auto tryChoice = [&](const std::string& choice) {
         ++mSteps;
-        if (isSameName(current, choice) || gaveUp() || breaksOwn(option, choice))
+        if (isSameName(current, choice) || isOver() ||
+            breaksOwn({choice.c_str(), part.option, isPaper}))
             return false;
-        set(option.keyword, choice);
+        set(option.keyword.c_str(), choice.c_str());
         mHasChanged = true;
         return true;
     };
-    if (tryChoice(option.defchoice))
+    if (tryChoice(option.defaultChoice))
         return;
-    for (const ppd_choice_t& choice : choicesOf(option)) {
+    for (std::uint32_t i = 0; i < option.choiceCount; ++i) {
+        const std::string& choice = mRules.choices[option.firstChoice + i];
         const bool isOther =
-            !isSameName(choice.choice, option.defchoice) && !isSameName(choice.choice, "Custom");
-        if (gaveUp() || (isOther && tryChoice(choice.choice)))
+            !isSameName(choice, option.defaultChoice) && !isSameName(choice, "Custom");
+        if (isOver() || (isOther && tryChoice(choice)))
             return;
     }
 }
 
 /// Never null.
-const char* ConflictResolver::currentChoice(const RulePart& part) const {
-    const char* keyword = part.option->keyword;
+const char* ConflictResolver::currentChoice(const Part& part) const {
+    const char* keyword = mRules.options[part.option].keyword.c_str();
     const char* current = standing(keyword);
     if (!current && isPaperKeyword(keyword)) {
         current = standing("PageSize");
         current = current ? current : standing("PageRegion");
-        current = current ? current : mMarks.paper();
+        current = current ? current : markedPaper();
     } else if (!current) {
-        const ppd_choice_t* marked = findMarkedChoice(mFile, keyword);
-        current = marked ? marked->choice : nullptr;
+        current = nameOf(mMarks.choiceOf[part.option]);
     }
     return current ? withoutCustomValue(current) : "";
 }

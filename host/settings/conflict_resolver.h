@@ -12,27 +12,29 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "host/settings/constraint_rules.h"
+#include "host/core/call_limits.h"
+#include "host/settings/resolving_data.h"
 #include "host/settings/setting.h"
 
 namespace labelcut::ppd {
 
-/// Constraints and choices that are looked at in one search at most. The window waits for it, so
-/// that it ends before anybody notices; real printers take some thousand.
+/// Constraints and choices that are looked at in one search at most, which then takes some ten
+/// milliseconds; real printers take some thousand.
 inline constexpr std::int64_t kMaxResolvingSteps = 500'000;
 
-/// A setting that is tried beyond those that stand; null: none.
+/// A setting that is tried beyond those that stand.
 struct Trial {
-    const char* keyword = nullptr;
+    /// Null: there is none.
     const char* choice = nullptr;
+    /// kNone: one that no rule names.
+    std::uint32_t option = kNone;
+    bool isPaper = false;
 };
 
-/// One search; changes no mark.
+/// One search, on any thread.
 class ConflictResolver {
 public:
     /// What shall stand: a keyword and its choice, as the PPD has them.
@@ -41,8 +43,10 @@ public:
         const char* choice;
     };
 
-    /// @param file  and rules, which are the file's: borrowed.
-    ConflictResolver(ppd_file_t* file, const ConstraintRules& rules, const Wanted& wanted);
+    /// @param data  and wanted's texts: borrowed.
+    /// @param cancel  ends the search early, without a way out; borrowed, may be null.
+    ConflictResolver(const ResolvingData& data, const Wanted& wanted,
+                     const CancelFlag* cancel = nullptr);
 
     /// All settings that the search has come to, what is wanted among them, in the order of their
     /// keywords. Nothing when there is no way, or none that was found in time. To be called once.
@@ -53,28 +57,36 @@ public:
     std::int64_t steps() const { return mSteps; }
 
 private:
+    using Option = ResolvingRules::Option;
+    using Part = ResolvingRules::Part;
+    using Rule = ResolvingRules::Rule;
+
+    bool isOver() const { return gaveUp() || isCancelled(mCancel); }
     void set(const char* keyword, const char* choice);
     const char* standing(const char* keyword) const;
-    const char* valueOf(const RulePart& part, const Trial& trial) const;
-    const char* currentChoice(const RulePart& part) const;
+    const char* markedValueOf(const Part& part) const;
+    const char* markedPaper() const;
+    const char* nameOf(std::uint32_t choice) const;
+    const char* valueOf(const Part& part, const Trial& trial) const;
+    const char* currentChoice(const Part& part) const;
     bool isBroken(const Rule& rule, const Trial& trial = {});
     bool breaksAny(const Trial& trial);
-    bool breaksOwn(const ppd_option_t& option, const char* choice);
+    bool breaksOwn(const Trial& trial);
     std::vector<const Rule*> brokenRules();
     bool attempt(const std::vector<const Rule*>& broken);
-    bool followResolver(const char* name);
-    void followText(std::string_view text);
-    void tryOption(const RulePart& part);
+    bool followResolver(const std::string& name);
+    void followChanges(const std::vector<ResolvingRules::Change>& changes);
+    void tryOption(const Part& part);
     bool isWanted(const char* keyword) const;
 
-    ppd_file_t* mFile;
-    const ConstraintRules& mRules;
+    const ResolvingRules& mRules;
+    const ResolvingMarks& mMarks;
     Wanted mWanted;
-    MarkedValues mMarks;
+    const CancelFlag* mCancel;
     /// By the keyword without regard to case: the keyword and the choice that stand.
     std::map<std::string, std::pair<QByteArray, QByteArray>> mStanding;
-    /// The same by option, for the comparisons.
-    std::unordered_map<const ppd_option_t*, QByteArray> mStandingOf;
+    /// The same by option, for the comparisons; null: none.
+    std::vector<QByteArray> mStandingOf;
     /// Names of the PPD's ways out that were used: in this attempt, and before.
     std::set<std::string> mOfAttempt;
     std::set<std::string> mUsed;

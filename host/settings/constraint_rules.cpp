@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "host/settings/ppd_records.h"
+#include "host/settings/resolving_data.h"
 #include "platform/printing/ppd_lookup.h"
 
 namespace labelcut::ppd {
@@ -79,11 +80,11 @@ const char* withoutCustomValue(const char* choice) {
     return qstrnicmp(choice, "Custom.", 7) == 0 ? kCustomPrefix.data() : choice;
 }
 
-bool holds(const RulePart& part, const char* value) {
+bool holds(const char* choice, const char* value) {
     if (!value)
         return false;
-    if (part.choice)
-        return isSameName(withoutCustomValue(value), part.choice->choice);
+    if (choice)
+        return isSameName(withoutCustomValue(value), choice);
     return !isSameName(value, "None") && !isSameName(value, "Off") && !isSameName(value, "False");
 }
 
@@ -132,7 +133,7 @@ public:
         for (const ppd_attr_t* statement : statementsOf(mFile)) {
             if (isSameName(statement->name, "cupsUIConstraints") && statement->value)
                 add(partsOf(statement->value), statement->spec);
-            else if (isSameName(statement->name, "cupsUIResolver"))
+            else if (isSameName(statement->name, "cupsUIResolver") && statement->value)
                 mRules.mResolvers.try_emplace(folded(statement->spec), statement->value);
         }
         link();
@@ -232,15 +233,18 @@ std::span<const std::uint32_t> ConstraintRules::rulesOf(const ppd_option_t* opti
     return found == mRulesOf.end() ? std::span<const std::uint32_t>() : found->second;
 }
 
-const char* ConstraintRules::resolver(const char* name) const {
-    const auto found = mResolvers.find(folded(name));
-    return found == mResolvers.end() ? nullptr : found->second;
+std::shared_ptr<const ResolvingRules> ConstraintRules::copy() {
+    if (!mCopy)
+        mCopy = std::make_shared<const ResolvingRules>(mFile, *this);
+    return mCopy;
 }
 
 bool ConstraintRules::isBroken(const Rule& rule, const MarkedValues& marks) {
     ++mComparisons;
-    return std::ranges::all_of(rule.parts,
-                               [&](const RulePart& part) { return holds(part, marks.of(part)); });
+    return std::ranges::all_of(rule.parts, [&](const RulePart& part) {
+        const char* choice = part.choice ? part.choice->choice : nullptr;
+        return holds(choice, marks.of(part));
+    });
 }
 
 void ConstraintRules::setBroken(std::uint32_t index, bool isBroken) {

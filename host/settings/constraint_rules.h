@@ -8,6 +8,7 @@
 #include <cups/ppd.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -16,6 +17,8 @@
 #include <vector>
 
 namespace labelcut::ppd {
+
+struct ResolvingRules;
 
 /// One side of a constraint.
 struct RulePart {
@@ -42,8 +45,9 @@ std::string folded(std::string_view text);
 /// Takes the first word and the blanks around it off `text`. @return as much of it as a keyword
 /// has.
 std::string_view takeWord(std::string_view& text);
-/// Whether the part holds for the value of its option; a null value holds for none.
-bool holds(const RulePart& part, const char* value);
+/// Whether a part holds for the value of its option; a null value holds for none.
+/// @param choice  the part's; null: every one but None, Off and False.
+bool holds(const char* choice, const char* value);
 /// A custom value's choice, and every other as it is.
 const char* withoutCustomValue(const char* choice);
 /// Whether it is the keyword of the label size or of its twin.
@@ -77,8 +81,10 @@ public:
     const std::vector<Rule>& rules() const { return mRules; }
     /// The rules that name the option, by their index, in order.
     std::span<const std::uint32_t> rulesOf(const ppd_option_t* option) const;
-    /// The text of the PPD's own way out; null when it has none of that name.
-    const char* resolver(const char* name) const;
+    /// The texts of the PPD's own ways out, by their folded names; never null.
+    const std::unordered_map<std::string, const char*>& resolvers() const { return mResolvers; }
+    /// A copy of all that, for searches beside the file's thread; made when it is first asked for.
+    std::shared_ptr<const ResolvingRules> copy();
 
     /// Compares all rules with the marks, and writes into the record of every option whether it
     /// takes part in a conflict. @return how many rules are broken.
@@ -108,6 +114,7 @@ private:
     std::vector<bool> mBroken;
     std::unordered_map<const ppd_option_t*, int> mConflictsOf;
     int mBrokenCount = 0;
+    std::shared_ptr<const ResolvingRules> mCopy;
     std::int64_t mComparisons = 0;
 };
 

@@ -4,12 +4,21 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <utility>
 
 #include "host/settings/conflict_resolver.h"
 #include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
+
+namespace {
+
+bool isOf(const Setting& setting, const Setting& other) {
+    return setting.keyword.compare(other.keyword, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
 
 std::vector<Conflict> findConflicts(ppd_file_t* ppd) {
     return ppd::conflictingSettings(ppd);
@@ -47,21 +56,35 @@ QString gaveUpSentence() {
         .arg(QLocale(QLocale::English).toString(static_cast<qlonglong>(ppd::kMaxResolvingSteps)));
 }
 
+ResolutionSearch resolutionSearch(ppd_file_t* ppd, const Setting& wanted, const Settings& kept) {
+    return {ppd::resolvingData(ppd), wanted, kept};
+}
+
+Resolution run(const ResolutionSearch& search, const CancelFlag* cancel) {
+    const QByteArray keyword = search.wanted.keyword.toUtf8();
+    const QByteArray choice = search.wanted.choice.toUtf8();
+    ppd::ConflictResolver resolver(search.data, {keyword.constData(), choice.constData()}, cancel);
+    Resolution found{resolver.resolved(), resolver.gaveUp()};
+    if (!found.changes)
+        return found;
+    std::erase_if(*found.changes, [&](const Setting& change) {
+        return isOf(change, search.wanted) || search.data.isMarked(change);
+    });
+    const bool touchesKept = std::ranges::any_of(*found.changes, [&](const Setting& change) {
+        return std::ranges::any_of(search.kept,
+                                   [&](const Setting& kept) { return isOf(change, kept); });
+    });
+    if (touchesKept)
+        found.changes.reset();
+    return found;
+}
+
 std::optional<Settings> proposeResolution(ppd_file_t* ppd, const Setting& wanted,
                                           const Settings& kept, bool* gaveUp) {
-    const QByteArray keyword = wanted.keyword.toUtf8();
-    const QByteArray choice = wanted.choice.toUtf8();
-    auto changes = ppd::resolutionFor(ppd, keyword.constData(), choice.constData(), gaveUp);
-    if (!changes)
-        return std::nullopt;
-    const auto touchesKept = [&](const Setting& change) {
-        return std::ranges::any_of(kept, [&](const Setting& setting) {
-            return setting.keyword.compare(change.keyword, Qt::CaseInsensitive) == 0;
-        });
-    };
-    if (std::ranges::any_of(*changes, touchesKept))
-        return std::nullopt;
-    return changes;
+    Resolution found = run(resolutionSearch(ppd, wanted, kept));
+    if (gaveUp)
+        *gaveUp = *gaveUp || found.gaveUp;
+    return std::move(found.changes);
 }
 
 } // namespace labelcut

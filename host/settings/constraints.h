@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/call_limits.h"
 #include "host/settings/ppd_calls.h"
 
 namespace labelcut {
@@ -31,8 +32,31 @@ QString conflictSentence(const QStringList& sides);
 /// That the search for a way out of a conflict ended at its limit.
 QString gaveUpSentence();
 
-/// What to change so that `wanted` can stand: the fewest settings that libcups finds, `wanted`
-/// itself and those in `kept` left alone. Nothing when that is not possible. Changes no mark.
+/// A search for what to change so that `wanted` can stand. A value that refers to no PPD: any
+/// thread may run it. Equal searches have the same outcome.
+struct ResolutionSearch {
+    ppd::ResolvingData data;
+    Setting wanted;
+    /// Left alone, as `wanted` itself.
+    Settings kept;
+
+    bool operator==(const ResolutionSearch&) const = default;
+};
+
+struct Resolution {
+    /// The fewest settings that libcups finds, without those that are marked already. Nothing when
+    /// there is no way.
+    std::optional<Settings> changes;
+    /// Whether the search ended at its limit.
+    bool gaveUp = false;
+};
+
+/// Changes no mark. @param ppd  not null.
+ResolutionSearch resolutionSearch(ppd_file_t* ppd, const Setting& wanted, const Settings& kept);
+/// @param cancel  ends the search early, without a way out; may be null.
+Resolution run(const ResolutionSearch& search, const CancelFlag* cancel = nullptr);
+
+/// The same at once, for a caller who can wait. Changes no mark.
 /// @param gaveUp  set to true when the search ended at its limit, otherwise left; may be null.
 std::optional<Settings> proposeResolution(ppd_file_t* ppd, const Setting& wanted,
                                           const Settings& kept = {}, bool* gaveUp = nullptr);

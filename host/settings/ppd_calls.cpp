@@ -15,7 +15,6 @@
 #include <string_view>
 #include <utility>
 
-#include "host/settings/conflict_resolver.h"
 #include "host/settings/constraint_rules.h"
 #include "host/settings/ppd_records.h"
 #include "host/texts/host_text.h"
@@ -51,12 +50,6 @@ QByteArray captured(Write write) {
 
 Setting settingOf(const ppd_choice_t& choice) {
     return {QString::fromUtf8(choice.option->keyword), QString::fromUtf8(choice.choice)};
-}
-
-/// Whether `setting` is what the file has marked already.
-bool isMarked(ppd_file_t* file, const Setting& setting) {
-    const ppd_choice_t* choice = findMarkedChoice(file, setting.keyword.toUtf8().constData());
-    return choice && setting.choice == QString::fromUtf8(choice->choice);
 }
 
 struct CloseSource {
@@ -215,21 +208,9 @@ std::vector<Settings> conflictingSettings(ppd_file_t* file) {
     return all;
 }
 
-std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice,
-                                      bool* gaveUp) {
-    if (!file || !keyword || !choice)
-        return std::nullopt;
-    ConflictResolver resolver(file, rulesOf(file), {keyword, choice});
-    std::optional<Settings> settings = resolver.resolved();
-    if (gaveUp)
-        *gaveUp = *gaveUp || resolver.gaveUp();
-    if (!settings)
-        return std::nullopt;
-    std::erase_if(*settings, [&](const Setting& setting) {
-        return setting.keyword.compare(QLatin1String(keyword), Qt::CaseInsensitive) == 0 ||
-               isMarked(file, setting);
-    });
-    return settings;
+ResolvingData resolvingData(ppd_file_t* file) {
+    const std::shared_ptr<const ResolvingRules> rules = rulesOf(file).copy();
+    return {rules, ResolvingMarks(file, *rules)};
 }
 
 QByteArray emitSection(ppd_file_t* file, ppd_section_t section) {

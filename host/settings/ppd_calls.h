@@ -17,6 +17,7 @@
 
 #include "host/core/regular_file.h"
 #include "host/settings/ppd_text.h"
+#include "host/settings/resolving_data.h"
 #include "host/settings/setting.h"
 #include "platform/printing/ppd_lookup.h"
 
@@ -83,12 +84,9 @@ QString customCollection(const Settings& values);
 /// excluded whatever else is marked stands alone. When only more than two together conflict, all of
 /// them at once. No mark changes.
 std::vector<Settings> conflictingSettings(ppd_file_t* file);
-/// What else would have to be set so that `choice` for `keyword` is free of conflicts: only
-/// settings that differ from the marks. Nothing when there is no way. No mark changes.
-/// @param gaveUp  set to true when the search ended at its limit of steps, otherwise left; may be
-///                null.
-std::optional<Settings> resolutionFor(ppd_file_t* file, const char* keyword, const char* choice,
-                                      bool* gaveUp = nullptr);
+/// What a search for a way out of conflicts reads, as it is now. No mark changes.
+/// @param file  not null.
+ResolvingData resolvingData(ppd_file_t* file);
 
 /// The code of every marked choice that belongs to `section`, in the order that OrderDependency
 /// gives, each guarded and between its feature comments; empty when there is none.

@@ -25,6 +25,10 @@ inline std::span<ppd_choice_t> choicesOf(const ppd_option_t& option) {
     return {option.choices, static_cast<std::size_t>(option.num_choices)};
 }
 
+inline std::span<ppd_size_t> sizesOf(const ppd_file_t& file) {
+    return {file.sizes, static_cast<std::size_t>(file.num_sizes)};
+}
+
 /// Without regard to the case of ASCII letters.
 inline bool isSameName(std::string_view a, std::string_view b) {
     return a.size() == b.size() && qstrnicmp(a.data(), static_cast<qsizetype>(a.size()), b.data(),

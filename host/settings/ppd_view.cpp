@@ -1,6 +1,9 @@
 // Settings: what a PPD says, without libcups' records.
 #include "host/settings/ppd_view.h"
 
+#include <cmath>
+
+#include "host/settings/custom_value.h"
 #include "host/settings/ppd_calls.h"
 #include "host/settings/ppd_records.h"
 
@@ -118,6 +121,25 @@ std::optional<PpdView::LabelSize> PpdView::labelSize() const {
                      {points(size->width), points(size->length)},
                      {points(size->left), points(size->length - size->top),
                       points(size->width - size->right), points(size->bottom)}};
+}
+
+std::optional<QString> PpdView::labelSizeFor(const QSizeF& size) const {
+    constexpr double kSame = 0.5 * 72 / 25.4 + 0.5;
+    if (!mFile || !hasOption(kPageSize))
+        return std::nullopt;
+    for (const ppd_size_t& known : ppd::sizesOf(*mFile)) {
+        const double width = static_cast<double>(known.width);
+        const double length = static_cast<double>(known.length);
+        if (std::abs(width - size.width()) <= kSame && std::abs(length - size.height()) <= kSame)
+            return QString::fromUtf8(known.name);
+    }
+    const QString own =
+        QStringLiteral("Custom.%1x%2")
+            .arg(QString::number(size.width(), 'f', 2), QString::number(size.height(), 'f', 2));
+    ppd_option_t* option = ppd::findOption(mFile, kPageSize.data());
+    if (option && ppd::findChoice(option, kCustom.data()) && takesCustomValue(mFile, *option, own))
+        return own;
+    return std::nullopt;
 }
 
 } // namespace labelcut

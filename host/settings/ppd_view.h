@@ -75,6 +75,10 @@ public:
     Settings marks() const;
     /// The marked label size, with the measure of the user's own; nothing when none is marked.
     std::optional<LabelSize> labelSize() const;
+    /// The choice of the label size for labels of that measure, to half a millimetre: one of the
+    /// PPD's, else one of the user's own where the PPD takes it; nothing otherwise.
+    /// @param size  in points, width and length in feed direction.
+    std::optional<QString> labelSizeFor(const QSizeF& size) const;
 
 private:
     ppd_file_t* mFile;

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+#include "platform/dialog/pde_cut_plan.h"
+
 class QWidget;
 
 namespace labelcut {
@@ -95,6 +97,10 @@ public:
     /// What the host shows when its help button for this panel is pressed; plain text in paragraphs
     /// that a blank line parts. Only asked where shouldShowHelp() is true.
     virtual QString helpText() { return {}; }
+
+    /// What will be cut with the choices that are marked in the PPD now; asked anew after every
+    /// change, with or without a view. Nothing: the panel has no part in it.
+    virtual std::optional<PDECutPlan> cutPlan() { return std::nullopt; }
 
     /// What automation and tests may know of the panel; reading it changes nothing. Labelcut's
     /// script driver (docs/panel-script.md) looks for these keys, each of which may be missing:

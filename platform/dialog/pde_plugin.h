@@ -36,7 +36,7 @@
 namespace labelcut {
 
 /// The version of this interface. It grows by one with every change that a plug-in can notice.
-inline constexpr int kPDEInterfaceVersion = 2;
+inline constexpr int kPDEInterfaceVersion = 3;
 
 /// The type identifier under which the dialog asks for panels of printer modules.
 inline constexpr char kPDEPrinterModuleType[] = "BDB091F4-E57F-11D3-B5CC-0050E4603277";

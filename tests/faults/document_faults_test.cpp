@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "tests/faults/fault_fixtures.h"
-#include "tests/support/many_pages.h"
+#include "tests/support/made_pdf.h"
 
 namespace labelcut::test {
 

@@ -5,7 +5,7 @@
 #include <csignal>
 
 #include "tests/faults/fault_fixtures.h"
-#include "tests/support/many_pages.h"
+#include "tests/support/made_pdf.h"
 
 namespace labelcut::test {
 

@@ -132,6 +132,7 @@ TEST_F(TextSecurityTest, NoTextIsTakenForMarkupAnywhereInTheWindow) {
     openTab(*dialog, 2);
     choose(optionBox(*dialog, "Density"), QStringLiteral("Dark"));
     choose(optionBox(*dialog, "Quality"), QStringLiteral("Best"));
+    settleWithFix(*dialog);
     ASSERT_THAT(messagesOf(*dialog), HasSubstr(kMarkup.toStdString()));
     expectPlain(*dialog);
     const QString markup = kMarkup;

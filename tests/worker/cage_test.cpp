@@ -1,5 +1,5 @@
 // The cage attacked on purpose: the worker as it is installed, beside libraries, and a Ghostscript,
-// that do what their documents ask for. Each deed is refused, stopped or told, in all three cages.
+// that do what their documents ask for. Each deed is refused, stopped or told, in all four cages.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -81,6 +81,15 @@ private:
             task.descriptors = {document.number(), made.number()};
             return reader.ask(worker::Draw{worker::DocumentKind::PNG, {}}, task);
         }
+        case DocumentReader::Pages: {
+            task.descriptors = {document.number()};
+            const Result<worker::Answer> shown = reader.ask(worker::Show(), task);
+            if (!shown)
+                return shown;
+            const Descriptor made = opened(target, O_RDWR | O_CREAT);
+            task.descriptors = {made.number()};
+            return reader.ask(worker::Render(), task);
+        }
         case DocumentReader::Ghostscript:
             break;
         }
@@ -108,6 +117,8 @@ std::string nameOf(const testing::TestParamInfo<DocumentReader>& info) {
         return "Pdf";
     case DocumentReader::Drawing:
         return "Drawing";
+    case DocumentReader::Pages:
+        return "Pages";
     case DocumentReader::Ghostscript:
         break;
     }
@@ -196,7 +207,7 @@ TEST_P(CageTest, ACrashIsOneSentence) {
 }
 
 TEST_P(CageTest, NonsenseInPlaceOfAnAnswerIsGivenUp) {
-    // The channel of the third reader is closed before Ghostscript begins.
+    // The channel of the reader of PostScript is closed before Ghostscript begins.
     const char* expected = GetParam() == DocumentReader::Ghostscript
                                ? "refused ("
                                : "evil.pdf” cannot be read: the program that reads documents";
@@ -205,7 +216,7 @@ TEST_P(CageTest, NonsenseInPlaceOfAnAnswerIsGivenUp) {
 
 INSTANTIATE_TEST_SUITE_P(Readers, CageTest,
                          testing::Values(DocumentReader::PDF, DocumentReader::Drawing,
-                                         DocumentReader::Ghostscript),
+                                         DocumentReader::Pages, DocumentReader::Ghostscript),
                          nameOf);
 
 TEST(WorkerTest, AMissingWorkerIsNamed) {

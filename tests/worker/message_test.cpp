@@ -24,6 +24,9 @@ const std::vector<Request>& requests() {
         Interpret{},
         Interpret{Interpret::Target::PostScript, 99, false},
         Measure{},
+        Show{},
+        Render{},
+        Render{7, kLargestSide, kMostPixels / kLargestSide, false},
     };
     return all;
 }
@@ -37,6 +40,10 @@ const std::vector<Answer>& answers() {
         Done{},
         Failed{},
         Failed{Problem::Broken, "xref not found", 7},
+        Shown{},
+        Shown{kMostPages},
+        Drawn{},
+        Drawn{TextDirection::Upwards},
     };
     return all;
 }
@@ -70,7 +77,7 @@ TEST(MessageTest, EachArrivesWholeOrNotAtAll) {
 }
 
 TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
-    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 5))) << "no such request";
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 7))) << "no such request";
     EXPECT_FALSE(decodeRequest(changed(encode(Request(Join{})), 5, 2))) << "no truth value";
     for (const std::vector<PageRun>& pages : std::vector<std::vector<PageRun>>{
              {{0, 5}},                  // pages count from 1
@@ -104,6 +111,17 @@ TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
     EXPECT_FALSE(decodeAnswer(encode(Answer(Opened{kMostPages + 1, false, false, true}))));
     EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Kind{})), 1, 6)));
     EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Failed{})), 1, 14)));
+}
+
+TEST(MessageTest, PicturesOfNoMeasureOrOneBeyondAllLimitsAreRefused) {
+    for (const Render& odd :
+         {Render{0, 1, 1}, Render{1, 0, 1}, Render{1, 1, 0}, Render{1, kLargestSide + 1, 1},
+          Render{1, 1, kLargestSide + 1}, Render{1, 4000, 4001}, Render{1, 1U << 31, 1U << 31}})
+        EXPECT_FALSE(decodeRequest(encode(Request(odd)))) << odd.width << " x " << odd.height;
+    EXPECT_TRUE(decodeRequest(encode(Request(Render{1, 4000, 4000}))));
+    EXPECT_FALSE(decodeAnswer(encode(Answer(Shown{0}))));
+    EXPECT_FALSE(decodeAnswer(encode(Answer(Shown{kMostPages + 1}))));
+    EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Drawn{})), 1, 3))) << "no such direction";
 }
 
 TEST(MessageTest, ALongTextIsCutWhereItIsSentAndRefusedWhereItArrives) {

@@ -12,6 +12,7 @@
 
 #include "host/panels/host_objects.h"
 #include "host/settings/checked_setting.h"
+#include "host/settings/constraints.h"
 #include "platform/toolkit/stepper.h"
 #include "platform/toolkit/system_log.h"
 #include "plugins/cut_options/diagnostics/pde_log.h"
@@ -339,7 +340,7 @@ private:
                 "conflicts are named when there are some");
         const auto rows = PanelUnderTest::rows();
         for (const auto& row : rows.first(3))
-            ppd::resolutionFor(ppd(), row.keyword, "ON");
+            proposeResolution(ppd(), {QLatin1String(row.keyword), QStringLiteral("ON")});
     }
 
     void checkCustomValues() {

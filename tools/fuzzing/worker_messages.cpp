@@ -47,6 +47,14 @@ void check(const Interpret& interpret) {
     require(interpret.times >= 1, "a document is interpreted at least once");
 }
 void check(const Measure&) {}
+void check(const Show&) {}
+void check(const Render& render) {
+    require(render.page >= 1, "pages count from 1");
+    require(render.width >= 1 && render.width <= kLargestSide && render.height >= 1 &&
+                render.height <= kLargestSide,
+            "a picture has a measure");
+    require(std::uint64_t{render.width} * render.height <= kMostPixels, "a picture is bounded");
+}
 void check(const Progress&) {}
 void check(const Kind& kind) {
     require(kind.kind <= kLastKind, "a kind is one of the known");
@@ -55,6 +63,12 @@ void check(const Opened& opened) {
     require(opened.pages >= 1 && opened.pages <= kMostPages, "a document has its pages");
 }
 void check(const Done&) {}
+void check(const Shown& shown) {
+    require(shown.pages >= 1 && shown.pages <= kMostPages, "a shown document has its pages");
+}
+void check(const Drawn& drawn) {
+    require(drawn.textDirection <= kLastTextDirection, "a direction is one of the known");
+}
 void check(const Failed& failed) {
     require(failed.problem <= kLastProblem, "a problem is one of the known");
     require(failed.detail.size() <= kLongestText, "a reason is bounded");

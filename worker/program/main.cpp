@@ -22,6 +22,7 @@
 #include "worker/cage/cage.h"
 #include "worker/drawing/drawing.h"
 #include "worker/kinds/document_kind.h"
+#include "worker/pages/page_renderer.h"
 #include "worker/pdf/pdf_engine.h"
 #include "worker/program/ghostscript.h"
 #include "worker/protocol/channel.h"
@@ -161,11 +162,42 @@ public:
     }
 };
 
+/// Pictures of the pages of PDF files; it opens fonts and libraries.
+class PagesReader : public Reader {
+public:
+    std::optional<Failed> prepare() override {
+        Failed failed;
+        mRenderer = load<PageRendererFunction>("pages.so", kPageRendererFunction, failed);
+        return mRenderer ? std::nullopt : std::optional(failed);
+    }
+
+    std::optional<Cage> cage() const override {
+        Cage cage;
+        cage.readable = libraryFolders();
+        return cage;
+    }
+
+    Answer carryOut(const Request& request, std::vector<Descriptor> descriptors) override {
+        if (descriptors.size() != 1)
+            return Failed{};
+        if (const auto* render = std::get_if<Render>(&request))
+            return mRenderer->render(*render, std::move(descriptors[0]));
+        if (std::holds_alternative<Show>(request))
+            return mRenderer->show(std::move(descriptors[0]));
+        return Failed{};
+    }
+
+private:
+    PageRenderer* mRenderer = nullptr;
+};
+
 std::unique_ptr<Reader> readerNamed(std::string_view name) {
     if (name == "pdf")
         return std::make_unique<PdfReader>();
     if (name == "drawing")
         return std::make_unique<DrawingReader>();
+    if (name == "pages")
+        return std::make_unique<PagesReader>();
     if (name == "ghostscript")
         return std::make_unique<GhostscriptReader>();
     return nullptr;

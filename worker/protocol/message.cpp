@@ -30,6 +30,7 @@ public:
 
     /// What is written comes from this side.
     void refuse() {}
+    void field(TextDirection direction) { field(static_cast<std::uint8_t>(direction)); }
 
     std::string take() { return std::move(mMessage); }
 
@@ -76,6 +77,9 @@ public:
             upTo(static_cast<std::uint8_t>(Interpret::Target::PostScript)));
     }
     void field(Fit& fit) { fit = static_cast<Fit>(upTo(static_cast<std::uint8_t>(kLastFit))); }
+    void field(TextDirection& direction) {
+        direction = static_cast<TextDirection>(upTo(static_cast<std::uint8_t>(kLastTextDirection)));
+    }
     void require(bool condition) { mIsRight = mIsRight && condition; }
     void refuse() { require(false); }
 
@@ -160,6 +164,17 @@ template<typename Fields>
 void walk(Fields&, Measure&) {}
 
 template<typename Fields>
+void walk(Fields&, Show&) {}
+
+template<typename Fields>
+void walk(Fields& fields, Render& render) {
+    fields.field(render.page);
+    fields.field(render.width);
+    fields.field(render.height);
+    fields.field(render.asksTextDirection);
+}
+
+template<typename Fields>
 void walk(Fields&, Progress&) {}
 
 template<typename Fields>
@@ -185,6 +200,16 @@ void walk(Fields& fields, Failed& failed) {
     fields.field(failed.file);
 }
 
+template<typename Fields>
+void walk(Fields& fields, Shown& shown) {
+    fields.field(shown.pages);
+}
+
+template<typename Fields>
+void walk(Fields& fields, Drawn& drawn) {
+    fields.field(drawn.textDirection);
+}
+
 // What a field's own type does not say.
 
 template<typename Message>
@@ -208,8 +233,19 @@ bool makesSense(const Draw& draw) {
 bool makesSense(const Interpret& interpret) {
     return interpret.times >= 1;
 }
+bool makesSense(const Render& render) {
+    const auto isSide = [](std::uint32_t side) { return side >= 1 && side <= kLargestSide; };
+    return render.page >= 1 && isSide(render.width) && isSide(render.height) &&
+           std::uint64_t{render.width} * render.height <= kMostPixels;
+}
+bool isCountOfPages(std::uint32_t pages) {
+    return pages >= 1 && pages <= kMostPages;
+}
 bool makesSense(const Opened& opened) {
-    return opened.pages >= 1 && opened.pages <= kMostPages;
+    return isCountOfPages(opened.pages);
+}
+bool makesSense(const Shown& shown) {
+    return isCountOfPages(shown.pages);
 }
 
 template<typename Message>

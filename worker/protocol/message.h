@@ -100,7 +100,28 @@ struct Measure {};
 /// Longer sides are told, and laid out, as this. Points; some 350 m.
 inline constexpr double kLongestSide = 1'000'000;
 
-using Request = std::variant<Open, Join, Draw, Interpret, Measure>;
+/// With the descriptor of a PDF file, which is kept in place of an earlier one for Render. Answer:
+/// Shown.
+struct Show {};
+
+/// With the descriptor of a file in memory of exactly kBytesOfPixel * width * height bytes: draws a
+/// page of the file that was shown, as people see it, so that it fills the picture. Rows come from
+/// the top, pixels of a row from the left, each as blue, green, red and a byte without meaning.
+/// Answer: Drawn.
+struct Render {
+    /// From 1.
+    std::uint32_t page = 1;
+    /// Pixels; at most kLargestSide each and kMostPixels together.
+    std::uint32_t width = 1;
+    std::uint32_t height = 1;
+    /// Whether Drawn.textDirection is looked for, which takes its time.
+    bool asksTextDirection = true;
+};
+inline constexpr std::uint32_t kLargestSide = 32'767;
+inline constexpr std::uint32_t kMostPixels = 16'000'000;
+inline constexpr std::uint32_t kBytesOfPixel = 4;
+
+using Request = std::variant<Open, Join, Draw, Interpret, Measure, Show, Render>;
 
 // Answers.
 
@@ -123,6 +144,24 @@ struct Opened {
 };
 
 struct Done {};
+
+struct Shown {
+    /// 1 … kMostPages.
+    std::uint32_t pages = 1;
+};
+
+/// How most words of a page run, as it is shown.
+enum class TextDirection : std::uint8_t {
+    None,       ///< It has no words, or too many to look at, or nobody asked.
+    AlongWidth, ///< From left to right, or upside down.
+    Downwards,  ///< Along the height, from the top to the bottom.
+    Upwards,
+};
+inline constexpr TextDirection kLastTextDirection = TextDirection::Upwards;
+
+struct Drawn {
+    TextDirection textDirection = TextDirection::None;
+};
 
 enum class Problem : std::uint8_t {
     UnknownKind,        ///< No document of the kinds that are printed.
@@ -152,7 +191,7 @@ struct Failed {
 /// The library does not say which.
 inline constexpr std::uint32_t kNoFile = UINT32_MAX;
 
-using Answer = std::variant<Progress, Kind, Opened, Done, Failed>;
+using Answer = std::variant<Progress, Kind, Opened, Done, Failed, Shown, Drawn>;
 
 /// More pages are refused. 20,000 are a day's work of a label printer.
 inline constexpr std::uint32_t kMostPages = 100'000;

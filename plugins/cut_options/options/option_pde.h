@@ -10,6 +10,7 @@
 //   option_following.cpp      selections that follow the PPD's marks
 //   option_refresh.cpp        controls that follow the selections, and the combination pop-up
 //   option_layout.cpp         the view for the printer at hand
+//   cut_plan.cpp              what the choices that were sent mean for the tape
 //   option_summary.cpp        the summary and the remark
 #pragma once
 
@@ -70,6 +71,7 @@ public:
     SummaryWords summaryWords() override;
     /// While special tape is on: the ticked options that are sent as off because of it.
     QString remark() override;
+    std::optional<PDECutPlan> cutPlan() override;
     QVariantMap inspect() const override;
     /// @}
 
@@ -282,6 +284,7 @@ private:
     QString summaryTitle(const Row& row) const;
     QString yesNoValue(const Row& row) const;
     QString countValue() const;
+    std::int32_t markedCount() const;
 };
 
 } // namespace labelcut

@@ -86,7 +86,7 @@ std::unique_ptr<PrintDialog> openDialog(const QString& ppd, const Settings& choi
     request.choices = choices;
     auto dialog = openDialog(request);
     turnUntil([&] { return dialog->model().pageCount() > 0; });
-    settle();
+    settleWithFix(*dialog);
     return dialog;
 }
 
@@ -99,6 +99,12 @@ void settle() {
 
 void settleWithPrinter(const PrintDialog& dialog) {
     turnUntil([&] { return !dialog.awaitsPrinter(); });
+    settle();
+}
+
+void settleWithFix(PrintDialog& dialog) {
+    settle();
+    turnUntil([&] { return !dialog.model().isSearchingFix(); });
     settle();
 }
 

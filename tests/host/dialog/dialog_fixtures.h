@@ -76,6 +76,9 @@ void settle();
 /// The same once the PPD that is on its way is read.
 void settleWithPrinter(const PrintDialog& dialog);
 
+/// The same once the search for a way out of a conflict has ended, where one is on.
+void settleWithFix(PrintDialog& dialog);
+
 /// A child by its object name; fails the running test when there is none.
 template<typename Widget>
 Widget* part(const QWidget& root, const char* name) {

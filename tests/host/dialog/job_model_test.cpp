@@ -4,9 +4,13 @@
 
 #include <QLocale>
 
+#include <ctime>
+#include <functional>
+
 #include "host/dialog/job_description.h"
 #include "host/dialog/job_model.h"
 #include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/support/conflicting_lines.h"
 
 namespace labelcut::test {
 
@@ -24,6 +28,23 @@ const QString kQuality = QStringLiteral("Quality");
 const QString kPageSize = QStringLiteral("PageSize");
 const QString kOn = QStringLiteral("ON");
 const QString kOff = QStringLiteral("OFF");
+const QString kDensity = QStringLiteral("Density");
+const QString kDark = QStringLiteral("Dark");
+const QString kBest = QStringLiteral("Best");
+/// So many that the search for a way out goes to its limit when all are on.
+constexpr int kSwitches = 120;
+
+/// Nanoseconds that this thread computes during the call, however busy the machine is.
+qint64 threadTimeOf(const std::function<void()>& call) {
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return qint64{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+    };
+    const qint64 before = now();
+    call();
+    return now() - before;
+}
 
 class JobModelTest : public testing::Test {
 protected:
@@ -47,6 +68,20 @@ protected:
         if (!view)
             qFatal("the panel has no view");
         return *view;
+    }
+    /// A printer on which the search for a way out goes to its limit, and what makes it do so.
+    QString longSearchPpd() const { return extendedPpd(mHome, longSearch(kSwitches)); }
+    static Settings allOn() {
+        Settings all;
+        for (int i = 0; i < kSwitches; ++i)
+            all.push_back({QStringLiteral("O%1").arg(i), kOn});
+        return all;
+    }
+    void openWithLongSearch() { open(longSearchPpd(), allOn()); }
+    /// A search for a way out, and the wait for its end.
+    void searchFix() {
+        mModel.searchFix();
+        ASSERT_TRUE(turnUntil([this] { return !mModel.isSearchingFix(); }));
     }
     std::string choice(const QString& key) const {
         return mModel.choice(key).value_or(QStringLiteral("(none)")).toStdString();
@@ -361,6 +396,7 @@ TEST_F(JobModelTest, AConflictIsNamedAndTheWayOutLeavesTheLatestChoiceAlone) {
     mModel.choose(kQuality, QStringLiteral("Best"));
     EXPECT_EQ(mModel.conflictSentence().toStdString(),
               "“Print density: Dark” and “Quality: Best” exclude each other.");
+    searchFix();
     EXPECT_TRUE(mModel.fixText().startsWith(QStringLiteral("Print density: ")));
     mModel.applyFix();
     EXPECT_TRUE(mModel.conflicts().empty());
@@ -378,11 +414,116 @@ TEST_F(JobModelTest, AnActInAPanelIsTheLatestChoiceToo) {
     part<QCheckBox>(view, "mHalfCutChkBx")->click();
     act();
     ASSERT_FALSE(mModel.conflicts().empty());
+    searchFix();
     mModel.applyFix();
     EXPECT_TRUE(mModel.conflicts().empty());
     EXPECT_EQ(choice(kHalfCut), "ON");
     EXPECT_TRUE(part<QCheckBox>(view, "mHalfCutChkBx")->isChecked());
     EXPECT_NE(choice(kQuality), "Draft");
+}
+
+TEST_F(JobModelTest, TheSearchForAWayOutTakesNothingOfTheCallersThread) {
+    openWithLongSearch();
+    const Setting wanted{QStringLiteral("O0"), kOn};
+    const auto search =
+        threadTimeOf([&] { EXPECT_FALSE(proposeResolution(mModel.ppd(), wanted)); });
+    const auto here = threadTimeOf([&] { searchFix(); });
+    EXPECT_LT(here, search / 2);
+    bool gaveUp = false;
+    EXPECT_TRUE(mModel.fixText(&gaveUp).isEmpty());
+    EXPECT_TRUE(gaveUp) << "it went to its limit";
+}
+
+TEST_F(JobModelTest, WhatWasFoundForOtherChoicesIsNotApplied) {
+    open(conflictingPpd(mHome));
+    mModel.choose(kDensity, kDark);
+    mModel.choose(kQuality, kBest);
+    searchFix();
+    ASSERT_FALSE(mModel.fixText().isEmpty());
+    mModel.choose(kDensity, QStringLiteral("Light"));
+    mModel.choose(kDensity, kDark);
+    EXPECT_TRUE(mModel.fixText().isEmpty()) << "which would change what was chosen last";
+    mModel.applyFix();
+    EXPECT_EQ(choice(kDensity), "Dark");
+    EXPECT_EQ(choice(kQuality), "Best");
+}
+
+TEST_F(JobModelTest, WhatIsFoundTooLateIsNotApplied) {
+    open(conflictingPpd(mHome));
+    mModel.choose(kQuality, kBest);
+    mModel.choose(kDensity, kDark);
+    mModel.searchFix();
+    mModel.choose(kHalfCut, kOn);
+    ASSERT_TRUE(turnUntil([this] { return !mModel.isSearchingFix(); }));
+    EXPECT_FALSE(mModel.proposedFix());
+    mModel.applyFix();
+    EXPECT_FALSE(mModel.conflicts().empty());
+    searchFix();
+    EXPECT_TRUE(mModel.proposedFix());
+}
+
+TEST_F(JobModelTest, AnActThatIsNotYetFollowedKeepsTheWayOutFromBeingApplied) {
+    open(conflictingPpd(mHome));
+    QWidget& view = showPanel();
+    mModel.choose(kQuality, QStringLiteral("Draft"));
+    part<QCheckBox>(view, "mHalfCutChkBx")->click();
+    act();
+    searchFix();
+    ASSERT_TRUE(mModel.proposedFix());
+    part<QCheckBox>(view, "mMirrorPrintChkBx")->click();
+    mModel.noteAct(*mModel.panels().front().callback);
+    mModel.applyFix();
+    EXPECT_EQ(choice(kMirror), "ON");
+    EXPECT_EQ(choice(kQuality), "Draft") << "what was done last is another act now";
+}
+
+TEST_F(JobModelTest, ChoicesThatHaveNotChangedAreSearchedForOnce) {
+    int searches = 0;
+    QObject::connect(&mModel, &JobModel::fixSearched, [&] { ++searches; });
+    open(conflictingPpd(mHome));
+    mModel.searchFix();
+    EXPECT_FALSE(mModel.isSearchingFix()) << "without a conflict";
+    mModel.choose(kDensity, kDark);
+    mModel.choose(kQuality, kBest);
+    for (int i = 0; i < 3; ++i) {
+        mModel.searchFix();
+        mModel.setCopies(2 + i);
+        mModel.searchFix();
+    }
+    searchFix();
+    mModel.searchFix();
+    EXPECT_FALSE(mModel.isSearchingFix());
+    EXPECT_FALSE(mModel.fixText().isEmpty());
+    turnFor(50);
+    EXPECT_EQ(searches, 1);
+}
+
+TEST_F(JobModelTest, ASearchForAWayOutThatHasBecomeNeedlessIsDropped) {
+    int searches = 0;
+    QObject::connect(&mModel, &JobModel::fixSearched, [&] { ++searches; });
+    openWithLongSearch();
+    mModel.searchFix();
+    EXPECT_TRUE(mModel.isSearchingFix());
+    Settings lonely(allOn());
+    for (std::size_t i = 1; i < lonely.size(); ++i)
+        lonely[i].choice = kOff;
+    mModel.chooseAll(lonely);
+    ASSERT_TRUE(mModel.conflicts().empty());
+    mModel.searchFix();
+    EXPECT_FALSE(mModel.isSearchingFix());
+    BackgroundCall::farewell();
+    turnFor(50);
+    EXPECT_EQ(searches, 0);
+}
+
+TEST_F(JobModelTest, AModelGoesWhileItsSearchIsOn) {
+    auto model = std::make_unique<JobModel>();
+    model->adopt(openedPpd(longSearchPpd(), allOn()));
+    model->searchFix();
+    EXPECT_TRUE(model->isSearchingFix());
+    model.reset();
+    turnFor(50);
+    BackgroundCall::farewell();
 }
 
 TEST_F(JobModelTest, AConflictIsNeverSolvedByItself) {
@@ -397,11 +538,19 @@ TEST_F(JobModelTest, AConflictIsNeverSolvedByItself) {
     EXPECT_FALSE(mModel.conflicts().empty());
 }
 
+/// Pages of the tape's measure.
+std::shared_ptr<const DocumentPages> documentOf(int pages) {
+    auto document = std::make_shared<DocumentPages>();
+    document->ofFiles = {pages};
+    document->measures.assign(static_cast<std::size_t>(pages), {68, 142});
+    return document;
+}
+
 TEST_F(JobModelTest, LabelsAreCountedByPagesRangeAndCopies) {
     open(kTapePpd);
     EXPECT_EQ(mModel.labelCount(), 0);
     mModel.setFiles({kLabels});
-    mModel.setPageCount(12);
+    mModel.setDocument(documentOf(12));
     EXPECT_EQ(mModel.labelCount(), 12);
     mModel.setCopies(3);
     mModel.setPages(PageSelection({2, 5}));
@@ -422,7 +571,7 @@ TEST_F(JobModelTest, TheSentenceSaysWhatWillHappen) {
     showPanel();
     mModel.setFiles({kLabels});
     EXPECT_EQ(jobSentence(mModel).toStdString(), "Labels on 24 mm tape, auto cut, half cut");
-    mModel.setPageCount(1);
+    mModel.setDocument(documentOf(1));
     EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, auto cut, half cut");
     mModel.chooseAll({{kHalfCut, kOff}, {kAutoCut, kOff}});
     EXPECT_EQ(jobSentence(mModel).toStdString(), "1 label on 24 mm tape, no cut options");

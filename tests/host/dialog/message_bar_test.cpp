@@ -28,6 +28,15 @@ protected:
             all.push_back(text.toStdString());
         return all;
     }
+    /// What the Tab key reaches in the bar, in its order.
+    std::vector<QWidget*> tabStops() const {
+        std::vector<QWidget*> stops;
+        for (QWidget* next = mBar.nextInFocusChain(); next != &mBar;
+             next = next->nextInFocusChain())
+            if (mBar.isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus))
+                stops.push_back(next);
+        return stops;
+    }
     void say(const char* name, const char* text, const std::vector<MessageAction>& actions = {}) {
         mBar.show(QLatin1String(name), MessageBar::Kind::Warning, QString::fromUtf8(text), actions);
         mBar.adjustSize();
@@ -65,6 +74,32 @@ TEST_F(MessageBarTest, AMessageThatSaysTheSameStaysAndKeepsTheFocus) {
     EXPECT_EQ(mBar.findChild<QPushButton*>(), button);
     say("one", "First.", {{QStringLiteral("Redo"), [] {}}});
     EXPECT_EQ(mBar.findChild<QPushButton*>()->text().toStdString(), "Redo");
+}
+
+TEST_F(MessageBarTest, AnOfferThatComesLaterLeavesTheOthersInPlaceAndIsReachedAsItIsRead) {
+    mWindow.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&mWindow));
+    mBar.setFixedWidth(480);
+    say("one", "First.", {{QStringLiteral("Undo"), [] {}}});
+    say("two", "Second.", {{QStringLiteral("Again"), [] {}}});
+    auto* row = mBar.findChild<QWidget*>(QStringLiteral("one"));
+    QPushButton* undo = offer(mBar, QStringLiteral("Undo"));
+    const QPoint place = undo->mapTo(&mBar, QPoint());
+    undo->setFocus();
+    say("one", "First.", {{QStringLiteral("Mend"), [] {}}, {QStringLiteral("Undo"), [] {}}});
+    EXPECT_EQ(mBar.findChild<QWidget*>(QStringLiteral("one")), row) << "not announced again";
+    EXPECT_TRUE(undo->hasFocus());
+    EXPECT_EQ(undo->mapTo(&mBar, QPoint()).x(), place.x());
+    QPushButton* mend = offer(mBar, QStringLiteral("Mend"));
+    ASSERT_TRUE(mend);
+    EXPECT_LT(mend->mapTo(&mBar, QPoint()).x(), undo->mapTo(&mBar, QPoint()).x());
+    const auto crosses = mBar.findChildren<QToolButton*>();
+    const std::vector<QWidget*> expected{mend, undo, crosses.first(),
+                                         offer(mBar, QStringLiteral("Again")), crosses.last()};
+    EXPECT_EQ(tabStops(), expected);
+    say("one", "First.", {{QStringLiteral("Undo"), [] {}}});
+    EXPECT_FALSE(offer(mBar, QStringLiteral("Mend")));
+    EXPECT_TRUE(undo->hasFocus());
 }
 
 TEST_F(MessageBarTest, AnOfferIsTakenAndADismissedMessageGoes) {

@@ -24,8 +24,8 @@ TEST(PluginLoader, TakesAGoodPluginWithWhatItSaysOfItself) {
     EXPECT_EQ(plugin.file, folder.filePath(QStringLiteral("good.so")));
     EXPECT_EQ(plugin.metadata.id, QStringLiteral("org.labelcut.test"));
     EXPECT_EQ(plugin.metadata.version, QStringLiteral("1.2"));
-    EXPECT_EQ(plugin.metadata.interfaceVersion, 2);
-    EXPECT_EQ(plugin.metadata.oldestCompatible, 2);
+    EXPECT_EQ(plugin.metadata.interfaceVersion, 3);
+    EXPECT_EQ(plugin.metadata.oldestCompatible, 3);
     EXPECT_EQ(plugin.metadata.resources, QStringLiteral("texts"));
     EXPECT_EQ(plugin.bundleRoot, folder.filePath(QStringLiteral("texts")));
     ASSERT_TRUE(plugin.factory);
@@ -94,17 +94,17 @@ TEST(PluginLoader, ListsEachUnusableFileWithItsReasonAndLoadsTheRest) {
         {"cut_header.so", "not a plug-in, or it is damaged"},
         {"empty.so", "not a plug-in, or it is damaged"},
         {"misses_a_symbol.so", "isDefinedNowhere"},
-        {"newer.so", "it needs version 3 of the interface, this is 2"},
-        {"newer_silent.so", "it needs version 3 of the interface, this is 2"},
+        {"newer.so", "it needs version 4 of the interface, this is 3"},
+        {"newer_silent.so", "it needs version 4 of the interface, this is 3"},
         {"no_panels.so", "its root object offers no panels"},
         {"no_plugin.so", "not a plug-in, or it is damaged"},
-        {"older.so", "it was built for version 1 of the interface, this is 2"},
+        {"older.so", "it was built for version 2 of the interface, this is 3"},
         {"other_iid.so", "“org.labelcut.SomethingElse/1”"},
         {"text.so", "not a plug-in, or it is damaged"},
         {"throws_a_number.so", "its constructor failed"},
         {"throws_an_error.so", "its constructor failed: out of order"},
         {"without_id.so", "its metadata has no “id”"},
-        {"without_version.so", "it was built for version 0 of the interface, this is 2"},
+        {"without_version.so", "it was built for version 0 of the interface, this is 3"},
         {"zeros.so", "not a plug-in, or it is damaged"},
     };
     // The toolkit's own words, once for every look at it.

@@ -9,45 +9,26 @@
 #include <random>
 #include <set>
 #include <string>
+#include <thread>
 
 #include "host/settings/conflict_resolver.h"
 #include "host/settings/constraints.h"
+#include "tests/support/conflicting_lines.h"
 #include "tests/support/job_fixtures.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace labelcut::ppd {
 
+using test::circle;
+using test::longSearch;
+using test::optionLines;
+using test::switches;
+
 namespace {
 
 QByteArray number(int i) {
     return QByteArray::number(i);
-}
-
-QByteArray optionLines(const QByteArray& keyword, const QByteArrayList& choices) {
-    QByteArray lines = "*OpenUI *" + keyword + "/" + keyword + ": PickOne\n*Default" + keyword +
-                       ": " + choices.front() + '\n';
-    for (const QByteArray& choice : choices)
-        lines += "*" + keyword + " " + choice + ": \"\"\n";
-    return lines + "*CloseUI: *" + keyword + '\n';
-}
-
-QByteArray switches(int count) {
-    QByteArray lines;
-    for (int i = 0; i < count; ++i)
-        lines += optionLines("O" + number(i), {"OFF", "ON"});
-    return lines;
-}
-
-/// Every option against the next, each with a way out that breaks the one after.
-QByteArray circle(int count) {
-    QByteArray lines = switches(count);
-    for (int i = 0; i < count; ++i) {
-        const QByteArray next = "O" + number((i + 1) % count);
-        lines += "*cupsUIConstraints R" + number(i) + ": \"*O" + number(i) + " ON *" + next +
-                 " ON\"\n*cupsUIResolver R" + number(i) + ": \"*" + next + " ON\"\n";
-    }
-    return lines;
 }
 
 QByteArray chain(int count) {
@@ -202,8 +183,8 @@ TEST(ConstraintRulesTest, ConflictsAndWaysOutAreThoseOfLibcups) {
             ASSERT_EQ(conflicted(file.get()), oracle.conflicted()) << random.lines().toStdString();
             ASSERT_EQ(conflicts(file.get()), count) << random.lines().toStdString();
             ASSERT_EQ(conflicted(file.get()), oracle.conflicted());
-            const ConstraintRules rules(file.get());
-            ConflictResolver resolver(file.get(), rules, {keyword.constData(), choice.constData()});
+            const ResolvingData data = resolvingData(file.get());
+            ConflictResolver resolver(data, {keyword.constData(), choice.constData()});
             const auto expected = oracle.resolution(keyword, choice);
             ASSERT_EQ(resolver.resolved(), expected)
                 << seed << ' ' << keyword.toStdString() << '=' << choice.toStdString() << '\n'
@@ -259,8 +240,8 @@ TEST(ConstraintRulesTest, ManyConflictsAreFoundInOneWalk) {
 TEST(ConstraintRulesTest, WaysOutThatLeadInACircleAreSeenThroughInOneWalk) {
     for (const int count : {20, 2'000}) {
         const File file = allOn(circle(count), count);
-        const ConstraintRules rules(file.get());
-        ConflictResolver resolver(file.get(), rules, {"O0", "ON"});
+        const ResolvingData data = resolvingData(file.get());
+        ConflictResolver resolver(data, {"O0", "ON"});
         EXPECT_FALSE(resolver.resolved());
         EXPECT_FALSE(resolver.gaveUp());
         EXPECT_LE(resolver.steps(), 3 * count);
@@ -269,12 +250,9 @@ TEST(ConstraintRulesTest, WaysOutThatLeadInACircleAreSeenThroughInOneWalk) {
 
 TEST(ConstraintRulesTest, ASearchForAWayOutEndsAtItsLimit) {
     constexpr int kCount = 1'200;
-    // Each way out has to be held against all of these first.
-    const QByteArray quiet =
-        QByteArray("*cupsUIConstraints: \"*O0 OFF *O1 OFF\"\n").repeated(5'000);
-    const File file = allOn(quiet + circle(kCount), kCount);
-    const ConstraintRules rules(file.get());
-    ConflictResolver resolver(file.get(), rules, {"O0", "ON"});
+    const File file = allOn(longSearch(kCount), kCount);
+    const ResolvingData data = resolvingData(file.get());
+    ConflictResolver resolver(data, {"O0", "ON"});
     EXPECT_FALSE(resolver.resolved());
     EXPECT_TRUE(resolver.gaveUp());
     EXPECT_LE(resolver.steps(), kMaxResolvingSteps + kCount);
@@ -287,6 +265,56 @@ TEST(ConstraintRulesTest, ASearchForAWayOutEndsAtItsLimit) {
     gaveUp = false;
     EXPECT_FALSE(proposeResolution(few.get(), wanted, {}, &gaveUp));
     EXPECT_FALSE(gaveUp) << "there is none";
+}
+
+TEST(ConstraintRulesTest, ASearchIsOfItsMomentOnAnyThreadAndOutlivesThePpd) {
+    for (unsigned seed = 0; seed < 100; ++seed) {
+        RandomPpd random(seed);
+        File file = test::printerWith(random.lines());
+        for (int i = 0; i < 6; ++i) {
+            const QByteArray keyword = random.keyword();
+            markOption(file.get(), keyword.constData(), random.choiceFor(keyword).constData());
+        }
+        const QByteArray keyword = random.keyword();
+        const Setting wanted{QString::fromLatin1(keyword),
+                             QString::fromLatin1(random.choiceFor(keyword))};
+        const auto expected = proposeResolution(file.get(), wanted);
+        const ResolutionSearch search = resolutionSearch(file.get(), wanted, {});
+        EXPECT_EQ(search, resolutionSearch(file.get(), wanted, {}));
+        markDefaults(file.get());
+        file.reset();
+        Resolution found;
+        std::thread([&] { found = run(search); }).join();
+        EXPECT_EQ(found.changes, expected) << random.lines().toStdString();
+    }
+}
+
+TEST(ConstraintRulesTest, SearchesDifferByMarksWishesAndPpds) {
+    const QByteArray lines = chain(3);
+    const File file = allOn(lines, 3);
+    const File other = allOn(lines, 3);
+    const Setting wanted{QStringLiteral("O0"), QStringLiteral("ON")};
+    const Setting another{QStringLiteral("O1"), QStringLiteral("ON")};
+    const ResolutionSearch search = resolutionSearch(file.get(), wanted, {});
+    EXPECT_NE(search, resolutionSearch(other.get(), wanted, {}));
+    EXPECT_NE(search, resolutionSearch(file.get(), another, {}));
+    EXPECT_NE(search, resolutionSearch(file.get(), wanted, {another}));
+    ASSERT_TRUE(markOption(file.get(), "O2", "OFF"));
+    EXPECT_NE(search, resolutionSearch(file.get(), wanted, {}));
+    ASSERT_TRUE(markOption(file.get(), "O2", "ON"));
+    EXPECT_EQ(search, resolutionSearch(file.get(), wanted, {}));
+}
+
+TEST(ConstraintRulesTest, ACancelledSearchEndsAtOnceAndHasNoWayOut) {
+    constexpr int kCount = 120;
+    const File file = allOn(longSearch(kCount), kCount);
+    const ResolvingData data = resolvingData(file.get());
+    CancelFlag cancel;
+    cancel.cancel();
+    ConflictResolver resolver(data, {"O0", "ON"}, &cancel);
+    EXPECT_FALSE(resolver.resolved());
+    EXPECT_FALSE(resolver.gaveUp());
+    EXPECT_LE(resolver.steps(), 5'000 + kCount) << "one look at the constraints";
 }
 
 } // namespace labelcut::ppd

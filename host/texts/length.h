@@ -1,4 +1,4 @@
-// Core: lengths as users write them.
+// Texts: lengths as users write them.
 #pragma once
 
 #include <QString>

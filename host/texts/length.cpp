@@ -1,5 +1,5 @@
-// Core: lengths as users write them.
-#include "host/core/length.h"
+// Texts: lengths as users write them.
+#include "host/texts/length.h"
 
 #include <QLocale>
 #include <QRegularExpression>
