@@ -219,7 +219,7 @@ void PrintDialog::printerOpened() {
 void PrintDialog::refresh() {
     const JobSnapshot now = JobSnapshot::of(mModel);
     mDocument->refresh(now);
-    mCopies->setValue(now.copies);
+    mCopies->setValue(now.handling.copies);
     mPresets->refresh(now);
     mStrip->refresh();
     mPages->refresh(now);
