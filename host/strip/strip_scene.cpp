@@ -37,13 +37,14 @@ public:
 
     double scale() const { return mScale; }
 
-    /// A label's measure on the screen.
+    /// A label's measure on the screen; one that is much larger than the first is drawn smaller.
     QSize sizeOf(std::int64_t index) const {
         const QSizeF size = mPlan.labelSizeOf(mPlan.pageAt(index));
+        const double scale = std::min(mScale, largestFor(size));
         const QSizeF lying = isAlong() ? size.transposed() : size;
         // A page may be absurdly long.
-        const auto pixels = [this](double points) {
-            return std::clamp(static_cast<int>(std::min(std::round(points * mScale), 1e5)),
+        const auto pixels = [scale](double points) {
+            return std::clamp(static_cast<int>(std::min(std::round(points * scale), 1e5)),
                               kSmallest, 100'000);
         };
         return {pixels(lying.width()), pixels(lying.height())};
@@ -60,33 +61,64 @@ public:
 
     bool hasLead() const {
         const auto& cuts = mPlan.input().cuts;
-        return isAlong() && mRoom.first == 0 && cuts && cuts->lead == PDELead::Blank;
+        return isAlong() && cuts && cuts->lead == PDELead::Blank;
     }
     int leadWidth() const { return hasLead() ? kLead + kJoint : 0; }
-    int endWidth() const { return isAlong() ? kMouth : kMargin; }
+    /// For labels, and the lead in front of the first.
+    int free() const { return mRoom.size.width() - 2 * kMargin - (isAlong() ? kMouth : kMargin); }
+    int moreWidth() const { return kMoreLines * mRoom.line; }
     int top() const { return mTop; }
     int tapeHeight() const { return sizeOf(0).height(); }
 
 private:
+    struct Lengths {
+        double along = 1;
+        double across = 1;
+    };
+
     bool isAlong() const { return mRoom.way == StripWay::Along; }
 
+    /// Along the window and across it; points.
+    Lengths lengthsOf(const QSizeF& label) const {
+        const QSizeF lying = isAlong() ? label.transposed() : label;
+        return {std::max(lying.width(), 1.0), std::max(lying.height(), 1.0)};
+    }
+
+    /// What a label may take of the window at a zoom of 1, so that the last is in sight beside it.
+    double mostAlong() const {
+        const double most = kMostOfWindow * std::max(mRoom.size.width() - kMouth - kLead, 1);
+        const double both = (free() - leadWidth() - moreWidth()) / 2.0 - kJoint - 1;
+        return mPlan.labels() > 2 ? std::min(most, both) : most;
+    }
+
+    /// At a zoom of 1, for a label on its own.
+    double singleScale(const Lengths& label) const {
+        const double fitting = std::max(mostAlong() / label.along, kThinnest / label.across);
+        return std::min(kTape / label.across, fitting);
+    }
+
+    /// The tape grows with the zoom as far as the strip is high enough.
+    double zoomed(double scale, const Lengths& label) const {
+        const int high = mRoom.size.height() - mTop - kBelow - mRoom.line;
+        return std::min(scale * mRoom.zoom, std::max(kTape, high) / label.across);
+    }
+
+    double largestFor(const QSizeF& label) const {
+        const Lengths lengths = lengthsOf(label);
+        return zoomed(singleScale(lengths), lengths);
+    }
+
     double scaleFor(const QSizeF& label) const {
-        const double across = std::max(isAlong() ? label.width() : label.height(), 1.0);
-        const double along = std::max(isAlong() ? label.height() : label.width(), 1.0);
-        const double room = std::max(mRoom.size.width() - kMouth - kLead, 1);
-        const double largest = kTape * mRoom.zoom / across;
-        const double fitting =
-            std::max(kMostOfWindow * room * mRoom.zoom / along, kThinnest * mRoom.zoom / across);
-        const double single = std::min(largest, fitting);
-        const double all = scaleForAll(along);
-        return all >= kSmallerForAll * single ? std::min(single, all) : single;
+        const Lengths lengths = lengthsOf(label);
+        const double single = singleScale(lengths);
+        const double all = scaleForAll(lengths.along);
+        return zoomed(all >= kSmallerForAll * single ? std::min(single, all) : single, lengths);
     }
 
     /// At which all labels are in sight, if they are as long as the first.
     double scaleForAll(double along) const {
         const auto labels = static_cast<double>(mPlan.labels());
-        const double free = mRoom.size.width() - 2 * kMargin - endWidth() - leadWidth();
-        return (free / labels - kJoint - 1) / along;
+        return ((free() - leadWidth()) / labels - kJoint - 1) / along;
     }
 
     const JobPlan& mPlan;
@@ -104,10 +136,18 @@ std::int64_t firstOfEnd(const Row& row, std::int64_t labels, int room) {
     return first;
 }
 
+/// The lead takes room as well, but only in front of the first label.
+std::int64_t lastFirstOf(const Row& row, std::int64_t labels) {
+    const std::int64_t first = firstOfEnd(row, labels, row.free());
+    const bool isPushedOut =
+        first == 0 && firstOfEnd(row, labels, row.free() - row.leadWidth()) > 0;
+    return isPushedOut ? 1 : first;
+}
+
 } // namespace
 
-int stripHeight(int line) {
-    return kMarks + kTape + kBelow + line;
+int stripHeight(int line, double zoom) {
+    return kMarks + static_cast<int>(kTape * zoom) + kBelow + line;
 }
 
 StripScene sceneOf(const JobPlan& plan, const StripRoom& room) {
@@ -115,20 +155,17 @@ StripScene sceneOf(const JobPlan& plan, const StripRoom& room) {
     const std::int64_t labels = plan.labels();
     StripScene scene;
     scene.scale = row.scale();
-    const int free = room.size.width() - 2 * kMargin - row.endWidth();
-    scene.lastFirst = firstOfEnd(row, labels, free);
+    scene.lastFirst = lastFirstOf(row, labels);
     const std::int64_t first = std::clamp<std::int64_t>(room.first, 0, scene.lastFirst);
     int x = kMargin;
-    if (row.hasLead()) {
+    if (row.hasLead() && first == 0) {
         scene.lead = {x, row.top(), kLead, row.tapeHeight()};
         scene.leadJoint = {x + kLead, row.top(), kJoint, row.tapeHeight()};
         x += row.leadWidth();
     }
-    const bool showsEnd = first == scene.lastFirst && x + row.widthOf(labels - 1) <= kMargin + free;
-    const int moreWidth = kMoreLines * room.line;
-    int end = kMargin + free;
-    if (!showsEnd || firstOfEnd(row, labels, end - x) > first)
-        end -= moreWidth + row.widthOf(labels - 1);
+    int end = kMargin + row.free();
+    if (first < scene.lastFirst)
+        end -= row.moreWidth() + row.widthOf(labels - 1);
     std::int64_t index = first;
     for (; index < labels && (index == first || x + row.widthOf(index) <= end); ++index) {
         scene.cells.push_back(row.cellAt(index, x));
@@ -137,8 +174,8 @@ StripScene sceneOf(const JobPlan& plan, const StripRoom& room) {
     if (index < labels) {
         scene.more = labels - 1 - index;
         if (scene.more > 0) {
-            scene.moreRect = {x, row.top(), moreWidth, row.tapeHeight()};
-            x += moreWidth;
+            scene.moreRect = {x, row.top(), row.moreWidth(), row.tapeHeight()};
+            x += row.moreWidth();
         }
         scene.cells.push_back(row.cellAt(labels - 1, x));
         x += row.widthOf(labels - 1);

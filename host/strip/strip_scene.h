@@ -62,8 +62,8 @@ struct StripScene {
 /// @param plan  has at least one label.
 StripScene sceneOf(const JobPlan& plan, const StripRoom& room);
 
-/// The height that a strip wants whose text is so high.
-int stripHeight(int line);
+/// The height that a strip wants whose text is so high, and which is zoomed so far.
+int stripHeight(int line, double zoom = 1);
 
 /// From a label in points (its top left corner at 0, 0) to its rectangle on the screen.
 /// @param size        of the label, in points.
