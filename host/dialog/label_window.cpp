@@ -75,11 +75,8 @@ QRect LabelWindow::labelRect() const {
 
 void LabelWindow::wish() {
     const JobPlan::Label label = mStrip.plan()->label(mIndex);
-    const QRect rect = labelRect();
-    const double along = mStrip.way() == StripWay::Along ? label.size.height() : label.size.width();
-    const double pixels =
-        rect.width() / std::max(along, 1.0) * label.place.scale * devicePixelRatioF();
-    mPictures.want({{label.page, (label.pageSize * pixels).toSize().expandedTo({1, 1})}});
+    mPictures.want(
+        {{label.page, pagePixels(label, labelRect(), mStrip.way(), devicePixelRatioF())}});
 }
 
 void LabelWindow::paintEvent(QPaintEvent*) {

@@ -5,6 +5,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/strip/strip_marks.h"
 #include "host/texts/length.h"
@@ -25,6 +26,12 @@ void fillHatched(QPainter& painter, const QRect& rect, const QColor& fill, const
     painter.fillRect(rect, QBrush(lines, Qt::BDiagPattern));
 }
 
+QTransform pageToScreen(const JobPlan::Label& label, const QRect& rect, StripWay way,
+                        bool isReversed) {
+    return pageToLabel(label.pageSize, label.place) *
+           labelToScreen(label.size, rect, way, isReversed);
+}
+
 void drawDashes(QPainter& painter, const QLine& line, const QColor& colour, int width) {
     QPen pen(colour, width);
     pen.setDashPattern({3, 2});
@@ -34,6 +41,27 @@ void drawDashes(QPainter& painter, const QLine& line, const QColor& colour, int 
 }
 
 } // namespace
+
+QRect pageOnScreen(const JobPlan::Label& label, const QRect& rect, StripWay way, bool isReversed,
+                   bool isMirrored) {
+    QRect page = pageToScreen(label, rect, way, isReversed)
+                     .mapRect(QRectF(QPointF(0, 0), label.pageSize))
+                     .toRect();
+    if (isMirrored)
+        page.moveLeft(rect.left() + rect.right() - page.right());
+    return page;
+}
+
+QSize pagePixels(const JobPlan::Label& label, const QRect& rect, StripWay way, double pixelRatio) {
+    const QTransform toScreen = pageToScreen(label, rect, way, false);
+    const QSize lying = pageOnScreen(label, rect, way, false, false).size();
+    const QSize page = qFuzzyIsNull(toScreen.m11()) ? lying.transposed() : lying;
+    const auto pixels = [pixelRatio](int length) {
+        constexpr double kLargest = 4'000;
+        return static_cast<int>(std::clamp(std::round(length * pixelRatio), 1.0, kLargest));
+    };
+    return {pixels(page.width()), pixels(page.height())};
+}
 
 StripPainter::StripPainter(QPainter& painter, const JobPlan& plan, const StripLook& look, int width)
     : mPainter(painter)
@@ -228,9 +256,7 @@ void StripPainter::drawLabel(std::int64_t index, const QRect& rect) {
 /// The picture is turned as a whole and laid on whole pixels, so that it stays as sharp as it was
 /// drawn.
 void StripPainter::drawPage(const JobPlan::Label& label, const QRect& rect) {
-    const QTransform toScreen = pageToLabel(label.pageSize, label.place) *
-                                labelToScreen(label.size, rect, mLook.way, mLook.isReversed);
-    const QRect target = toScreen.mapRect(QRectF(QPointF(0, 0), label.pageSize)).toRect();
+    const QTransform toScreen = pageToScreen(label, rect, mLook.way, mLook.isReversed);
     const QTransform turn(qFuzzyIsNull(toScreen.m11()) ? 0 : 1,
                           qFuzzyIsNull(toScreen.m12()) ? 0 : (toScreen.m12() > 0 ? 1 : -1),
                           qFuzzyIsNull(toScreen.m21()) ? 0 : (toScreen.m21() > 0 ? 1 : -1),
@@ -238,6 +264,7 @@ void StripPainter::drawPage(const JobPlan::Label& label, const QRect& rect) {
     const QImage picture = mLook.picture(label.page);
     const bool isMirrored = mPlan.input().cuts && mPlan.input().cuts->isMirrored;
     const QImage turned = picture.transformed(turn).mirrored(isMirrored, false);
+    const QRect target = pageOnScreen(label, rect, mLook.way, mLook.isReversed, isMirrored);
     mPainter.setRenderHint(QPainter::SmoothPixmapTransform);
     mPainter.drawImage(target, turned);
 }

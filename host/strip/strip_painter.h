@@ -29,6 +29,14 @@ struct StripLook {
     bool isRead = true;
 };
 
+/// Where the page lies on the screen, on whole pixels; it may go beyond its label.
+/// @param rect  of the label.
+QRect pageOnScreen(const JobPlan::Label& label, const QRect& rect, StripWay way, bool isReversed,
+                   bool isMirrored);
+/// The picture of the page, upright, that fills that place pixel by pixel.
+/// @param pixelRatio  pixels of the screen for each of the widget's.
+QSize pagePixels(const JobPlan::Label& label, const QRect& rect, StripWay way, double pixelRatio);
+
 /// Draws scene after scene; a value that is made for each painting.
 class StripPainter {
 public:

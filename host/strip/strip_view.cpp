@@ -23,10 +23,11 @@ namespace {
 constexpr double kSmallestZoom = 0.5;
 constexpr double kLargestZoom = 8;
 constexpr double kZoomStep = 1.25;
+/// The strip asks for no more height when it is zoomed further.
+constexpr double kHighestZoom = 3;
 /// So many labels are in the bar's range at most; beyond that it moves in larger steps.
 constexpr std::int64_t kBarRange = 1'000'000;
 constexpr int kLeastWidth = 240;
-constexpr int kLargestPicture = 4'000; ///< Pixels each way.
 
 } // namespace
 
@@ -75,9 +76,14 @@ const StripScene& StripView::scene() const {
     if (!mPlan)
         return kNothing;
     if (!mScene)
-        mScene = sceneOf(
-            *mPlan, {QSize(stripWidth(), height()), fontMetrics().height(), mWay, mZoom, mFirst});
+        mScene = sceneOf(*mPlan, {size(), fontMetrics().height(), mWay, mZoom, mFirst});
     return *mScene;
+}
+
+/// From the first in sight on, without those behind "… 88 more …".
+std::int64_t StripView::labelsInARow() const {
+    const auto cells = static_cast<std::int64_t>(scene().cells.size());
+    return std::max<std::int64_t>(scene().more > 0 ? cells - 1 : cells, 1);
 }
 
 /// What the scene is made of is not what it was.
@@ -89,8 +95,12 @@ void StripView::sceneChanged() {
     const QSignalBlocker quiet(mBar);
     mBar->setVisible(last > 0);
     mBar->setRange(0, static_cast<int>(std::min(last, kBarRange)));
-    mBar->setValue(static_cast<int>(last <= kBarRange ? mFirst : mFirst * kBarRange / last));
-    mBar->setInvertedAppearance(mIsReversed != isRightToLeft());
+    mBar->setPageStep(static_cast<int>(labelsInARow()));
+    // Rounded up, so that each value leads to a label that leads back to it.
+    mBar->setValue(
+        static_cast<int>(last <= kBarRange ? mFirst : (mFirst * kBarRange + last - 1) / last));
+    // An inverted bar would page away from where it is pressed.
+    mBar->setLayoutDirection(mIsReversed ? Qt::RightToLeft : Qt::LeftToRight);
     update();
     Q_EMIT wishesChanged();
 }
@@ -107,16 +117,10 @@ std::vector<StripView::Wish> StripView::wishes() const {
         return wishes;
     std::set<int> seen;
     for (const StripCell& cell : scene().cells) {
-        const JobPlan::Label label = mPlan->label(cell.index);
-        if (!seen.insert(label.page).second)
+        if (rectOf(cell.index).isNull() || !seen.insert(mPlan->pageAt(cell.index)).second)
             continue;
-        const double pixels = scene().scale * label.place.scale * devicePixelRatioF();
-        const auto length = [pixels](double points) {
-            return std::clamp(static_cast<int>(std::min(std::round(points * pixels), 1e5)), 1,
-                              kLargestPicture);
-        };
-        wishes.push_back(
-            {label.page, {length(label.pageSize.width()), length(label.pageSize.height())}});
+        const JobPlan::Label label = mPlan->label(cell.index);
+        wishes.push_back({label.page, pagePixels(label, cell.label, mWay, devicePixelRatioF())});
     }
     return wishes;
 }
@@ -132,7 +136,10 @@ void StripView::setReversed(bool isReversed) {
 }
 
 void StripView::setZoom(double zoom) {
-    mZoom = std::clamp(zoom, kSmallestZoom, kLargestZoom);
+    const double wanted = std::clamp(zoom, kSmallestZoom, kLargestZoom);
+    if (std::exchange(mZoom, wanted) == wanted)
+        return;
+    updateGeometry();
     sceneChanged();
 }
 
@@ -144,7 +151,7 @@ QRect StripView::mirrored(const QRect& rect) const {
 
 QRect StripView::rectOf(std::int64_t index) const {
     for (const StripCell& cell : scene().cells)
-        if (cell.index == index)
+        if (cell.index == index && cell.label.intersects(rect()))
             return mirrored(cell.label);
     return {};
 }
@@ -160,17 +167,21 @@ std::optional<std::int64_t> StripView::labelAt(const QPoint& place) const {
 void StripView::setCurrent(std::int64_t index) {
     if (!mPlan)
         return;
-    mCurrent = std::clamp<std::int64_t>(index, 0, mPlan->labels() - 1);
+    const std::int64_t wanted = std::clamp<std::int64_t>(index, 0, mPlan->labels() - 1);
+    const bool isOther = std::exchange(mCurrent, wanted) != wanted;
     if (mCurrent < mFirst)
         scrollTo(mCurrent);
     while (rectOf(mCurrent).isNull() && mFirst < scene().lastFirst)
-        scrollTo(
-            std::max(mFirst + 1, mCurrent - static_cast<std::int64_t>(scene().cells.size()) + 3));
+        scrollTo(std::max(mFirst + 1, mCurrent - labelsInARow() + 2));
+    if (isOther && hasFocus())
+        tellCurrent();
     update();
 }
 
-void StripView::moveCurrent(std::int64_t index) {
-    setCurrent(index);
+/// Tells screen readers on which label the focus is.
+void StripView::tellCurrent() {
+    if (!mPlan || !mIsRead)
+        return;
     QAccessibleEvent focus(this, QAccessible::Focus);
     focus.setChild(static_cast<int>(mCurrent));
     QAccessible::updateAccessibility(&focus);
@@ -194,7 +205,7 @@ void StripView::paintEvent(QPaintEvent*) {
         return;
     QPainter painter(this);
     const StripLook how = look();
-    StripPainter(painter, *mPlan, how, stripWidth()).draw(scene());
+    StripPainter(painter, *mPlan, how, width()).draw(scene());
 }
 
 void StripView::resizeEvent(QResizeEvent* event) {
@@ -205,17 +216,26 @@ void StripView::resizeEvent(QResizeEvent* event) {
 }
 
 void StripView::wheelEvent(QWheelEvent* event) {
-    const QPoint turn = event->angleDelta();
-    const int steps = std::abs(turn.x()) > std::abs(turn.y()) ? turn.x() : turn.y();
-    if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        setZoom(mZoom * std::pow(kZoomStep, steps > 0 ? 1 : -1));
-        return event->accept();
-    }
+    const bool isZoom = event->modifiers().testFlag(Qt::ControlModifier);
     // Where there is nothing to scroll the window around may.
-    if (scene().lastFirst == 0)
+    if (!mPlan || (!isZoom && scene().lastFirst == 0))
         return event->ignore();
-    scrollTo(mFirst + (steps > 0 ? -1 : 1));
     event->accept();
+    const QPoint turn = event->angleDelta();
+    const bool isSideways = std::abs(turn.x()) > std::abs(turn.y());
+    const int back = isSideways && mIsReversed ? -turn.x() : isSideways ? turn.x() : turn.y();
+    // Fine wheels and touchpads tell of parts of a step.
+    if ((back < 0) != (mTurned < 0))
+        mTurned = 0;
+    mTurned += back;
+    const int steps = mTurned / QWheelEvent::DefaultDeltasPerStep;
+    mTurned %= QWheelEvent::DefaultDeltasPerStep;
+    if (steps == 0)
+        return;
+    if (isZoom)
+        setZoom(mZoom * std::pow(kZoomStep, steps));
+    else
+        scrollTo(mFirst - steps);
 }
 
 void StripView::keyPressEvent(QKeyEvent* event) {
@@ -224,17 +244,17 @@ void StripView::keyPressEvent(QKeyEvent* event) {
     const std::int64_t forward = mIsReversed ? -1 : 1;
     switch (event->key()) {
     case Qt::Key_Right:
-        return moveCurrent(mCurrent + forward);
+        return setCurrent(mCurrent + forward);
     case Qt::Key_Left:
-        return moveCurrent(mCurrent - forward);
+        return setCurrent(mCurrent - forward);
     case Qt::Key_PageDown:
-        return moveCurrent(mCurrent + static_cast<std::int64_t>(scene().cells.size()));
+        return setCurrent(mCurrent + labelsInARow());
     case Qt::Key_PageUp:
-        return moveCurrent(mCurrent - static_cast<std::int64_t>(scene().cells.size()));
+        return setCurrent(mCurrent - labelsInARow());
     case Qt::Key_Home:
-        return moveCurrent(0);
+        return setCurrent(0);
     case Qt::Key_End:
-        return moveCurrent(mPlan->labels() - 1);
+        return setCurrent(mPlan->labels() - 1);
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
@@ -254,8 +274,11 @@ void StripView::mousePressEvent(QMouseEvent* event) {
 
 void StripView::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
-    if (mPlan)
-        moveCurrent(mCurrent);
+    // A press of the mouse is meant for the label that lies there now.
+    if (event->reason() != Qt::MouseFocusReason)
+        setCurrent(mCurrent);
+    tellCurrent();
+    update();
 }
 
 void StripView::focusOutEvent(QFocusEvent* event) {
@@ -265,6 +288,8 @@ void StripView::focusOutEvent(QFocusEvent* event) {
 
 void StripView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
     if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
         sceneChanged();
 }
@@ -280,7 +305,8 @@ bool StripView::event(QEvent* event) {
 }
 
 QSize StripView::sizeHint() const {
-    return {2 * kLeastWidth, minimumSizeHint().height()};
+    const int zoomed = stripHeight(fontMetrics().height(), std::clamp(mZoom, 1.0, kHighestZoom));
+    return {2 * kLeastWidth, zoomed};
 }
 
 QSize StripView::minimumSizeHint() const {

@@ -30,6 +30,7 @@ public:
     ///                is not read yet, and labels are drawn blank.
     void setPlan(std::optional<JobPlan> plan, bool isRead = true);
     const std::optional<JobPlan>& plan() const { return mPlan; }
+    bool isRead() const { return mIsRead; }
 
     /// Where pictures come from.
     /// @param picture   of a page, upright; a null image while there is none.
@@ -86,10 +87,10 @@ protected:
 private:
     void sceneChanged();
     void scrollTo(std::int64_t first);
-    void moveCurrent(std::int64_t index);
+    void tellCurrent();
+    std::int64_t labelsInARow() const;
     StripLook look() const;
     QRect mirrored(const QRect& rect) const;
-    int stripWidth() const { return width(); }
 
     std::optional<JobPlan> mPlan;
     bool mIsRead = true;
@@ -102,6 +103,8 @@ private:
     std::function<bool(int)> mIsFailed;
     /// Made when it is looked at; nothing while what it depends on has changed.
     mutable std::optional<StripScene> mScene;
+    /// What wheels have turned since the last whole step; eighths of a degree.
+    int mTurned = 0;
     QScrollBar* mBar;
 };
 
