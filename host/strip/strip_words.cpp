@@ -81,11 +81,15 @@ QString misfitText(const JobPlan& plan, const PlanMisfit& misfit) {
     const QSizeF label = plan.labelSizeOf(misfit.firstPage);
     const QString page = measureForUser(misfit.measure.width(), misfit.measure.height());
     const QString on = measureForUser(label.width(), label.height());
-    if (misfit.pages == static_cast<int>(plan.input().document->measures.size()))
-        return hostText(misfit.pages == 1 ? "MisfitPage" : "MisfitPages").arg(page, on);
+    if (plan.input().document->measures.size() == 1)
+        return hostText("MisfitPage").arg(page, on);
+    if (misfit.pages > 1 && misfit.pages == plan.labels() / plan.input().copies)
+        return hostText("MisfitPages").arg(page, on);
     const QString first = QLocale().toString(misfit.firstPage);
     if (misfit.pages == 1)
         return hostText("MisfitOnePage").arg(first, page, on);
+    if (misfit.pages == 2)
+        return hostText("MisfitTwoPages").arg(first, page, on);
     return hostText("MisfitSomePages").arg(first, page, on, QLocale().toString(misfit.pages - 1));
 }
 
