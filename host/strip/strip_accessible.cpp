@@ -41,7 +41,7 @@ StripView& AccessibleStrip::strip() const {
 int AccessibleStrip::childCount() const {
     const auto& plan = strip().plan();
     constexpr std::int64_t kMost = std::numeric_limits<int>::max();
-    return plan ? static_cast<int>(std::min(plan->labels(), kMost)) : 0;
+    return plan && strip().isRead() ? static_cast<int>(std::min(plan->labels(), kMost)) : 0;
 }
 
 QAccessibleInterface* AccessibleStrip::child(int index) const {
@@ -50,9 +50,30 @@ QAccessibleInterface* AccessibleStrip::child(int index) const {
     const auto found = mItems.find(index);
     if (found != mItems.end())
         return QAccessible::accessibleInterface(found->second);
+    if (mItems.size() >= kMostItems)
+        dropOldest();
     auto* item = new AccessibleLabel(strip(), index);
     mItems[index] = QAccessible::registerAccessibleInterface(item);
+    mAges.push_back(index);
     return item;
+}
+
+bool AccessibleStrip::isInUse(int index) const {
+    return index == strip().current() || !strip().rectOf(index).isNull();
+}
+
+/// Of those in sight screen readers may still hold what they asked for before.
+void AccessibleStrip::dropOldest() const {
+    for (std::size_t tries = mAges.size(); tries > 0; --tries) {
+        const int index = mAges.front();
+        mAges.pop_front();
+        if (!isInUse(index)) {
+            QAccessible::deleteAccessibleInterface(mItems.at(index));
+            mItems.erase(index);
+            return;
+        }
+        mAges.push_back(index);
+    }
 }
 
 int AccessibleStrip::indexOfChild(const QAccessibleInterface* child) const {
@@ -70,7 +91,7 @@ QAccessibleInterface* AccessibleStrip::focusChild() const {
 }
 
 QString AccessibleStrip::text(QAccessible::Text kind) const {
-    if (kind == QAccessible::Description && strip().plan())
+    if (kind == QAccessible::Description && childCount() > 0)
         return figuresText(*strip().plan());
     return QAccessibleWidget::text(kind);
 }
@@ -80,7 +101,7 @@ AccessibleLabel::AccessibleLabel(StripView& strip, int index)
     , mIndex(index) {}
 
 bool AccessibleLabel::isValid() const {
-    return mStrip.plan() && mIndex < mStrip.plan()->labels();
+    return mStrip.plan() && mStrip.isRead() && mIndex < mStrip.plan()->labels();
 }
 
 QAccessibleInterface* AccessibleLabel::parent() const {
@@ -120,8 +141,8 @@ void AccessibleLabel::doAction(const QString& name) {
     if (!isValid())
         return;
     if (name == setFocusAction()) {
-        mStrip.setFocus();
         mStrip.setCurrent(mIndex);
+        mStrip.setFocus();
     } else if (name == pressAction()) {
         Q_EMIT mStrip.labelWanted(mIndex);
     }

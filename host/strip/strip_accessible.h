@@ -3,15 +3,20 @@
 
 #include <QAccessibleWidget>
 
-#include <map>
+#include <deque>
+#include <unordered_map>
 
 namespace labelcut {
 
 class StripView;
 
-/// The list. Its items are made when they are asked for.
+/// The list. Its items are made when they are asked for, and the oldest of those out of sight are
+/// dropped when there are many.
 class AccessibleStrip : public QAccessibleWidget {
 public:
+    /// So many items are kept.
+    static constexpr std::size_t kMostItems = 512;
+
     explicit AccessibleStrip(StripView& strip);
     ~AccessibleStrip() override;
 
@@ -24,8 +29,12 @@ public:
 
 private:
     StripView& strip() const;
+    bool isInUse(int index) const;
+    void dropOldest() const;
 
-    mutable std::map<int, QAccessible::Id> mItems;
+    mutable std::unordered_map<int, QAccessible::Id> mItems;
+    /// Their indices, the one made first in front.
+    mutable std::deque<int> mAges;
 };
 
 /// One label of it.
