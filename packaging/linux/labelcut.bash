@@ -90,7 +90,7 @@ _labelcut() {
     cur=${cur#*=}
   fi
 
-  local commands="dialog options panel-script presets print snapshot"
+  local commands="dialog options panel-script plan presets print snapshot"
   for ((i = 1; i < ${#typed[@]} - 1; i++)); do
     [[ " $commands " == *" ${typed[i]} "* ]] || continue
     command+=${command:+ }${typed[i]}
@@ -98,6 +98,7 @@ _labelcut() {
     commands="list remove rename save show"
   done
   local printers="-p --printer --ppd" choices="-s --set --page-size" languages="de en es fr ja zh_CN" options
+  local layout="--reverse --no-collate --fit" fits="actual scale turn"
   case $command in
     "") options="-h --help --version $printers" ;;
     dialog) options="-h --help $printers" ;;
@@ -106,6 +107,7 @@ _labelcut() {
     "presets list" | "presets show" | "presets remove") options="-h --help $printers --timeout" ;;
     "presets save") options="-h --help $printers --timeout $choices -n --copies --replace" ;;
     "presets rename") options="-h --help $printers --timeout --replace" ;;
+    plan) options="-h --help $printers --timeout $choices --preset -n --copies --pages $layout --json" ;;
     print) options="-h --help $printers --timeout $choices --preset -n --copies --pages -o --output -t --title" ;;
     snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
   esac
@@ -131,6 +133,7 @@ _labelcut() {
       _labelcut_printer
       words=$(_labelcut_presets) kind=names
       ;;
+    --fit) words=${fits// /$'\n'} ;;
     --language) words=${languages// /$'\n'} ;;
     --timeout | -n | --copies | --pages | -t | --title | --scale) return ;;
     *)
@@ -143,7 +146,7 @@ _labelcut() {
       elif [[ $command == presets\ s[ah]* || $command == presets\ re* ]]; then
         _labelcut_printer
         words=$(_labelcut_presets) kind=names
-      elif [[ $command == dialog || $command == panel-script || $command == print ]]; then
+      elif [[ $command == dialog || $command == panel-script || $command == plan || $command == print ]]; then
         _labelcut_files "$cur"
         return
       else
