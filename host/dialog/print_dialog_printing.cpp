@@ -88,7 +88,7 @@ void PrintDialog::startRun(const Order& order) {
 }
 
 void PrintDialog::setRunning(bool running) {
-    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mPages, mMessages})
+    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mColumn, mPages, mMessages})
         part->setEnabled(!running);
     mFooter->setRunning(running);
     refresh();

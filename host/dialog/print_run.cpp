@@ -81,9 +81,19 @@ void PrintRun::refuseChanged(const QString& file, const JobDocument& document) {
 
 void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
     mDocument = document;
+    mWork.start([this, document, order = mOrder](const BackgroundCall::Link& link) {
+        const Result<JobToSend> job = jobFor(order, *document, &link.cancelFlag());
+        if (job)
+            link.tell([this, job = *job] { submit(job); });
+        else
+            link.tell([this, sentence = job.error().sentence] { fail(sentence); });
+    });
+}
+
+void PrintRun::submit(const JobToSend& job) {
     // Whether the printer still has what was chosen is the first thing the sender looks at.
     Q_EMIT progressed(hostText("FetchingPpd").arg(*queueName(mOrder.printer)), -1);
-    mSender.send(jobFor(mOrder, *document));
+    mSender.send(job);
 }
 
 void PrintRun::write(const std::shared_ptr<JobDocument>& document) {
