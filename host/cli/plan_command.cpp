@@ -45,7 +45,7 @@ int plan(const PlanArguments& arguments, const PlanWish& wish, Runner& runner) {
     const OpenedPrinter& printer = *chosen->printer;
     const Amount amount = arguments.amount.with(chosen->preset, wish.amount);
     const auto document =
-        JobDocument::prepare(amount.files, markedPaper(printer.ppd()), &interruption::flag());
+        JobDocument::measure(amount.files, markedPaper(printer.ppd()), &interruption::flag());
     if (!document)
         return Runner::fail(document.error().sentence);
     complainOfRepairs(*document);

@@ -15,7 +15,7 @@ namespace labelcut {
 namespace {
 
 /// More lines, and more labels, are counted only: nobody reads so many.
-constexpr int kMostLines = 500;
+constexpr int kMostLines = 100;
 constexpr std::int64_t kMostLabels = 100'000;
 
 /// To a tenth of a millimetre, without the unit.
@@ -155,8 +155,9 @@ private:
         if (run && lines < kMostLines)
             finish();
         if (told < mPlan.labels())
-            row(QStringLiteral("…"), QStringLiteral("and %1 more; --json lists up to 100000")
-                                         .arg(counted(mPlan.labels() - told, "label", "labels")));
+            row(QStringLiteral("…"),
+                QStringLiteral("and %1; --json lists more of them")
+                    .arg(counted(mPlan.labels() - told, "more label", "more labels")));
     }
 
     /// Whether the label goes on as the run does: the next page up or down, or the next copy.

@@ -44,6 +44,7 @@ class Printer:
                 margins = [rng.choice([0, 3, rng.randint(0, 9)]) for _ in range(4)]
                 self.sizes[f"{prefix}{width}x{length}"] = (width, length, *margins)
         present = [keyword for keyword in ("KvCutLabel", *ON_OFF) if rng.random() < 0.7]
+        present = present or ["KvMirror"]
         for keyword in present:
             choices = ["OFF", "ON"]
             if keyword == "KvCutLabel":
@@ -247,6 +248,7 @@ def labels_of(job, cuts):
 def reckoned(job):
     """The plan as docs/plan.md has it."""
     cuts = cuts_of(job)
+    assert job.choices, "a printer without any option is none that the panel knows"
     width, length = job.printer.sizes[job.size][:2]
     labels = labels_of(job, cuts)
     pages = []
