@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/handling_arguments.h"
 #include "host/cli/preset_argument.h"
+#include "host/core/result.h"
 #include "host/job/order.h"
 
 namespace CLI {
@@ -14,24 +16,22 @@ class App;
 
 namespace labelcut {
 
-/// FILE…, --copies and --pages; --reverse, --no-collate and --fit.
+/// FILE…, --pages, and how they are handled.
 struct AmountArguments {
     std::vector<std::string> files;
-    /// Nothing: a preset may say how many.
-    std::optional<int> copies;
     std::string pages;
-    bool isReversed = false;
-    bool isUncollated = false;
-    std::string fit;
+    HandlingArguments handling;
 
-    /// Adds the first three to a command. This object must outlive its parsing.
+    /// Adds them to a command. This object must outlive its parsing.
     void addTo(CLI::App& command);
-    /// The other three.
-    void addLayoutTo(CLI::App& command);
-    /// The same, understood. Throws what is wrong usage, for the parser to report.
+    /// Files and pages, understood. Throws what is wrong usage, for the parser to report.
     Amount parsed() const;
-    /// @param amount  what was parsed. @return it, with what only the preset says.
+    /// @param amount  what was parsed.
+    /// @return it, handled as the preset has it and, over that, as was typed.
     Amount with(const std::optional<KeptChoices>& preset, Amount amount) const;
 };
+
+/// Why an amount is not printed, with the arguments that are a way out of it.
+Error withWayOut(Error reason);
 
 } // namespace labelcut

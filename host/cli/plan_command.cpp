@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <optional>
 
 #include "host/cli/amount_arguments.h"
 #include "host/cli/chosen_printer.h"
@@ -14,7 +15,7 @@
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
-#include "host/job/marked_paper.h"
+#include "host/job/order.h"
 #include "host/plan/printer_plan.h"
 
 namespace labelcut {
@@ -44,20 +45,23 @@ int plan(const PlanArguments& arguments, const PlanWish& wish, Runner& runner) {
         return Runner::fail(chosen.error().sentence);
     const OpenedPrinter& printer = *chosen->printer;
     const Amount amount = arguments.amount.with(chosen->preset, wish.amount);
-    const auto document =
-        JobDocument::measure(amount.files, markedPaper(printer.ppd()), &interruption::flag());
+    const Order order = orderFor(printer, amount);
+    const auto document = JobDocument::measure(amount.files, order.paper, &interruption::flag());
     if (!document)
         return Runner::fail(document.error().sentence);
     complainOfRepairs(*document);
     const JobPlan plan(planInputFor(printer, amount,
                                     std::make_shared<DocumentPages>(DocumentPages{
                                         document->measures(), document->pagesOfFiles()})));
+    const std::optional<Error> reason = reasonAgainst(order, *document);
     if (plan.labels() == 0)
-        return Runner::fail(noSuchPage(amount.pages, document->pages()));
+        return Runner::fail(reason->sentence);
     if (arguments.json)
         writePlanJson(printer.title(), plan, stdout);
     else
-        tellPlan({printer.title(), amount.files, &plan}, Runner::say);
+        tellPlan({printer.title(), amount.files, &plan,
+                  reason ? withWayOut(*reason).sentence : QString()},
+                 Runner::say);
     return kDone;
 }
 
@@ -68,7 +72,6 @@ void addPlanCommand(CLI::App& app, Runner& runner) {
     CLI::App* command = app.add_subcommand(
         "plan", "Tell what would be printed and cut, label by label, and print nothing");
     arguments->amount.addTo(*command);
-    arguments->amount.addLayoutTo(*command);
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
     arguments->preset.addTo(*command);

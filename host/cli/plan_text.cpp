@@ -84,7 +84,8 @@ public:
         tellLead();
         tellLabels();
         tellEnd();
-        tellMisfit();
+        if (!mReport.refusal.isEmpty())
+            say(QStringLiteral("Print refuses that: ") + mReport.refusal);
         say(mInput.cuts ? figuresText() : unknownCuts());
         say(tapeText());
     }
@@ -223,16 +224,6 @@ private:
                                        ? QStringLiteral("no cut: the last label stays in the "
                                                         "printer until the next job")
                                        : nameOf(last));
-    }
-
-    void tellMisfit() const {
-        const auto misfit = mInput.fit == worker::Fit::Unchanged ? mPlan.misfit() : std::nullopt;
-        if (misfit)
-            say(QStringLiteral("%1; the first is page %2: %3, %4. Print refuses that without "
-                               "--fit actual, --fit scale or --fit turn.")
-                    .arg(counted(misfit->pages, "page is not whole", "pages are not whole"),
-                         QString::number(misfit->firstPage), measure(misfit->measure),
-                         fitText(misfit->place)));
     }
 
     static QString unknownCuts() {

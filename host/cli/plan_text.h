@@ -18,6 +18,8 @@ struct PlanReport {
     QStringList files;
     /// Of one label at least.
     const JobPlan* plan = nullptr;
+    /// The sentence with which it is not printed; empty: it is.
+    QString refusal = {};
 };
 
 /// A heading, the labels in their order with what lies before and behind them, and what the job

@@ -60,7 +60,7 @@ Result<QString> deliver(const Order& order, const JobDocument& document,
                         const PrinterArguments& arguments) {
     const CancelFlag* cancel = &interruption::flag();
     if (const auto reason = reasonAgainst(order, document))
-        return *reason;
+        return withWayOut(*reason);
     const QString* queue = queueName(order.printer);
     if (!queue) {
         const Result<qint64> written = writeJob(order, document, cancel);
@@ -141,6 +141,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     addExamples(*command, {"labelcut print labels.pdf",
                            "labelcut print labels.pdf --printer Tape --set KvHalfCut=ON --copies 3",
                            "labelcut print labels.pdf --ppd tape.ppd --pages 2-3 -o /tmp/job.ps",
+                           "labelcut print labels.pdf --fit scale --reverse",
                            "labelcut print labels.pdf --preset \"Shelf labels\""});
     command->callback([arguments, &runner] {
         const Wish wish = understood(*arguments);

@@ -98,17 +98,16 @@ _labelcut() {
     commands="list remove rename save show"
   done
   local printers="-p --printer --ppd" choices="-s --set --page-size" languages="de en es fr ja zh_CN" options
-  local layout="--reverse --no-collate --fit" fits="actual scale turn"
   case $command in
     "") options="-h --help --version $printers" ;;
     dialog) options="-h --help $printers" ;;
     options) options="-h --help $printers --timeout --preset --json" ;;
     panel-script | presets) options="-h --help" ;;
     "presets list" | "presets show" | "presets remove") options="-h --help $printers --timeout" ;;
-    "presets save") options="-h --help $printers --timeout $choices -n --copies --replace" ;;
+    "presets save") options="-h --help $printers --timeout $choices -n --copies --reverse --no-collate --fit --replace" ;;
     "presets rename") options="-h --help $printers --timeout --replace" ;;
-    plan) options="-h --help $printers --timeout $choices --preset -n --copies --pages $layout --json" ;;
-    print) options="-h --help $printers --timeout $choices --preset -n --copies --pages -o --output -t --title" ;;
+    plan) options="-h --help $printers --timeout $choices --preset -n --copies --pages --reverse --no-collate --fit --json" ;;
+    print) options="-h --help $printers --timeout $choices --preset -n --copies --pages --reverse --no-collate --fit -o --output -t --title" ;;
     snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
   esac
 
@@ -133,8 +132,8 @@ _labelcut() {
       _labelcut_printer
       words=$(_labelcut_presets) kind=names
       ;;
-    --fit) words=${fits// /$'\n'} ;;
     --language) words=${languages// /$'\n'} ;;
+    --fit) words=$'actual\nscale\nturn' ;;
     --timeout | -n | --copies | --pages | -t | --title | --scale) return ;;
     *)
       if [[ $cur == -* ]]; then

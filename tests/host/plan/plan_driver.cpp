@@ -36,12 +36,12 @@ std::unique_ptr<OpenedPrinter> opened(const QString& ppd, const PluginSearch& pl
 
 Amount amountOf(const QJsonObject& job) {
     AmountArguments arguments;
-    arguments.copies = job[QLatin1String("copies")].toInt(1);
+    arguments.handling.copies = job[QLatin1String("copies")].toInt(1);
     arguments.pages = job[QLatin1String("pages")].toString().toStdString();
-    arguments.isReversed = job[QLatin1String("reverse")].toBool();
-    arguments.isUncollated = !job[QLatin1String("collate")].toBool(true);
-    arguments.fit = job[QLatin1String("fit")].toString().toStdString();
-    return arguments.parsed();
+    arguments.handling.isReversed = job[QLatin1String("reverse")].toBool();
+    arguments.handling.isUncollated = !job[QLatin1String("collate")].toBool(true);
+    arguments.handling.fit = job[QLatin1String("fit")].toString().toStdString();
+    return arguments.with(std::nullopt, arguments.parsed());
 }
 
 std::shared_ptr<DocumentPages> documentOf(const QJsonObject& job) {
