@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
@@ -11,7 +12,10 @@
 #include <QSpinBox>
 #include <QTest>
 
+#include <atomic>
+
 #include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/support/answer_proxy.h"
 #include "tests/support/one_truth.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/program.h"
@@ -96,6 +100,7 @@ protected:
     OnServiceTest() { EXPECT_TRUE(sService->addQueue(kQueue, kTapePpd)); }
     ~OnServiceTest() override {
         sService->holdPrinter(false);
+        sService->letPrinterSay({});
         mDialog.reset();
         EXPECT_TRUE(sService->removeQueue(kQueue));
     }
@@ -115,6 +120,32 @@ protected:
     bool turnUntilSays(const char* words) {
         return turnUntil(
             [&] { return control<QLabel>("sentence").text().contains(QLatin1String(words)); });
+    }
+
+    /// One of the other ways to print.
+    void chooseWay(const char* name) const {
+        auto* way = mDialog->findChild<QAction*>(QLatin1String(name));
+        ASSERT_TRUE(way && way->isEnabled()) << name;
+        way->trigger();
+        settle();
+    }
+    std::string textOf(const char* button) const {
+        return control<QPushButton>(button).text().toStdString();
+    }
+    std::string jobMessages() const {
+        return control<MessageBar>("jobMessages").texts().join(u'\n').toStdString();
+    }
+    bool turnUntilVisible(const char* name) const {
+        return turnUntil([&] { return control<QWidget>(name).isVisible(); });
+    }
+    static JobState stateOf(int job, const PrivateCupsd& at = *sService) {
+        const auto status = service(at).jobAttributes(job, {kLong, nullptr});
+        return status ? status->state : JobState::Aborted;
+    }
+    /// How many pages of the job have reached the printer.
+    static qsizetype pagesOf(int job) {
+        const auto stored = sService->waitForJob(job);
+        return stored ? stored->data.count("\n%%Page: ") : -1;
     }
 
     /// The job that the window speaks of; 0: none.
@@ -511,6 +542,181 @@ TEST_F(OnServiceTest, WhileAJobRunsNothingButCancelCanBeUsed) {
                              "chooseFiles", "reset", "undo", "print", "foldPanel"})
         EXPECT_FALSE(control<QWidget>(name).isEnabled()) << name;
     EXPECT_TRUE(control<QPushButton>("cancel").isEnabled());
+}
+
+TEST_F(OnServiceTest, OneLabelIsPrintedToCheckAndThenTheOthers) {
+    open();
+    makeChoices();
+    const Settings marks = mDialog->model().marks();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntilSays("Job ")) << testing::PrintToString(messages());
+    const int first = spokenOf();
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 11 labels"; }))
+        << testing::PrintToString(messages());
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_EQ(jobMessages(),
+              "Label 1 of 12 was printed. If it is as it should be, print the others.");
+    EXPECT_EQ(pagesOf(first), 1);
+    EXPECT_FALSE(sService->hasReachedPrinter(first + 1)) << "nothing more is printed unasked";
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+    EXPECT_EQ(pagesOf(first + 1), 11);
+    EXPECT_THAT(sService->waitForJob(first + 1)->options().toStdString(),
+                HasSubstr("KvHalfCut=ON"));
+}
+
+TEST_F(OnServiceTest, OtherChoicesThanThoseCheckedArePrintedWhole) {
+    open();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 11 labels"; }));
+    openTab(*mDialog, 0);
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    EXPECT_EQ(textOf("print"), "&Print 12 labels");
+    EXPECT_EQ(jobMessages(), "");
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    EXPECT_EQ(textOf("print"), "&Print the other 11 labels") << "as it was checked";
+}
+
+TEST_F(OnServiceTest, OneLabelAloneNeedsNoCheck) {
+    open();
+    mDialog->model().setPages(PageSelection({3, 3}));
+    settle();
+    EXPECT_FALSE(mDialog->findChild<QAction*>(QStringLiteral("printCheck"))->isEnabled());
+    EXPECT_TRUE(control<QWidget>("waysToPrint").isEnabled());
+}
+
+TEST_F(OnServiceTest, ACheckThatIsClosedLeavesItsJobAndPrintsNoOther) {
+    open();
+    sService->holdPrinter(true);
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntil([&] { return textOf("cancel") == "Close"; }));
+    const int job = spokenOf();
+    click(control<QPushButton>("cancel"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+    sService->holdPrinter(false);
+    EXPECT_EQ(pagesOf(job), 1);
+    EXPECT_FALSE(service().jobAttributes(job + 1, {kLong, nullptr}));
+}
+
+TEST_F(OnServiceTest, AJobThatIsSentHeldWaitsForItsReleaseWithoutABar) {
+    open();
+    chooseWay("printHeld");
+    ASSERT_TRUE(turnUntilSays("is held until somebody releases it"));
+    const int job = spokenOf();
+    EXPECT_EQ(textOf("holdJob"), "Release");
+    EXPECT_TRUE(isUsable(control<QWidget>("holdJob")));
+    EXPECT_FALSE(control<QProgressBar>("progress").isVisible());
+    EXPECT_FALSE(sService->hasReachedPrinter(job));
+    click(control<QPushButton>("holdJob"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(job), 12);
+}
+
+TEST_F(OnServiceTest, AWaitingJobIsHeldFromTheWindow) {
+    open();
+    ASSERT_TRUE(sService->pause(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("holdJob"));
+    EXPECT_EQ(textOf("holdJob"), "Hold");
+    EXPECT_THAT(jobMessages(), HasSubstr("tape: Paused"));
+    click(control<QPushButton>("holdJob"));
+    ASSERT_TRUE(turnUntilSays("is held until somebody releases it"));
+    EXPECT_EQ(stateOf(spokenOf()), JobState::Held);
+    EXPECT_EQ(jobMessages(), "");
+}
+
+TEST_F(OnServiceTest, AJobThatWasSentIsCancelledAndCanBePrintedAgain) {
+    open();
+    makeChoices();
+    const Settings marks = mDialog->model().marks();
+    ASSERT_TRUE(sService->pause(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("cancelJob"));
+    const int job = spokenOf();
+    click(control<QPushButton>("cancelJob"));
+    EXPECT_FALSE(control<QPushButton>("cancelJob").isEnabled());
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre("Cancelled; nothing is printed."));
+    EXPECT_EQ(stateOf(job), JobState::Canceled);
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_EQ(textOf("print"), "&Print again");
+    EXPECT_FALSE(control<QPushButton>("cancelJob").isVisible());
+    ASSERT_TRUE(sService->resume(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(job + 1), 12);
+}
+
+TEST_F(OnServiceTest, AJobThatMustNotBeCancelledIsToldAndStays) {
+    PrivateCupsd::Options options;
+    options.policy =
+        "<Limit Cancel-Job>\nAuthType Basic\nRequire valid-user\nOrder deny,allow\n</Limit>\n";
+    PrivateCupsd strict(options);
+    ASSERT_TRUE(strict.start()) << strict.errorLog().toStdString();
+    ASSERT_TRUE(strict.addQueue(kQueue, kTapePpd));
+    ASSERT_TRUE(strict.pause(kQueue));
+    open(strict);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("cancelJob"));
+    click(control<QPushButton>("cancelJob"));
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("before you print again")));
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(stateOf(1, strict), JobState::Pending);
+    mDialog.reset();
+}
+
+TEST_F(OnServiceTest, ACancelThatComesTooLateSaysThatTheJobIsPrinted) {
+    // The window learns nothing of the job's end before it asks for the cancellation.
+    std::atomic<bool> isBlind = false;
+    const AnswerProxy proxy(sService->socketPath(), [&](const AnswerProxy::Exchange& exchange) {
+        if (exchange.operation == IPP_OP_CANCEL_JOB)
+            isBlind = false;
+        const bool isLost = isBlind && exchange.operation == IPP_OP_GET_JOB_ATTRIBUTES;
+        return AnswerProxy::Reply{isLost ? QByteArray() : exchange.answer};
+    });
+    DialogRequest request;
+    request.files = {kLabels};
+    request.queue = kQueue;
+    mDialog = openDialog(request, CupsConnection({QStringLiteral("127.0.0.1"), proxy.port()}));
+    ASSERT_TRUE(turnUntil(
+        [&] { return mDialog->model().pageCount() > 0 && mDialog->model().hasPrinter(); }));
+    settle();
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("is being printed"));
+    const int job = spokenOf();
+    isBlind = true;
+    ASSERT_TRUE(turnUntil([&] {
+        return jobMessages().find("cannot be seen") != std::string::npos;
+    })) << jobMessages();
+    sService->holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return stateOf(job) == JobState::Completed; }));
+    click(control<QPushButton>("cancelJob"));
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre("Job " + std::to_string(job) +
+                                        " could not be cancelled any more: “tape” has printed "
+                                        "it."));
+    EXPECT_FALSE(isOver());
+    mDialog.reset();
+}
+
+TEST_F(OnServiceTest, TheWindowCountsLabelsAndSaysWhatThePrinterLacks) {
+    open();
+    sService->letPrinterSay("PAGE: total 3\nSTATE: +media-empty-error\n");
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("Label "));
+    ASSERT_TRUE(turnUntil([&] { return !jobMessages().empty(); }));
+    EXPECT_EQ(control<QLabel>("sentence").text().toStdString(), "");
+    EXPECT_EQ(control<QProgressBar>("progress").maximum(), 12);
+    EXPECT_EQ(control<QProgressBar>("progress").value(), 3);
+    EXPECT_EQ(jobMessages(), "");
+    sService->holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
 }
 
 } // namespace labelcut::test
