@@ -144,9 +144,11 @@ Result<QString> deliver(const Order& order, const JobDocument& document,
             return written.error();
         return QStringLiteral("the file \"%1\"").arg(order.outputPath);
     }
+    const Result<JobToSend> job = jobFor(order, document, cancel);
+    if (!job)
+        return job.error();
     const int timeout = arguments.timeoutInMilliseconds();
-    const Result<int> id =
-        submit(CupsConnection(), jobFor(order, document), {timeout, timeout}, cancel);
+    const Result<int> id = submit(CupsConnection(), *job, {timeout, timeout}, cancel);
     if (!id)
         return id.error();
     return QStringLiteral("the queue \"%1\" as job %1-%2").arg(*queue, QString::number(*id));

@@ -97,6 +97,7 @@ void DocumentRow::read() {
 
 void DocumentRow::startReading() {
     mPaper = markedPaper(mModel.ppd());
+    Q_EMIT readingStarted();
     mReading.start(
         [this, files = mModel.files(), paper = mPaper](const BackgroundCall::Link& link) {
             Result<JobDocument> read = JobDocument::prepare(files, paper, &link.cancelFlag());
@@ -108,6 +109,7 @@ void DocumentRow::startReading() {
             }
             link.tell([this, sentence = read.error().sentence] {
                 mMessages.show(kDocumentMessage, MessageBar::Kind::Warning, sentence);
+                Q_EMIT documentRead(nullptr);
             });
         });
 }

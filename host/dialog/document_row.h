@@ -39,7 +39,9 @@ public:
     const QByteArrayList& digests() const { return mDigests; }
 
 Q_SIGNALS:
-    /// @param document  null: it is being read anew, or cannot be read.
+    /// A document is read from here on, until documentRead().
+    void readingStarted();
+    /// @param document  null: there is none, or it cannot be read.
     void documentRead(std::shared_ptr<const labelcut::JobDocument> document);
 
 protected:

@@ -4,7 +4,6 @@
 #include <QtGlobal>
 
 #include "host/dialog/features_page.h"
-#include "host/dialog/pages_page.h"
 #include "host/dialog/summary_page.h"
 
 namespace labelcut {
@@ -17,7 +16,6 @@ Page* make(JobModel& model) {
 }
 
 constexpr PageRow kRows[] = {
-    {QT_TRID_NOOP("TabPages"), make<PagesPage>},
     {QT_TRID_NOOP("TabFeatures"), make<FeaturesPage>},
     {QT_TRID_NOOP("TabSummary"), make<SummaryPage>},
 };

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/dialog/page_list.h"
+#include "host/dialog/pages_page.h"
 #include "host/dialog/panel_page.h"
 #include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
@@ -43,10 +44,12 @@ PageStack::PageStack(JobModel& model, QWidget* parent)
     : QWidget(parent)
     , mModel(model)
     , mTabs(new QTabWidget)
+    , mBeside(new QWidget)
     , mNoPrinter(plainLabel(hostText("NoPrinterYet"))) {
     mTabs->hide();
     mNoPrinter->setAlignment(Qt::AlignCenter);
     mNoPrinter->setWordWrap(true);
+    (new QVBoxLayout(mBeside))->setContentsMargins(0, 0, 0, 0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mTabs, 1);
@@ -62,6 +65,7 @@ void PageStack::rebuild() {
             addPanel(panel);
         for (const PageRow& row : pageRows())
             addRow(row);
+        addBeside();
         mTabs->setCurrentIndex(0);
     }
     refresh(JobSnapshot::of(mModel));
@@ -80,6 +84,7 @@ void PageStack::clear() {
         mTabs->removeTab(0);
         delete page;
     }
+    qDeleteAll(mBeside->findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
 }
 
 void PageStack::addPanel(const PanelSet::Entry& panel) {
@@ -104,19 +109,27 @@ void PageStack::addRow(const PageRow& row) {
     mTabs->addTab(tab, hostText(row.titleKey));
 }
 
+void PageStack::addBeside() {
+    mSlots.push_back(
+        {mBeside, [](JobModel& model) -> Page* { return new PagesPage(model); }, nullptr, {}});
+}
+
 void PageStack::refresh(const JobSnapshot& now) {
-    const auto slot = std::ranges::find(mSlots, mTabs->currentWidget(), &Slot::tab);
-    if (slot == mSlots.end())
-        return;
-    if (!slot->page) {
-        slot->page = slot->make(mModel);
-        slot->page->onProblemChanged([this] { Q_EMIT problemChanged(); });
-        slot->tab->layout()->addWidget(&slot->page->widget());
-        mWheel.watch(*slot->tab);
+    for (Slot& slot : mSlots)
+        if (slot.tab == mTabs->currentWidget() || slot.tab == mBeside)
+            bringUpToDate(slot, now);
+}
+
+void PageStack::bringUpToDate(Slot& slot, const JobSnapshot& now) {
+    if (!slot.page) {
+        slot.page = slot.make(mModel);
+        slot.page->onProblemChanged([this] { Q_EMIT problemChanged(); });
+        slot.tab->layout()->addWidget(&slot.page->widget());
+        mWheel.watch(*slot.tab);
     } else {
-        slot->page->refresh(JobChanges::between(slot->shown, now));
+        slot.page->refresh(JobChanges::between(slot.shown, now));
     }
-    slot->shown = now;
+    slot.shown = now;
 }
 
 PageProblem PageStack::problem() const {
@@ -139,7 +152,8 @@ QString PageStack::showProblem() {
         const PageProblem problem = slot.page->problem();
         if (problem.sentence.isEmpty())
             continue;
-        mTabs->setCurrentWidget(slot.tab);
+        if (slot.tab != mBeside)
+            mTabs->setCurrentWidget(slot.tab);
         if (problem.field)
             fieldIn(problem.field)->setFocus();
         return problem.sentence;

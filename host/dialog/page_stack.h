@@ -18,9 +18,10 @@ namespace labelcut {
 
 struct PageRow;
 
-/// The panels' pages first, then the dialog's own. A page of the dialog's own is made when it is
-/// first looked at, so that the window is there sooner. Only the page in sight is kept up to date;
-/// any other catches up when it comes into sight.
+/// What every job needs stands beside the tabs: which labels, and their size. In the tabs come the
+/// panels' pages first, then the dialog's own. A page of the dialog's own is made when it is
+/// first looked at, so that the window is there sooner. Only what is in sight is kept up to date;
+/// any other page catches up when it comes into sight.
 class PageStack : public QWidget {
     Q_OBJECT
 public:
@@ -28,6 +29,8 @@ public:
     explicit PageStack(JobModel& model, QWidget* parent = nullptr);
 
     QTabWidget& tabs() const { return *mTabs; }
+    /// What stands beside the tabs; belongs to whoever lays it out. Empty without a printer.
+    QWidget& beside() const { return *mBeside; }
     /// Pages for the printer that the model has, in place of those before.
     void rebuild();
     /// Takes all pages away, which gives the panels their views back: before the panels go.
@@ -58,9 +61,12 @@ private:
     };
     void addPanel(const PanelSet::Entry& panel);
     void addRow(const PageRow& row);
+    void addBeside();
+    void bringUpToDate(Slot& slot, const JobSnapshot& now);
 
     JobModel& mModel;
     QTabWidget* mTabs;
+    QWidget* mBeside;
     QLabel* mNoPrinter;
     std::vector<Slot> mSlots;
     /// Kinds of the panels that the user has folded away, for as long as the window is there.

@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
+#include <algorithm>
+
 #include "host/dialog/option_editor.h"
 #include "host/texts/host_text.h"
 #include "host/texts/length.h"
@@ -41,9 +43,12 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     row->addWidget(mRangeHint, 1);
 
     auto* form = new QFormLayout(this);
+    form->setContentsMargins(0, 0, 0, 0);
     form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
-    form->addRow(hostText("Labels"), mAll);
+    auto* labels = new QLabel(hostText("Labels"));
+    labels->setMinimumWidth(nameWidth(fontMetrics()));
+    form->addRow(labels, mAll);
     form->addRow(QString(), some);
     if (ppd::findOption(model.ppd(), kPageSize.data())) {
         mPaper = new OptionEditor(model, kPageSize, *this);
@@ -61,6 +66,13 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     });
     showRange();
     showPaper();
+}
+
+int PagesPage::nameWidth(const QFontMetrics& metrics) {
+    int width = 0;
+    for (const char* key : {"Copies", "Labels", "Paper"})
+        width = std::max(width, metrics.size(Qt::TextShowMnemonic, hostText(key)).width());
+    return width;
 }
 
 /// The model's range, unless that is what is typed or the user is about to type one.

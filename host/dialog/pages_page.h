@@ -20,6 +20,10 @@ public:
     void refresh(const JobChanges& changes) override;
     PageProblem problem() const override;
 
+    /// As wide as the widest name of a field here or beside: fields of one kind then stand below
+    /// each other.
+    static int nameWidth(const QFontMetrics& metrics);
+
 private:
     void showRange();
     void showPaper();

@@ -2,6 +2,7 @@
 #include "host/dialog/print_dialog.h"
 
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
@@ -16,6 +17,7 @@
 #include "host/dialog/job_footer.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/page_stack.h"
+#include "host/dialog/pages_page.h"
 #include "host/dialog/preset_bar.h"
 #include "host/dialog/printer_picker.h"
 #include "host/dialog/readable_palette.h"
@@ -75,7 +77,11 @@ void PrintDialog::buildWindow() {
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(mHeader);
     column->addWidget(mStrip);
-    column->addWidget(mPages, 1);
+    auto* body = new QHBoxLayout;
+    body->addWidget(mPages, 1);
+    mColumn = buildColumn();
+    body->addWidget(mColumn);
+    column->addLayout(body, 1);
     column->addWidget(mMessages);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(new WindowBody(content, *mFooter), 1);
@@ -89,15 +95,6 @@ void PrintDialog::buildWindow() {
 QWidget* PrintDialog::buildHeader() {
     mDocument = new DocumentRow(mModel, *mMessages);
     mPicker = new PrinterPicker(mOpener);
-    mCopies = new QSpinBox;
-    mCopies->setRange(1, kMaxCopies);
-    mCopies->setObjectName(QStringLiteral("copies"));
-    mPresets = new PresetBar(mModel, *mMessages);
-    auto* amount = new QHBoxLayout;
-    amount->addWidget(mCopies);
-    amount->addStretch(1);
-    amount->addWidget(mPresets);
-
     auto* header = new QWidget;
     auto* form = new QFormLayout(header);
     form->setContentsMargins(0, 0, 0, 0);
@@ -109,10 +106,28 @@ QWidget* PrintDialog::buildHeader() {
     picker->addWidget(&mPicker->list());
     picker->addWidget(mPicker);
     form->addRow(printer, picker);
-    auto* copies = new QLabel(hostText("Copies"));
-    copies->setBuddy(mCopies);
-    form->addRow(copies, amount);
     return header;
+}
+
+/// Beside the pages: what every job needs.
+QWidget* PrintDialog::buildColumn() {
+    mCopies = new QSpinBox;
+    mCopies->setRange(1, kMaxCopies);
+    mCopies->setObjectName(QStringLiteral("copies"));
+    mPresets = new PresetBar(mModel, *mMessages);
+    auto* column = new QGroupBox(hostText("LabelsAndPrinter"));
+    auto* copies = new QFormLayout;
+    copies->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    auto* label = new QLabel(hostText("Copies"));
+    label->setBuddy(mCopies);
+    label->setMinimumWidth(PagesPage::nameWidth(fontMetrics()));
+    copies->addRow(label, mCopies);
+    auto* layout = new QVBoxLayout(column);
+    layout->addLayout(copies);
+    layout->addWidget(&mPages->beside());
+    layout->addStretch(1);
+    layout->addWidget(mPresets);
+    return column;
 }
 
 void PrintDialog::connectParts() {
@@ -124,6 +139,7 @@ void PrintDialog::connectParts() {
             [this] { completeConflict(mModel, *mMessages); });
     connect(&mModel, &JobModel::told, this, &PrintDialog::tell);
     connect(&mModel, &JobModel::printerOpened, mPages, &PageStack::rebuild);
+    connect(mDocument, &DocumentRow::readingStarted, mStrip, &StripPane::setReading);
     connect(mDocument, &DocumentRow::documentRead, mStrip, &StripPane::setDocument);
     connect(mPages, &PageStack::problemChanged, this, &PrintDialog::forgetMendedTyping);
     connect(&mOpener, &PrinterOpener::comingChanged, this, &PrintDialog::refresh);
@@ -190,7 +206,8 @@ QTabWidget& PrintDialog::tabs() const {
 bool PrintDialog::focusNextPrevChild(bool next) {
     return moveFocus(*this,
                      {mDocument, &mPicker->list(), mPicker, mCopies, mPresets, mStrip,
-                      tabs().tabBar(), tabs().currentWidget(), mMessages, mFooter},
+                      tabs().tabBar(), tabs().currentWidget(), mCopies, &mPages->beside(), mPresets,
+                      mMessages, mFooter},
                      next);
 }
 

@@ -56,6 +56,7 @@ protected:
 private:
     void buildWindow();
     QWidget* buildHeader();
+    QWidget* buildColumn();
     void connectParts();
     void connectRun();
     void start(const DialogRequest& request);
@@ -79,6 +80,7 @@ private:
     /// Many changes in one turn of the event loop are shown once.
     QTimer mRefresh;
     QWidget* mHeader;
+    QWidget* mColumn;
     MessageBar* mMessages;
     DocumentRow* mDocument;
     PrinterPicker* mPicker;

@@ -128,7 +128,7 @@ void PrintDialog::startRun(const Order& order, bool isHeld) {
 }
 
 void PrintDialog::setRunning(bool running) {
-    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mPages, mMessages})
+    for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mColumn, mPages, mMessages})
         part->setEnabled(!running);
     mFooter->setRunning(running, {mModel.labelCount(), mPart == PrintPart::Others ? 1 : 0});
     refresh();

@@ -95,10 +95,21 @@ void PrintRun::refuseChanged(const QString& file, const JobDocument& document) {
 
 void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
     mDocument = document;
+    mWork.start(
+        [this, document, order = mOrder, isHeld = mIsHeld](const BackgroundCall::Link& link) {
+            Result<JobToSend> job = jobFor(order, *document, &link.cancelFlag());
+            if (!job) {
+                link.tell([this, sentence = job.error().sentence] { fail(sentence); });
+                return;
+            }
+            job->request.isHeld = isHeld;
+            link.tell([this, job = *job] { submit(job); });
+        });
+}
+
+void PrintRun::submit(const JobToSend& job) {
     // Whether the printer still has what was chosen is the first thing the sender looks at.
     Q_EMIT progressed(hostText("FetchingPpd").arg(*queueName(mOrder.printer)), -1);
-    JobToSend job = jobFor(mOrder, *document);
-    job.request.isHeld = mIsHeld;
     mSender.send(job);
 }
 

@@ -49,6 +49,7 @@ private:
     void deliver(const std::shared_ptr<JobDocument>& document);
     void refuseChanged(const QString& file, const JobDocument& document);
     void send(const std::shared_ptr<JobDocument>& document);
+    void submit(const JobToSend& job);
     void write(const std::shared_ptr<JobDocument>& document);
     void end(JobEnd end);
     void fail(const QString& sentence);

@@ -6,6 +6,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 #include "host/dialog/job_model.h"
 #include "host/dialog/label_window.h"
 #include "host/dialog/line_icons.h"
@@ -34,6 +36,14 @@ std::shared_ptr<const DocumentPages> placesFor(ppd_file_t* ppd) {
     pages->measures.assign(kPlaces, paper->size);
     pages->ofFiles = {kPlaces};
     return pages;
+}
+
+/// The direction on a label on which the page lies turned, clockwise.
+PagePictures::TextDirection turned(PagePictures::TextDirection direction, bool isTurned) {
+    using Direction = PagePictures::TextDirection;
+    if (!isTurned || direction == Direction::None)
+        return direction;
+    return direction == Direction::AlongWidth ? Direction::Downwards : Direction::AlongWidth;
 }
 
 } // namespace
@@ -84,8 +94,20 @@ StripPane::StripPane(JobModel& model, MessageBar& messages, QWidget* parent)
     });
 }
 
+void StripPane::setReading() {
+    mFigures->setText(hostText("StripReading"));
+}
+
+bool StripPane::isDrawing() const {
+    return std::ranges::any_of(mStrip->wishes(), [this](const StripView::Wish& wish) {
+        return mPictures.state(wish.page) == PagePictures::State::Waiting;
+    });
+}
+
 void StripPane::setDocument(std::shared_ptr<const JobDocument> document) {
     mMessages.remove(kPicturesMessage);
+    if (!document)
+        mFigures->setText(QString());
     const QString pdf = document ? document->pdf() : QString();
     mPictures.setDocument(pdf, std::move(document));
 }
@@ -102,23 +124,30 @@ void StripPane::refresh() {
     mMessages.remove(kMisfitMessage);
     const auto places = mModel.hasPrinter() ? placesFor(mModel.ppd()) : nullptr;
     mStrip->setPlan(places ? std::optional(mModel.planFor(places)) : std::nullopt, false);
-    mFigures->setText(QString());
     showWay();
 }
 
-/// So that the text can be read, unless the user turned the labels.
+/// So that the text can be read, unless the user turned the labels. Where nobody knows of a text
+/// the first label lies where the language begins to read.
 void StripPane::showWay() {
     using Direction = PagePictures::TextDirection;
     const auto& plan = mStrip->plan();
     if (!plan)
         return;
-    const QSizeF label = plan->labelSizeOf(plan->pageAt(0));
+    const int page = plan->pageAt(0);
+    const QSizeF label = plan->labelSizeOf(page);
     StripWay way = label.height() >= label.width() ? StripWay::Along : StripWay::Upright;
-    const Direction text = mPictures.textDirection().value_or(Direction::None);
-    const bool isTurned = plan->placeOf(plan->pageAt(0)).isTurned;
-    if (text != Direction::None)
-        way = (text == Direction::AlongHeight) != isTurned ? StripWay::Along : StripWay::Upright;
+    bool isReversed = isRightToLeft();
+    const Direction text =
+        turned(mPictures.textDirection().value_or(Direction::None), plan->placeOf(page).isTurned);
+    if (text != Direction::None) {
+        way = text == Direction::AlongWidth ? StripWay::Upright : StripWay::Along;
+        // What runs up along the label can be read when its top, which comes out first, lies at the
+        // right.
+        isReversed = way == StripWay::Along ? text == Direction::Upwards : isReversed;
+    }
     mStrip->setWay(mWanted.value_or(way));
+    mStrip->setReversed(isReversed);
 }
 
 void StripPane::showMisfit(const JobPlan& plan) {

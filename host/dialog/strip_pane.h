@@ -29,6 +29,10 @@ public:
 
     /// What pictures are drawn of. @param document  null: nothing.
     void setDocument(std::shared_ptr<const JobDocument> document);
+    /// The document is being read, until setDocument().
+    void setReading();
+    /// Whether pages in sight are not drawn yet, and will be.
+    bool isDrawing() const;
     /// Shows the model's state.
     void refresh();
 

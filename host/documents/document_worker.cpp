@@ -299,7 +299,8 @@ Error sentenceFor(const worker::Failed& failed, const WorkerTask& task, Document
     using worker::Problem;
     const QString about =
         failed.file == worker::kNoFile ? task.about : task.files.value(failed.file, task.about);
-    const QString detail = QString::fromStdString(failed.detail);
+    const QString detail =
+        failed.detail.empty() ? hostText("NoReasonGiven") : QString::fromStdString(failed.detail);
     switch (failed.problem) {
     case Problem::UnknownKind:
         return failure(hostText("UnknownKind").arg(about));

@@ -1,9 +1,10 @@
-// Documents: its files as one PDF whose pages fit the paper.
+// Documents: the files of a job as one PDF, and what is sent of it.
 #include "host/documents/job_document.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 #include "host/core/failure.h"
@@ -35,7 +36,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
         const Result<worker::Opened> opened = document.add(file, *reading, cancel);
         if (!opened)
             return opened.error();
-        canStay = canStay && opened->fits && !opened->isEncrypted && !opened->isRepaired;
+        canStay = canStay && opened->isPlain && !opened->isEncrypted && !opened->isRepaired;
     }
     auto measures = reading->measures(document.mPages,
                                       QDir(document.folder()).filePath(QStringLiteral("measures")));
@@ -45,8 +46,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     if (canStay)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
-    const Result<Done> joined =
-        reading->join({{}, false, 1, paper, worker::Fit::Scale}, document.mPdf);
+    const Result<Done> joined = reading->join({}, document.mPdf);
     if (!joined)
         return joined.error();
     return document;
@@ -76,8 +76,18 @@ QString JobDocument::folder() const {
     return QFileInfo(mFolder->path()).absoluteFilePath();
 }
 
-Result<QString> JobDocument::excerpt(const PageSelection& pages, const CancelFlag* cancel) const {
-    if (pages.countIn(mPages) == mPages)
+bool JobDocument::isAlready(const Composition& composition) const {
+    if (composition.pages.countIn(mPages) < mPages || composition.repeats > 1 ||
+        (composition.isReversed && mPages > 1))
+        return false;
+    return !composition.paper || std::ranges::all_of(mMeasures, [&](const QSizeF& measure) {
+        return placedOn(*composition.paper, measure, composition.fit).isUntouched;
+    });
+}
+
+Result<QString> JobDocument::composed(const Composition& composition,
+                                      const CancelFlag* cancel) const {
+    if (isAlready(composition))
         return mPdf;
     Result<JobReading> reading = JobReading::start(folder(), std::nullopt, cancel);
     if (!reading)
@@ -88,15 +98,15 @@ Result<QString> JobDocument::excerpt(const PageSelection& pages, const CancelFla
     // A name of its own each time: nothing is written over.
     QString path = QDir(folder()).filePath(
         QStringLiteral("pages%1.pdf").arg(QDir(folder()).entryList(QDir::Files).size()));
-    const Result<Done> joined = reading->join({pages, false, 1, std::nullopt, {}}, path);
+    const Result<Done> joined = reading->join(composition, path);
     if (!joined)
         return joined.error();
     return path;
 }
 
-Result<QString> JobDocument::postScript(const PageSelection& pages, int times, bool setsPageSize,
-                                        const CancelFlag* cancel) const {
-    const Result<QString> pdf = excerpt(pages, cancel);
+Result<QString> JobDocument::postScript(const Composition& composition, int times,
+                                        bool setsPageSize, const CancelFlag* cancel) const {
+    const Result<QString> pdf = composed(composition, cancel);
     if (!pdf)
         return pdf.error();
     const worker::Interpret request{worker::Interpret::Target::PostScript,

@@ -1,4 +1,4 @@
-// Documents: its files as one PDF whose pages fit the paper.
+// Documents: the files of a job as one PDF, and what is sent of it.
 #pragma once
 
 #include <QByteArrayList>
@@ -24,12 +24,10 @@ public:
     /// Reads, checks, converts and joins `files`, by workers (document_worker.h). Each is copied
     /// first, so that nothing depends on what becomes of it afterwards.
     ///
-    /// A PDF file stays what it is. PostScript is interpreted by Ghostscript and keeps its page
-    /// sizes. Everything else is drawn on pages of `paper`, or of A4 without any.
+    /// A PDF file stays what it is. PostScript is interpreted by Ghostscript. Both keep their
+    /// pages' measures. Everything else is drawn on pages of `paper`, or of A4 without any.
     ///
     /// @param files  one or more paths.
-    /// @param paper  what pages are fitted to: one that has the paper's measure stays untouched,
-    /// any other is centred, turned and shrunk as it needs to be. Nothing: they keep their measure.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
     /// @return the failure is a sentence that names the file: what copyDocument() and
     ///         DocumentWorker say; or Cancelled.
@@ -37,7 +35,7 @@ public:
                                        const std::optional<JobPaper>& paper,
                                        const CancelFlag* cancel = nullptr);
 
-    /// Path of the PDF, which lies in folder().
+    /// Path of the PDF, which lies in folder(). Its pages have the shown measures as their own.
     const QString& pdf() const { return mPdf; }
     /// How many pages it has; at least 1.
     int pages() const { return mPages; }
@@ -57,19 +55,25 @@ public:
     /// The bare name of the first file: a job's title when the user gives none.
     const QString& name() const { return mName; }
 
-    /// Path of a PDF of just these pages; pdf() for all. @param pages  at least one is there.
+    /// Path of a PDF of what is asked for; pdf() where nothing is to be done for it.
+    /// @param composition  at least one of its pages is there.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> excerpt(const PageSelection& pages, const CancelFlag* cancel = nullptr) const;
+    /// @return the failure is a sentence; also for more pages than worker::kMostPages.
+    Result<QString> composed(const Composition& composition,
+                             const CancelFlag* cancel = nullptr) const;
 
-    /// Path of these pages as PostScript of any printer, each `times` times: all of them, then
-    /// all of them again. @param pages  at least one is there. @param times  1 or more.
+    /// Path of the same as PostScript of any printer, `times` times: all of it, then all of it
+    /// again. @param composition  at least one of its pages is there. @param times  1 or more.
     /// @param setsPageSize  whether the PostScript asks for the pages' measures as paper.
     /// @param cancel  borrowed for the call, which ends soon after it is set; may be null.
-    Result<QString> postScript(const PageSelection& pages, int times, bool setsPageSize,
+    Result<QString> postScript(const Composition& composition, int times, bool setsPageSize,
                                const CancelFlag* cancel = nullptr) const;
 
 private:
     JobDocument() = default;
+
+    /// Whether the document itself is what is asked for.
+    bool isAlready(const Composition& composition) const;
 
     /// Reads one more file.
     Result<worker::Opened> add(const QString& file, JobReading& reading, const CancelFlag* cancel);

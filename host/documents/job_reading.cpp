@@ -108,7 +108,7 @@ Result<worker::Answer> JobReading::open(const QString& path, const QString& abou
     const Descriptor document = opened(path, O_RDONLY);
     if (!document)
         return cannotWrite(path);
-    return mWorker.ask(worker::Open{sent(mPaper)}, {about, {document.number()}, {}, mCancel});
+    return mWorker.ask(worker::Open(), {about, {document.number()}, {}, mCancel});
 }
 
 Result<QString> JobReading::converted(const QString& path, const QString& about,

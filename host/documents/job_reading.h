@@ -20,6 +20,7 @@ namespace labelcut {
 class JobReading {
 public:
     /// @param folder  private to the job; what is made goes there.
+    /// @param paper  what drawings are laid out on; nothing: A4.
     /// @param cancel  borrowed as long as this object; may be null.
     /// @return the failure is a sentence: the worker cannot be started.
     static Result<JobReading> start(const QString& folder, const std::optional<JobPaper>& paper,

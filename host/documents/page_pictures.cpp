@@ -48,8 +48,8 @@ QString nameOf(int page) {
     return hostText("PageNamed").arg(QString::number(page));
 }
 
-Error notDrawn(int page) {
-    return failure(hostText("DocumentCrashed").arg(nameOf(page), hostText("NoReasonGiven")));
+Error brokenDown(const QString& about) {
+    return failure(hostText("DocumentCrashed").arg(about, hostText("NoReasonGiven")));
 }
 
 /// A file in memory of as many bytes as the picture; none when the system refuses.
@@ -180,27 +180,28 @@ private:
 
     Result<Outcome> draw(const Wish& wish) {
         if (!mWorker) {
-            if (const Result<Done> shown = show(wish.page); !shown)
+            if (const Result<Done> shown = show(); !shown)
                 return shown.error();
         }
+        const QString about = nameOf(wish.page);
         const Descriptor target = fileFor(wish.pixels);
         if (!target)
-            return notDrawn(wish.page);
+            return brokenDown(about);
         const worker::Render request{
             static_cast<std::uint32_t>(wish.page), static_cast<std::uint32_t>(wish.pixels.width()),
             static_cast<std::uint32_t>(wish.pixels.height()), mAsksTextDirection};
-        const Result<worker::Answer> answer = mWorker->ask(request, taskFor(wish.page, target));
+        const Result<worker::Answer> answer = mWorker->ask(request, taskFor(about, target));
         if (!answer)
             return answer.error();
         const auto* drawn = std::get_if<worker::Drawn>(&*answer);
         QImage picture = drawn ? pictureIn(target, wish.pixels) : QImage();
         if (picture.isNull())
-            return notDrawn(wish.page);
+            return brokenDown(about);
         return Outcome{wish, std::move(picture), drawn->textDirection, {}, false};
     }
 
-    /// Starts a worker and gives it the document. @param page  for whose sake.
-    Result<Done> show(int page) {
+    /// Starts a worker and gives it the document.
+    Result<Done> show() {
         const Descriptor document(open(QFile::encodeName(mPdf).constData(), O_RDONLY | O_CLOEXEC));
         if (!document)
             return failure(
@@ -209,17 +210,18 @@ private:
             DocumentWorker::start(DocumentReader::Pages, mProgram, mPatience);
         if (!worker)
             return worker.error();
-        const Result<worker::Answer> answer = worker->ask(worker::Show(), taskFor(page, document));
+        const QString about = hostText("WholeDocument");
+        const Result<worker::Answer> answer = worker->ask(worker::Show(), taskFor(about, document));
         if (!answer)
             return answer.error();
         if (!std::holds_alternative<worker::Shown>(*answer))
-            return notDrawn(page);
+            return brokenDown(about);
         mWorker = std::move(*worker);
         return Done();
     }
 
-    WorkerTask taskFor(int page, const Descriptor& descriptor) const {
-        return {nameOf(page), {descriptor.number()}, {}, mCancel.get()};
+    WorkerTask taskFor(const QString& about, const Descriptor& descriptor) const {
+        return {about, {descriptor.number()}, {}, mCancel.get()};
     }
 
     QString mProgram;

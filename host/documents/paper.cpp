@@ -40,6 +40,17 @@ QString textOf(const PageRange& range) {
 
 } // namespace
 
+worker::Placement placedOn(const JobPaper& paper, const QSizeF& measure, worker::Fit fit) {
+    const QRectF& area = paper.printable;
+    return worker::placed({measure.width(), measure.height()},
+                          {{paper.size.width(), paper.size.height()},
+                           area.left(),
+                           area.top(),
+                           area.right(),
+                           area.bottom()},
+                          fit);
+}
+
 PageSelection::PageSelection(const PageRange& range)
     : PageSelection(std::vector{range}) {}
 

@@ -23,6 +23,9 @@ struct JobPaper {
     bool operator==(const JobPaper&) const = default;
 };
 
+/// Where a page of that measure comes to lie on the paper. @param measure  as it is shown. Points.
+worker::Placement placedOn(const JobPaper& paper, const QSizeF& measure, worker::Fit fit);
+
 /// Pages first … last, counted from 1 through all files of a job.
 struct PageRange {
     static constexpr int kToTheEnd = 0x7fffffff;
@@ -74,7 +77,7 @@ struct Composition {
     /// Each page so often in a row; 1 … kMaxCopies (host/core/copies.h).
     int repeats = 1;
     /// What pages are laid out on, as placed() says; nothing: they keep their measure.
-    std::optional<JobPaper> paper;
+    std::optional<JobPaper> paper = {};
     worker::Fit fit = worker::Fit::Unchanged;
 };
 

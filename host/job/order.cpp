@@ -33,6 +33,18 @@ Result<FoundPrinter> reopened(const Order& order) {
     return failure(hostText("PrinterChanged").arg(order.printerTitle, lacking.join(u' ')));
 }
 
+/// What is made of the document. Copies of a whole set are the printer's, which knows from them
+/// where a set ends; those of a page before the next have to stand in the document.
+Composition compositionOf(const Order& order, const JobDocument& document) {
+    const Amount& amount = order.amount;
+    const bool isOneSet = amount.isCollated || amount.pages.countIn(document.pages()) < 2;
+    return {amount.pages, amount.isReversed, isOneSet ? 1 : amount.copies, order.paper, amount.fit};
+}
+
+int printersCopies(const Order& order, const Composition& composition) {
+    return composition.repeats > 1 ? 1 : order.amount.copies;
+}
+
 } // namespace
 
 Order orderFor(const OpenedPrinter& printer, const Amount& amount) {
@@ -76,18 +88,20 @@ std::optional<QString> changedFile(const Order& order, const JobDocument& docume
     return order.amount.files.value(changed - now.begin());
 }
 
-JobToSend jobFor(const Order& order, const JobDocument& document) {
+Result<JobToSend> jobFor(const Order& order, const JobDocument& document,
+                         const CancelFlag* cancel) {
+    const Composition composition = compositionOf(order, document);
+    const Result<QString> pdf = document.composed(composition, cancel);
+    if (!pdf)
+        return pdf.error();
     JobRequest request;
     request.queue = *queueName(order.printer);
     request.title = order.title;
     request.documentFormat = QStringLiteral("application/pdf");
-    request.copies = order.amount.copies;
-    for (const PageRange& range : order.amount.pages.ranges()) {
-        if (range.first <= document.pages())
-            request.pageRanges.emplace_back(range.first, std::min(range.last, document.pages()));
-    }
+    request.copies = printersCopies(order, composition);
+    request.isLaidOut = true;
     request.options = order.settings;
-    return {request, document.pdf(), choicesStillThere(request.queue, order.settings)};
+    return JobToSend{request, *pdf, choicesStillThere(request.queue, order.settings)};
 }
 
 Result<qint64> writeJob(const Order& order, const JobDocument& document, const CancelFlag* cancel) {
@@ -103,8 +117,8 @@ Result<qint64> writeJob(const Order& order, const JobDocument& document, const C
     job.document = &document;
     job.title = order.title;
     job.user = CupsConnection::userName();
-    job.copies = order.amount.copies;
-    job.pages = order.amount.pages;
+    job.composition = compositionOf(order, document);
+    job.copies = printersCopies(order, job.composition);
     job.cancel = cancel;
     return writePostScript(job, order.outputPath);
 }

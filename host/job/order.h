@@ -48,7 +48,7 @@ struct Order {
     QByteArrayList shown;
     /// The job's title; plain text.
     QString title;
-    /// What pages are fitted to; nothing: they keep their measure.
+    /// What pages are laid out on; nothing: they keep their measure.
     std::optional<JobPaper> paper;
     /// What the job says of its choices.
     Settings settings;
@@ -77,8 +77,10 @@ std::optional<QString> changedFile(const Order& order, const JobDocument& docume
 /// Why nothing of the document would be printed: the pages ordered are not there.
 std::optional<Error> reasonAgainst(const Order& order, const JobDocument& document);
 
-/// For a printer with a queue: the job as submit() takes it.
-JobToSend jobFor(const Order& order, const JobDocument& document);
+/// For a printer with a queue: the job as submit() takes it. Makes what is sent; blocks.
+/// @param document  outlives the job. @param cancel  borrowed for the call; may be null.
+/// @return the failure is what JobDocument::composed() says.
+Result<JobToSend> jobFor(const Order& order, const JobDocument& document, const CancelFlag* cancel);
 
 /// For a printer without: writes the job to `outputPath`, see writePostScript(). Blocks.
 /// @return bytes written.

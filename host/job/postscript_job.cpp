@@ -29,7 +29,7 @@ bool repeatsPages(const PostScriptJob& job) {
 
 /// The pages as device-independent PostScript that leaves paper and features alone.
 Result<QString> pagesAsPostScript(const PostScriptJob& job) {
-    return job.document->postScript(job.pages, repeatsPages(job) ? job.copies : 1,
+    return job.document->postScript(job.composition, repeatsPages(job) ? job.copies : 1,
                                     !ppd::markedPageSize(job.ppd), job.cancel);
 }
 
@@ -139,8 +139,9 @@ private:
 } // namespace
 
 Result<qint64> writePostScript(const PostScriptJob& job, const QString& path) {
-    if (job.pages.countIn(job.document->pages()) == 0)
-        return failure(noSuchPage(job.pages, job.document->pages()));
+    const PageSelection& wanted = job.composition.pages;
+    if (wanted.countIn(job.document->pages()) == 0)
+        return failure(noSuchPage(wanted, job.document->pages()));
     const Result<QString> pages = pagesAsPostScript(job);
     if (!pages)
         return pages.error();

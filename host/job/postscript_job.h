@@ -22,7 +22,8 @@ struct PostScriptJob {
     QString user;
     /// 1 or more. The printer repeats the pages unless its PPD says that it cannot.
     int copies = 1;
-    PageSelection pages;
+    /// What of the document is printed, and how.
+    Composition composition;
     /// Borrowed; once it is set the job ends soon, and nothing is written. May be null.
     const CancelFlag* cancel = nullptr;
 };

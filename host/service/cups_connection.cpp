@@ -94,13 +94,8 @@ void addJobAttributes(const IppMessage& message, const JobRequest& job) {
                  shortened(title).constData());
     if (job.copies > 1)
         ippAddInteger(request, IPP_TAG_JOB, IPP_TAG_INTEGER, "copies", job.copies);
-    ipp_attribute_t* ranges = nullptr;
-    for (const auto& [first, last] : job.pageRanges) {
-        if (ranges)
-            ippSetRange(request, &ranges, ippGetCount(ranges), first, last);
-        else
-            ranges = ippAddRange(request, IPP_TAG_JOB, "page-ranges", first, last);
-    }
+    if (job.isLaidOut)
+        ippAddString(request, IPP_TAG_JOB, IPP_TAG_KEYWORD, "print-scaling", nullptr, "none");
     if (job.isHeld)
         ippAddString(request, IPP_TAG_JOB, IPP_TAG_KEYWORD, "job-hold-until", nullptr,
                      "indefinite");

@@ -62,8 +62,8 @@ struct JobRequest {
     QString documentFormat;
     /// 1 or more.
     int copies = 1;
-    /// Ranges of pages from 1, both ends included, ascending; empty: all pages.
-    std::vector<std::pair<int, int>> pageRanges;
+    /// The document's pages lie as they shall on what is printed on; the queue must not scale them.
+    bool isLaidOut = false;
     /// PPD main keyword and choice keyword, sent as they are: "PageSize", "DC24". The service takes
     /// choices that the PPD lacks without a word and prints the default, so check them before.
     /// A medium is never sent but as PageSize: its IPP name may select another of equal measure.

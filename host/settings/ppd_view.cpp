@@ -134,7 +134,8 @@ std::optional<QString> PpdView::labelSizeFor(const QSizeF& size) const {
             return QString::fromUtf8(known.name);
     }
     const QString own =
-        QStringLiteral("Custom.%1x%2").arg(size.width(), 0, 'f', 2).arg(size.height(), 0, 'f', 2);
+        QStringLiteral("Custom.%1x%2")
+            .arg(QString::number(size.width(), 'f', 2), QString::number(size.height(), 'f', 2));
     ppd_option_t* option = ppd::findOption(mFile, kPageSize.data());
     if (option && ppd::findChoice(option, kCustom.data()) && takesCustomValue(mFile, *option, own))
         return own;

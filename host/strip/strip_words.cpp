@@ -81,11 +81,12 @@ QString misfitText(const JobPlan& plan, const PlanMisfit& misfit) {
     const QSizeF label = plan.labelSizeOf(misfit.firstPage);
     const QString page = measureForUser(misfit.measure.width(), misfit.measure.height());
     const QString on = measureForUser(label.width(), label.height());
-    const bool isAll = misfit.pages == static_cast<int>(plan.input().document->measures.size());
-    if (isAll)
+    if (misfit.pages == static_cast<int>(plan.input().document->measures.size()))
         return hostText(misfit.pages == 1 ? "MisfitPage" : "MisfitPages").arg(page, on);
-    return hostText(misfit.pages == 1 ? "MisfitOnePage" : "MisfitSomePages")
-        .arg(QLocale().toString(misfit.firstPage), page, on, QLocale().toString(misfit.pages - 1));
+    const QString first = QLocale().toString(misfit.firstPage);
+    if (misfit.pages == 1)
+        return hostText("MisfitOnePage").arg(first, page, on);
+    return hostText("MisfitSomePages").arg(first, page, on, QLocale().toString(misfit.pages - 1));
 }
 
 } // namespace labelcut

@@ -23,7 +23,8 @@ QByteArray run(const QString& program, const QStringList& arguments, const QByte
     return process.readAll();
 }
 
-/// Objects, table and trailer of a PDF file made of `objects`, the first of which is the catalogue.
+} // namespace
+
 QByteArray pdfOf(const QList<QByteArray>& objects) {
     QByteArray bytes = "%PDF-1.4\n";
     QByteArray table;
@@ -35,8 +36,6 @@ QByteArray pdfOf(const QList<QByteArray>& objects) {
     return bytes + "xref\n0 " + count + "\n0000000000 65535 f \n" + table + "trailer\n<< /Size " +
            count + " /Root 1 0 R >>\nstartxref\n" + QByteArray::number(bytes.size()) + "\n%%EOF\n";
 }
-
-} // namespace
 
 QString Folder::file(const QString& name, const QByteArray& content) const {
     QFile file(path(name));

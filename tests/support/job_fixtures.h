@@ -36,6 +36,9 @@ private:
 ppd::File tapePrinter();
 ppd::File printerWith(const QByteArray& lines);
 
+/// Objects, table and trailer of a PDF file made of `objects`, the first of which is the catalogue.
+QByteArray pdfOf(const QList<QByteArray>& objects);
+
 QByteArray contentOf(const QString& path);
 /// What Ghostscript says when it executes the PostScript file at `path` and then `code`.
 QString executed(const QString& path, const QByteArray& code);

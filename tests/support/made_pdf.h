@@ -40,6 +40,17 @@ inline QByteArray pdfOfPage(const QByteArray& attributes, const QByteArray& cont
                   contentStream(content)});
 }
 
+/// A PDF of one page, whose content is compressed.
+inline QByteArray pdfOfPacked(const QByteArray& content) {
+    constexpr int kFastest = 1;
+    constexpr int kCount = 4; // in front of zlib's own bytes
+    const QByteArray packed = qCompress(content, kFastest).sliced(kCount);
+    return pdfOf({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                  "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [0 0 90 90] >>",
+                  "<< /Filter /FlateDecode /Length " + QByteArray::number(packed.size()) +
+                      " >>\nstream\n" + packed + "\nendstream"});
+}
+
 /// A PDF of so many pages of A4, each of which has to be laid out for a label.
 inline QByteArray pdfOfPages(int pages) {
     constexpr int kFirstPage = 4;

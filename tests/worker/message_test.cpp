@@ -17,7 +17,6 @@ const Paper kPaper{"T24", 68, 142, 3, 3, 65, 139};
 const std::vector<Request>& requests() {
     static const std::vector<Request> all{
         Open{},
-        Open{kPaper},
         Join{},
         Join{{{3, 5}}, false, 1, kPaper, Fit::Unchanged},
         Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}}, true, kMostRepeats, std::nullopt, kLastFit},
@@ -44,7 +43,7 @@ const std::vector<Answer>& answers() {
         Shown{},
         Shown{kMostPages},
         Drawn{},
-        Drawn{TextDirection::AlongHeight},
+        Drawn{TextDirection::Upwards},
     };
     return all;
 }
@@ -79,7 +78,7 @@ TEST(MessageTest, EachArrivesWholeOrNotAtAll) {
 
 TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
     EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 0, 7))) << "no such request";
-    EXPECT_FALSE(decodeRequest(changed(encode(Request(Open{})), 1, 2))) << "no truth value";
+    EXPECT_FALSE(decodeRequest(changed(encode(Request(Join{})), 5, 2))) << "no truth value";
     for (const std::vector<PageRun>& pages : std::vector<std::vector<PageRun>>{
              {{0, 5}},                  // pages count from 1
              {{5, 4}},                  // backwards
@@ -106,7 +105,7 @@ TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
         Paper paper = kPaper;
         paper.right = odd;
-        EXPECT_FALSE(decodeRequest(encode(Request(Open{paper}))));
+        EXPECT_FALSE(decodeRequest(encode(Request(Draw{DocumentKind::PNG, paper}))));
     }
     EXPECT_FALSE(decodeAnswer(encode(Answer(Opened{0, false, false, true}))));
     EXPECT_FALSE(decodeAnswer(encode(Answer(Opened{kMostPages + 1, false, false, true}))));

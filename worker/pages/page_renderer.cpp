@@ -10,6 +10,8 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -94,18 +96,21 @@ poppler::image picture(const poppler::page& page, const Size& size, const Render
                                 height * kPointsPerInch / size.height, 0, 0, width, height);
 }
 
-/// The direction of most words. Texts that run upwards, downwards or upside down count by their
-/// line alone.
+/// The direction of most words; of those that are as many, the first of the enumeration.
 TextDirection textDirection(const poppler::page& page) {
     if (page.text({}, poppler::page::raw_order_layout).size() > kMostText)
         return TextDirection::None;
-    int along = 0;
-    int across = 0;
+    // By quarters of a turn, clockwise.
+    std::array<int, 4> words{};
     for (const poppler::text_box& word : page.text_list())
-        ++(word.rotation() % 2 == 0 ? along : across);
+        ++words[static_cast<unsigned>(word.rotation()) % words.size()];
+    const int along = words[0] + words[2];
+    const int across = std::max(words[1], words[3]);
     if (along == 0 && across == 0)
         return TextDirection::None;
-    return across > along ? TextDirection::AlongHeight : TextDirection::AlongWidth;
+    if (across <= along)
+        return TextDirection::AlongWidth;
+    return words[1] >= words[3] ? TextDirection::Downwards : TextDirection::Upwards;
 }
 
 class Renderer : public PageRenderer {

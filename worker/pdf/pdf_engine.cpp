@@ -94,6 +94,9 @@ struct Shown {
     /// Of the page's units. Points.
     double unit = 1;
 
+    /// Whether the page itself says no more than this.
+    bool isPlain = true;
+
     /// As it is shown, the turns included. Points.
     Size size() const {
         const Size upright{std::min((box.urx - box.llx) * unit, kLongestSide),
@@ -119,9 +122,13 @@ QPDFObjectHandle::Rectangle rectangleOf(QPDFObjectHandle box) {
     return box.isRectangle() ? box.getArrayAsRectangle() : QPDFObjectHandle::Rectangle();
 }
 
+bool isSame(const QPDFObjectHandle::Rectangle& a, const QPDFObjectHandle::Rectangle& b) {
+    return a.llx == b.llx && a.lly == b.lly && a.urx == b.urx && a.ury == b.ury;
+}
+
 /// The crop box as far as it lies on the page.
-QPDFObjectHandle::Rectangle shownBox(QPDFPageObjectHelper& page) {
-    const QPDFObjectHandle::Rectangle media = rectangleOf(page.getMediaBox());
+QPDFObjectHandle::Rectangle shownBox(QPDFPageObjectHelper& page,
+                                     const QPDFObjectHandle::Rectangle& media) {
     const QPDFObjectHandle::Rectangle crop = rectangleOf(page.getCropBox());
     const QPDFObjectHandle::Rectangle common(
         std::max(media.llx, crop.llx), std::max(media.lly, crop.lly), std::min(media.urx, crop.urx),
@@ -132,13 +139,17 @@ QPDFObjectHandle::Rectangle shownBox(QPDFPageObjectHelper& page) {
 }
 
 Shown shownOf(QPDFPageObjectHelper& page) {
-    Shown shown{shownBox(page), 0, 1};
+    const QPDFObjectHandle::Rectangle media = rectangleOf(page.getMediaBox());
+    Shown shown{shownBox(page, media), 0, 1, true};
     QPDFObjectHandle unit = page.getAttribute("/UserUnit", false);
+    const bool isPoint = unit.isNull() || (unit.isNumber() && unit.getNumericValue() == 1);
     if (unit.isNumber() && unit.getNumericValue() > 0)
         shown.unit = std::min(unit.getNumericValue(), kLargestUnit);
     QPDFObjectHandle turn = page.getAttribute("/Rotate", false);
-    if (turn.isInteger() && turn.getIntValue() % 90 == 0)
+    const bool isQuarters = turn.isInteger() && turn.getIntValue() % 90 == 0;
+    if (isQuarters)
         shown.turns = static_cast<int>((turn.getIntValue() / 90 % 4 + 4) % 4);
+    shown.isPlain = isSame(shown.box, media) && isPoint && (isQuarters || turn.isNull());
     return shown;
 }
 
@@ -163,11 +174,11 @@ Label labelOf(const Paper& paper) {
     return {{paper.width, paper.height}, paper.left, paper.top, paper.right, paper.bottom};
 }
 
-/// A new page of `paper` in `target` that shows `page` at its place.
+/// A new page of that size in `target` that shows `page` at its place.
 QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Shown& shown,
-                             const Paper& paper, const Placement& place) {
+                             const Size& size, const Placement& place) {
     QPDFMatrix matrix;
-    matrix.translate(place.left, paper.height - place.top - place.size.height);
+    matrix.translate(place.left, size.height - place.top - place.size.height);
     matrix.scale(place.scale, place.scale);
     matrix.concat(turnedToOrigin(shown, shown.turns + (place.isTurned ? 1 : 0)));
 
@@ -175,7 +186,7 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Show
     form.getDict().replaceKey("/BBox", QPDFObjectHandle::newFromRectangle(shown.box));
     auto fresh = QPDFPageObjectHelper(target.makeIndirectObject(
         QPDFObjectHandle::parse("<< /Type /Page /Resources << /XObject << >> >> >>")));
-    const QPDFObjectHandle::Rectangle whole(0, 0, paper.width, paper.height);
+    const QPDFObjectHandle::Rectangle whole(0, 0, size.width, size.height);
     fresh.getObjectHandle().replaceKey("/MediaBox", QPDFObjectHandle::newFromRectangle(whole));
     fresh.getObjectHandle()
         .getKey("/Resources")
@@ -186,17 +197,23 @@ QPDFPageObjectHelper laidOut(QPDF& target, QPDFPageObjectHelper page, const Show
     return fresh;
 }
 
-/// The page as it is sent.
-QPDFPageObjectHelper sent(QPDF& target, QPDFPageObjectHelper& page, const Join& request) {
-    if (!request.paper)
-        return page;
-    const Shown shown = shownOf(page);
-    const Placement place = placed(shown.size(), labelOf(*request.paper), request.fit);
-    return place.isUntouched ? page : laidOut(target, page, shown, *request.paper, place);
+/// A page on its own: as large as it is shown.
+Placement alone(const Size& size) {
+    Placement place;
+    place.isUntouched = true;
+    place.size = size;
+    return place;
 }
 
-bool fitsPaper(const std::optional<Paper>& paper, QPDFPageObjectHelper& page) {
-    return !paper || isSame(shownOf(page).size(), labelOf(*paper).size);
+/// The page as it is sent.
+QPDFPageObjectHelper sent(QPDF& target, QPDFPageObjectHelper& page, const Join& request) {
+    const Shown shown = shownOf(page);
+    const Size size = request.paper ? labelOf(*request.paper).size : shown.size();
+    const Placement place =
+        request.paper ? placed(shown.size(), labelOf(*request.paper), request.fit) : alone(size);
+    if (place.isUntouched && shown.isPlain)
+        return page;
+    return laidOut(target, page, shown, size, place);
 }
 
 bool isAskedFor(std::uint32_t page, const std::vector<PageRun>& runs) {
@@ -233,13 +250,13 @@ public:
         return std::nullopt;
     }
 
-    Opened described(const std::optional<Paper>& paper) const {
+    Opened described() const {
         Opened opened;
         opened.pages = static_cast<std::uint32_t>(mPages.size());
         opened.isRepaired = mPdf.anyWarnings();
         opened.isEncrypted = mPdf.isEncrypted();
-        opened.fits = std::all_of(mPages.begin(), mPages.end(), [&](QPDFPageObjectHelper page) {
-            return fitsPaper(paper, page);
+        opened.isPlain = std::all_of(mPages.begin(), mPages.end(), [](QPDFPageObjectHelper page) {
+            return shownOf(page).isPlain;
         });
         return opened;
     }
@@ -284,12 +301,12 @@ Answer write(const std::vector<double>& numbers, Descriptor target) {
 
 class Engine : public PdfEngine {
 public:
-    Answer open(Descriptor document, const std::optional<Paper>& paper, const Step& step) override {
+    Answer open(Descriptor document, const Step& step) override {
         auto content = std::make_unique<Content>(mFiles.size());
         if (const auto failed = content->read(std::move(document), step))
             return *failed;
         try {
-            const Opened opened = content->described(paper);
+            const Opened opened = content->described();
             mFiles.push_back(std::move(content));
             return opened;
         } catch (const std::exception& error) {

@@ -4,8 +4,6 @@
 // by every compiler: this header, and what it includes, keeps to C++17.
 #pragma once
 
-#include <optional>
-
 #include "worker/protocol/descriptor.h"
 #include "worker/protocol/message.h"
 #include "worker/protocol/step.h"
@@ -21,14 +19,13 @@ public:
     virtual ~PdfEngine() = default;
 
     /// Opens a file and keeps it. @return Opened, or Failed; a file that failed is not kept.
-    virtual Answer open(Descriptor document, const std::optional<Paper>& paper,
-                        const Step& step) = 0;
+    virtual Answer open(Descriptor document, const Step& step) = 0;
 
     /// Writes the pages of all files that are asked for.
     ///
-    /// A page that has the paper's measure stays untouched. Any other lies on a page of the paper
-    /// where placed() says; what goes beyond is cut off. Without a paper every page keeps its
-    /// measure.
+    /// A page that has the paper's measure stays untouched, but for one that is not plain (see
+    /// Opened). Any other lies on a page of the paper where placed() says; what goes beyond is cut
+    /// off. Without a paper every page keeps its measure.
     /// @param target  empty. @return Done, or Failed.
     virtual Answer join(const Join& request, Descriptor target, const Step& step) = 0;
 

@@ -105,14 +105,13 @@ public:
             return mEngine->join(*join, std::move(descriptors[0]), step);
         if (std::holds_alternative<Measure>(request))
             return mEngine->measure(std::move(descriptors[0]), step);
-        const auto* open = std::get_if<Open>(&request);
-        if (!open)
+        if (!std::holds_alternative<Open>(request))
             return Failed{};
         const Answer kind = documentKind(descriptors[0].number());
         const auto* known = std::get_if<Kind>(&kind);
         if (!known || known->kind != DocumentKind::PDF)
             return kind;
-        return mEngine->open(std::move(descriptors[0]), open->paper, step);
+        return mEngine->open(std::move(descriptors[0]), step);
     }
 
 private:

@@ -123,9 +123,7 @@ void walk(Fields& fields, Paper& paper) {
 }
 
 template<typename Fields>
-void walk(Fields& fields, Open& open) {
-    walk(fields, open.paper);
-}
+void walk(Fields&, Open&) {}
 
 template<typename Fields>
 void walk(Fields& fields, std::vector<PageRun>& runs) {
@@ -189,7 +187,7 @@ void walk(Fields& fields, Opened& opened) {
     fields.field(opened.pages);
     fields.field(opened.isRepaired);
     fields.field(opened.isEncrypted);
-    fields.field(opened.fits);
+    fields.field(opened.isPlain);
 }
 
 template<typename Fields>

@@ -45,10 +45,7 @@ struct Paper {
 
 /// With the document's descriptor. A PDF file is opened and kept for Join, and the answer is
 /// Opened; any other document is only told by Kind.
-struct Open {
-    /// What Opened.fits asks about.
-    std::optional<Paper> paper;
-};
+struct Open {};
 
 /// Pages first … last, counted from 1 through all files that were opened, in their order.
 struct PageRun {
@@ -141,8 +138,9 @@ struct Opened {
     /// It was damaged, and what could be found of it was put together again.
     bool isRepaired = false;
     bool isEncrypted = false;
-    /// Whether every page is shown with the paper's measure; true for no paper.
-    bool fits = true;
+    /// Whether all of each page is shown, in units of points. Not everybody heeds what else a page
+    /// may say; Join writes it as one that is plain.
+    bool isPlain = true;
 };
 
 struct Done {};
@@ -154,11 +152,12 @@ struct Shown {
 
 /// How most words of a page run, as it is shown.
 enum class TextDirection : std::uint8_t {
-    None, ///< It has no words, or too many to look at, or nobody asked.
-    AlongWidth,
-    AlongHeight,
+    None,       ///< It has no words, or too many to look at, or nobody asked.
+    AlongWidth, ///< From left to right, or upside down.
+    Downwards,  ///< Along the height, from the top to the bottom.
+    Upwards,
 };
-inline constexpr TextDirection kLastTextDirection = TextDirection::AlongHeight;
+inline constexpr TextDirection kLastTextDirection = TextDirection::Upwards;
 
 struct Drawn {
     TextDirection textDirection = TextDirection::None;

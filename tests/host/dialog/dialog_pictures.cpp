@@ -20,6 +20,7 @@
 
 #include <map>
 
+#include "host/dialog/strip_pane.h"
 #include "host/snapshot/snapshot.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/support/private_cupsd.h"
@@ -105,6 +106,8 @@ public:
 
     void take(PrintDialog& dialog, const QString& name) {
         settle();
+        const auto* strip = dialog.findChild<StripPane*>();
+        turnUntil([strip] { return !strip->isDrawing(); });
         const QString path = mPrefix + name + QStringLiteral(".png");
         if (!dialog.grab().save(path))
             note(name, QStringLiteral("cannot be written to ") + path);

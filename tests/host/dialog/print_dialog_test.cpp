@@ -1007,7 +1007,7 @@ TEST_F(PrintDialogTest, TheButtonPromisesNothingWhileTheRangeIsNotUnderstood) {
     openTab(*mDialog, 1);
     auto& range = control<QLineEdit>("pageRange");
     const auto& print = control<QPushButton>("print");
-    for (const char* text : {"8-3", "1,3,5", "x"}) {
+    for (const char* text : {"8-3", "1,3,x", "x"}) {
         type(range, QStringLiteral("2-6"));
         EXPECT_EQ(print.text().toStdString(), "&Print 5 labels");
         type(range, QLatin1String(text));

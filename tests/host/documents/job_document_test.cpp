@@ -29,8 +29,11 @@ std::string refusal(const QString& path) {
     return document ? std::string("taken") : document.error().sentence.toStdString();
 }
 
-PageSelection pages(const char* text) {
-    return parsePageSelection(QString::fromLatin1(text)).value();
+/// Path of the whole document, laid out on the tape.
+QString laidOut(const JobDocument& document, worker::Fit fit) {
+    const Result<QString> pdf = document.composed({{}, false, 1, tape(), fit});
+    EXPECT_TRUE(pdf) << pdf.error().sentence.toStdString();
+    return pdf ? *pdf : QString();
 }
 
 /// Whether `inner` lies within the printable area of the tape, half a point of rounding allowed.
@@ -57,8 +60,10 @@ TEST(JobDocumentTest, PagesOfOtherMeasuresAreLaidOutOnThePaper) {
         folder.pdf(QStringLiteral("a.pdf"), {kTape, {595, 842}, {142, 68}, {30, 40}});
     const Result<JobDocument> document = JobDocument::prepare({file}, tape());
     ASSERT_TRUE(document) << document.error().sentence.toStdString();
-    EXPECT_EQ(test::pageSizes(document->pdf()), std::vector<QSizeF>(4, kTape));
-    const std::vector<QRectF> boxes = test::inkBoxes(document->pdf());
+    EXPECT_EQ(test::contentOf(document->pdf()), test::contentOf(file)) << "the pages are kept";
+    const QString sent = laidOut(*document, worker::Fit::Scale);
+    EXPECT_EQ(test::pageSizes(sent), std::vector<QSizeF>(4, kTape));
+    const std::vector<QRectF> boxes = test::inkBoxes(sent);
     ASSERT_EQ(boxes.size(), 4U);
     for (const QRectF& box : boxes)
         EXPECT_TRUE(isPrintable(box)) << box.x() << ' ' << box.y() << ' ' << box.right();
@@ -75,7 +80,7 @@ TEST(JobDocumentTest, ATurnedPageCountsAsItIsShown) {
     const Result<JobDocument> document = JobDocument::prepare({file}, tape());
     ASSERT_TRUE(document) << document.error().sentence.toStdString();
     ASSERT_EQ(document->pages(), 1);
-    const std::vector<QRectF> boxes = test::inkBoxes(document->pdf());
+    const std::vector<QRectF> boxes = test::inkBoxes(laidOut(*document, worker::Fit::Unchanged));
     ASSERT_EQ(boxes.size(), 1U);
     EXPECT_GT(boxes[0].width(), boxes[0].height()) << "a single upright figure 1 lies on its side";
 }
@@ -181,22 +186,6 @@ TEST(JobDocumentTest, WithoutAPaperPagesKeepTheirMeasure) {
     const Result<JobDocument> document = JobDocument::prepare({file}, std::nullopt);
     ASSERT_TRUE(document);
     EXPECT_EQ(test::contentOf(document->pdf()), test::contentOf(file));
-}
-
-TEST(JobDocumentTest, AnExcerptHoldsJustThePagesOfTheRange) {
-    const test::Folder folder;
-    const QString file =
-        folder.pdf(QStringLiteral("a.pdf"), {{10, 100}, {20, 100}, {30, 100}, {40, 100}});
-    const Result<JobDocument> document = JobDocument::prepare({file}, std::nullopt);
-    ASSERT_TRUE(document);
-    const Result<QString> excerpt = document->excerpt(pages("2-3"));
-    ASSERT_TRUE(excerpt) << excerpt.error().sentence.toStdString();
-    EXPECT_EQ(test::pageSizes(*excerpt), (std::vector<QSizeF>{{20, 100}, {30, 100}}));
-    const Result<QString> several = document->excerpt(pages("4,1,9"));
-    ASSERT_TRUE(several) << several.error().sentence.toStdString();
-    EXPECT_EQ(test::pageSizes(*several), (std::vector<QSizeF>{{10, 100}, {40, 100}}));
-    for (const char* all : {"1-", "-4", "3-4,1-2,9"})
-        EXPECT_EQ(*document->excerpt(pages(all)), document->pdf()) << all;
 }
 
 TEST(JobDocumentTest, AnEncryptedPdfIsRefusedByName) {

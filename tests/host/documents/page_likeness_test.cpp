@@ -239,11 +239,11 @@ TEST_F(PageLikenessTest, WordsTellTheirDirection) {
     EXPECT_EQ(directionOf(withText({})), TextDirection::None);
     EXPECT_EQ(directionOf(withText({0})), TextDirection::AlongWidth);
     EXPECT_EQ(directionOf(withText({180})), TextDirection::AlongWidth);
-    EXPECT_EQ(directionOf(withText({90})), TextDirection::AlongHeight);
-    EXPECT_EQ(directionOf(withText({270})), TextDirection::AlongHeight);
-    EXPECT_EQ(directionOf(withText({90, 0, 90})), TextDirection::AlongHeight);
+    EXPECT_EQ(directionOf(withText({90})), TextDirection::Upwards);
+    EXPECT_EQ(directionOf(withText({270})), TextDirection::Downwards);
+    EXPECT_EQ(directionOf(withText({90, 0, 90})), TextDirection::Upwards);
     EXPECT_EQ(directionOf(withText({90, 0, 180})), TextDirection::AlongWidth);
-    EXPECT_EQ(directionOf(withText({0}, "/Rotate 90")), TextDirection::AlongHeight);
+    EXPECT_EQ(directionOf(withText({0}, "/Rotate 90")), TextDirection::Downwards);
     EXPECT_EQ(directionOf(withText({0}, "/Rotate 180")), TextDirection::AlongWidth);
     EXPECT_EQ(directionOf(withText({90}, "/Rotate 270")), TextDirection::AlongWidth);
 }
@@ -288,8 +288,8 @@ TEST_F(PageLikenessTest, TheFirstPageWithWordsTellsForTheDocument) {
         return pictures.textDirection();
     };
     EXPECT_EQ(after(1), TextDirection::None);
-    EXPECT_EQ(after(2), TextDirection::AlongHeight);
-    EXPECT_EQ(after(3), TextDirection::AlongHeight);
+    EXPECT_EQ(after(2), TextDirection::Upwards);
+    EXPECT_EQ(after(3), TextDirection::Upwards);
 }
 
 } // namespace labelcut

@@ -12,6 +12,7 @@
 #include <memory>
 #include <numeric>
 
+#include "host/documents/document_worker.h"
 #include "tests/host/documents/page_pictures_fixture.h"
 #include "tests/support/made_pdf.h"
 
@@ -111,7 +112,7 @@ TEST_F(PagePicturesTest, AreDrawnOfWhatIsWantedMostWantedFirst) {
     EXPECT_EQ(mPictures.picture(3).size(), QSize(136, 284));
     EXPECT_EQ(mPictures.picture(1).size(), kSmall);
     EXPECT_EQ(mPictures.state(2), State::Waiting);
-    EXPECT_EQ(mPictures.textDirection(), TextDirection::AlongHeight);
+    EXPECT_EQ(mPictures.textDirection(), TextDirection::Upwards);
     EXPECT_TRUE(mTold.sentences.isEmpty());
 }
 
@@ -186,8 +187,10 @@ TEST_F(PagePicturesTest, OfWhatIsNoPdfOfOursFailWithItsReason) {
     const QByteArray whole = test::contentOf(kSample);
     const Row rows[] = {
         {mFolder.encryptedPdf(QStringLiteral("secret.pdf")), "is encrypted"},
-        {mFolder.file(QStringLiteral("noise.pdf"), QByteArray(5000, '\x7f')), "is a broken PDF"},
-        {mFolder.file(QStringLiteral("empty.pdf"), {}), "is a broken PDF"},
+        {mFolder.file(QStringLiteral("noise.pdf"), QByteArray(5000, '\x7f')),
+         "“The document” is a broken PDF file (no reason given)"},
+        {mFolder.file(QStringLiteral("empty.pdf"), {}),
+         "“The document” is a broken PDF file (no reason given)"},
         {mFolder.file(QStringLiteral("none.pdf"),
                       test::pdfOf({"<< /Type /Catalog /Pages 2 0 R >>",
                                    "<< /Type /Pages /Kids [] /Count 0 >>"})),
@@ -204,6 +207,31 @@ TEST_F(PagePicturesTest, OfWhatIsNoPdfOfOursFailWithItsReason) {
         ASSERT_EQ(told.sentences.size(), 1) << row.reason;
         EXPECT_THAT(told.sentences.first().toStdString(), HasSubstr(row.reason));
         EXPECT_THAT(told.sentences.first().toStdString(), HasSubstr("Not every page can be shown"));
+    }
+}
+
+TEST_F(PagePicturesTest, OfPagesThatTakeTooMuchMemoryFailAndSaySo) {
+    if (LABELCUT_INSTRUMENTED)
+        GTEST_SKIP() << "memory cannot be limited";
+    struct Row {
+        const char* what;
+        QByteArray content;
+    };
+    const Row rows[] = {
+        {"C++ has no memory left", '[' + QByteArray("1 ").repeated(20 << 20) + "] TJ"},
+        {"Poppler's own functions have none", "0 0 m " + QByteArray("1 1l ").repeated(20 << 20)},
+    };
+    for (const Row& row : rows) {
+        PagePictures pictures(DocumentWorker::installedProgram(), 60s);
+        const test::Told told(pictures);
+        pictures.setDocument(
+            mFolder.file(QStringLiteral("large.pdf"), test::pdfOfPacked(row.content)), nullptr);
+        pictures.want({{1, kSmall}});
+        ASSERT_TRUE(areSettled(pictures, {1})) << row.what;
+        EXPECT_EQ(pictures.state(1), State::Failed) << row.what;
+        EXPECT_THAT(told.sentences.join(u'|').toStdString(),
+                    HasSubstr("“Page 1” takes more than 384 MB of memory"))
+            << row.what;
     }
 }
 

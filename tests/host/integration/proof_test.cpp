@@ -207,11 +207,38 @@ TEST_P(OneProofTest, TitleUserCopiesAndPagesArrive) {
     const JobStatus status = statusOf(job);
     EXPECT_EQ(status.title, QStringLiteral("Größe & <mehr>"));
     EXPECT_EQ(status.attributes.value(QStringLiteral("copies")), QStringLiteral("2"));
-    EXPECT_EQ(status.attributes.value(QStringLiteral("page-ranges")), QStringLiteral("3-12"));
+    EXPECT_FALSE(status.attributes.contains(QStringLiteral("page-ranges")));
+    EXPECT_EQ(status.attributes.value(QStringLiteral("print-scaling")), QStringLiteral("none"));
     EXPECT_TRUE(stored.data.contains("%%Pages: 10")) << "pages 3 to 12 of each copy";
     const QByteArray without =
         printedWithoutService({QStringLiteral("--pages"), QStringLiteral("3-")});
     EXPECT_TRUE(without.contains("%%Pages: 10"));
+}
+
+/// Pages behind those of the sample: one that is smaller than the tape of 68 × 142 points, one that
+/// fits when it is turned, and one that is just as wide.
+TEST_P(OneProofTest, ThePagesLieInTheQueueAsTheyWereLaidOut) {
+    const QByteArray page = "<< /Type /Page /Parent 2 0 R /Contents 3 0 R /MediaBox [0 0 ";
+    const QString document =
+        mFolder.file(QStringLiteral("odd.pdf"),
+                     pdfOf({"<< /Type /Catalog /Pages 2 0 R >>",
+                            "<< /Type /Pages /Count 3 /Kids [4 0 R 5 0 R 6 0 R] >>",
+                            "<< /Length 17 >>\nstream\n0 0 300 300 re f \nendstream",
+                            page + "40 30] >>", page + "90 30] >>", page + "68 20] >>"}));
+    const int job = printed({document, QStringLiteral("--pages"), QStringLiteral("13-")});
+    ASSERT_GT(job, 0);
+    const QString stored = mFolder.file(QStringLiteral("stored.ps"), storedJob(job).data);
+    EXPECT_EQ(executed(stored, "currentpagedevice /PageSize get ==").simplified(),
+              QStringLiteral("[68 142]"));
+    const QRectF expected[] = {{14, 56, 40, 30}, {19, 26, 30, 90}, {0, 61, 68, 20}};
+    const std::vector<QRectF> boxes = inkBoxes(stored);
+    ASSERT_EQ(boxes.size(), std::size(expected));
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        EXPECT_NEAR(boxes[i].left(), expected[i].left(), 0.6) << i;
+        EXPECT_NEAR(boxes[i].top(), expected[i].top(), 0.6) << i;
+        EXPECT_NEAR(boxes[i].right(), expected[i].right(), 0.6) << i;
+        EXPECT_NEAR(boxes[i].bottom(), expected[i].bottom(), 0.6) << i;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Tape, OneProofTest, testing::Values(halfCut()),

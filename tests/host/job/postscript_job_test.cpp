@@ -204,9 +204,9 @@ TEST_F(PostScriptJobTest, OnlyThePagesOfTheRangeArePrinted) {
     const ppd::File printer = test::tapePrinter();
     const JobDocument document = labels();
     PostScriptJob some = job(printer.get(), document);
-    some.pages = PageSelection({2, 3});
+    some.composition.pages = PageSelection({2, 3});
     EXPECT_EQ(written(some).count("%%Pages: 2"), 1);
-    some.pages = PageSelection({4, 9});
+    some.composition.pages = PageSelection({4, 9});
     const Result<qint64> none = writePostScript(some, output());
     ASSERT_FALSE(none);
     EXPECT_EQ(none.error().sentence,

@@ -413,7 +413,7 @@ TEST_F(CupsConnectionTest, carriesChoicesToThePrinter) {
     JobRequest request = tapeJob();
     request.title = QStringLiteral("Größe & \"Maß\"");
     request.copies = 2;
-    request.pageRanges = {{1, 1}, {3, 4}};
+    request.isLaidOut = true;
     request.options = {{QStringLiteral("PageSize"), QStringLiteral("DC12")},
                        {QStringLiteral("KvHalfCut"), QStringLiteral("ON")}};
     EXPECT_TRUE(service().validateJob(request, within(kLong)));
@@ -429,7 +429,7 @@ TEST_F(CupsConnectionTest, carriesChoicesToThePrinter) {
     EXPECT_TRUE(options.contains(QStringLiteral("PageSize=DC12")))
         << stored->options().toStdString();
     EXPECT_TRUE(options.contains(QStringLiteral("KvHalfCut=ON")));
-    EXPECT_TRUE(options.contains(QStringLiteral("page-ranges=1,3-4")));
+    EXPECT_TRUE(options.contains(QStringLiteral("print-scaling=none")));
     EXPECT_FALSE(stored->options().contains(QStringLiteral("media=")));
     EXPECT_TRUE(stored->data.contains("%%BeginFeature: *KvHalfCut ON\n% half cut on"));
     EXPECT_TRUE(stored->data.contains("%%BeginFeature: *PageSize DC12"));

@@ -54,7 +54,7 @@ TEST(GermanText, TellsOfDocuments) {
               text("„") + folder.path() + text("“ ist ein Ordner; nennen Sie eine Datei darin."));
     EXPECT_EQ(JobDocument::prepare({}, std::nullopt).error().sentence,
               text("Es ist keine Datei genannt; nennen Sie eine, die gedruckt werden soll."));
-    EXPECT_EQ(noSuchPage(PageSelection(PageRange{4, 9}), 3),
+    EXPECT_EQ(noSuchPage(PageSelection({4, 9}), 3),
               text("Im Bereich 4-9 gibt es kein Etikett; das Dokument hat 3."));
 }
 

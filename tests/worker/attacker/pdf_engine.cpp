@@ -10,7 +10,7 @@ namespace {
 
 class AttackingEngine : public PdfEngine {
 public:
-    Answer open(Descriptor document, const std::optional<Paper>&, const Step&) override {
+    Answer open(Descriptor document, const Step&) override {
         mDocument = contentOf(document.number());
         if (mDocument.find("\nfill") != std::string::npos)
             return Opened{1, true, false, true}; // a repaired file is written anew
