@@ -97,6 +97,8 @@ void JobFooter::addWaysToPrint(QBoxLayout& row) {
     mWays->setToolTip(hostText("WaysToPrint"));
     mWays->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     mWays->setMenu(new QMenu(mWays));
+    // A window of its own takes the dialog's colours only when told to.
+    mWays->menu()->setAttribute(Qt::WA_WindowPropagation);
     addWay("PrintNow", "printNow", PrintPart::All, false);
     mCheck = addWay("PrintCheck", "printCheck", PrintPart::First, false);
     addWay("PrintHeld", "printHeld", PrintPart::All, true);

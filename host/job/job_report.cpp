@@ -47,7 +47,7 @@ bool hasEnded(JobState state) {
 }
 
 QString queueTrouble(const Queue& queue) {
-    const QString state = hostText("QueueTrouble").arg(queue.name, stateSentence(queue));
+    const QString state = hostText("QueueTrouble").arg(queue.name, troubleSentence(queue));
     const bool saysWhatToDo = queue.state == PMPrinterState::Stopped || !queue.isAccepting;
     return saysWhatToDo ? state : joinedSentences({state, hostText("SeeToPrinter")});
 }

@@ -14,6 +14,7 @@
 
 #include <atomic>
 
+#include "host/dialog/job_footer.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/support/answer_proxy.h"
 #include "tests/support/one_truth.h"
@@ -706,17 +707,46 @@ TEST_F(OnServiceTest, ACancelThatComesTooLateSaysThatTheJobIsPrinted) {
 
 TEST_F(OnServiceTest, TheWindowCountsLabelsAndSaysWhatThePrinterLacks) {
     open();
-    sService->letPrinterSay("PAGE: total 3\nSTATE: +media-empty-error\n");
+    sService->letPrinterSay("STATE: +media-empty-error\n");
     sService->holdPrinter(true);
     click(control<QPushButton>("print"));
-    ASSERT_TRUE(turnUntilSays("Label "));
-    ASSERT_TRUE(turnUntil([&] { return !jobMessages().empty(); }));
-    EXPECT_EQ(control<QLabel>("sentence").text().toStdString(), "");
+    // The filters report every page as soon as they have made it.
+    ASSERT_TRUE(turnUntilSays("Label 12 of 12. Job "))
+        << control<QLabel>("sentence").text().toStdString();
     EXPECT_EQ(control<QProgressBar>("progress").maximum(), 12);
-    EXPECT_EQ(control<QProgressBar>("progress").value(), 3);
-    EXPECT_EQ(jobMessages(), "");
+    ASSERT_TRUE(turnUntil([&] { return !jobMessages().empty(); }));
+    EXPECT_EQ(jobMessages(), "tape: Paper or tape is used up. See to it at the printer; the job "
+                             "waits until then.");
+    sService->letPrinterSay("STATE: -media-empty-error\n");
     sService->holdPrinter(false);
     ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+}
+
+TEST_F(OnServiceTest, TheBarStandsWhereTheNumberIsKnown) {
+    open();
+    auto& footer = *mDialog->findChild<JobFooter*>();
+    const auto& bar = control<QProgressBar>("progress");
+    footer.setRunning(true, {12, 1});
+    JobReport report;
+    report.state = JobState::Processing;
+    report.sentence = QStringLiteral("It prints.");
+    footer.showReport(report);
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_EQ(bar.maximum(), 0) << "not known yet";
+    report.labelsDone = 2;
+    footer.showReport(report);
+    EXPECT_EQ(control<QLabel>("sentence").text().toStdString(), "Label 3 of 12. It prints.");
+    EXPECT_EQ(bar.maximum(), 12);
+    EXPECT_EQ(bar.value(), 3);
+    report.labelsDone = 99;
+    footer.showReport(report);
+    EXPECT_EQ(bar.value(), 12) << "whatever a queue counts";
+    report.labelsDone = 0;
+    for (const JobState waiting : {JobState::Pending, JobState::Held, JobState::Stopped}) {
+        report.state = waiting;
+        footer.showReport(report);
+        EXPECT_FALSE(bar.isVisible());
+    }
 }
 
 } // namespace labelcut::test
