@@ -1,8 +1,6 @@
 // The dialog: one label to check, then the others.
 #include "host/dialog/check_print.h"
 
-#include <algorithm>
-
 namespace labelcut {
 
 namespace {
@@ -10,23 +8,6 @@ namespace {
 int selected(const JobPlan& plan) {
     const PlanInput& input = plan.input();
     return input.pages.countIn(static_cast<int>(input.document->measures.size()));
-}
-
-/// The selected pages without the one that comes first. At least one is left.
-PageSelection withoutFirst(const JobPlan& plan) {
-    const PlanInput& input = plan.input();
-    std::vector<PageRange> ranges = input.pages.ranges();
-    if (ranges.empty())
-        ranges.emplace_back();
-    const auto pages = static_cast<int>(input.document->measures.size());
-    std::erase_if(ranges, [pages](const PageRange& range) { return range.first > pages; });
-    ranges.back().last = std::min(ranges.back().last, pages);
-    if (input.isReversed)
-        --ranges.back().last;
-    else
-        ++ranges.front().first;
-    std::erase_if(ranges, [](const PageRange& range) { return range.first > range.last; });
-    return PageSelection(std::move(ranges));
 }
 
 bool isSame(const Order& a, const Order& b) {
@@ -37,7 +18,7 @@ bool isSame(const Order& a, const Order& b) {
 } // namespace
 
 bool canCheck(const JobPlan& plan) {
-    return plan.labels() > 1 && (selected(plan) == 1 || plan.input().copies == 1);
+    return plan.labels() > 1;
 }
 
 std::optional<Order> partOf(const Order& order, const JobPlan& plan, PrintPart part) {
@@ -51,9 +32,10 @@ std::optional<Order> partOf(const Order& order, const JobPlan& plan, PrintPart p
         wanted.amount.pages = PageSelection({page, page});
         wanted.amount.copies = 1;
     } else if (selected(plan) == 1) {
+        // Copies stay the printer's.
         --wanted.amount.copies;
     } else {
-        wanted.amount.pages = withoutFirst(plan);
+        wanted.labelsBefore = 1;
     }
     return wanted;
 }

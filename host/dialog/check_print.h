@@ -16,8 +16,7 @@ enum class PrintPart {
 };
 
 /// The order for a part of another one's labels. @param order  the whole. @param plan  its own.
-/// @return nothing where that part is none, or cannot be ordered as one job: the others of several
-///         labels in several copies.
+/// @return nothing for a part of one label alone.
 std::optional<Order> partOf(const Order& order, const JobPlan& plan, PrintPart part);
 
 /// Whether one label can be checked before the others.

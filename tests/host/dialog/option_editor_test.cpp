@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/texts/length.h"
 #include "host/dialog/option_editor.h"
+#include "host/texts/length.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 
 namespace labelcut::test {

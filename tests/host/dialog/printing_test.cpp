@@ -568,6 +568,23 @@ TEST_F(OnServiceTest, OneLabelIsPrintedToCheckAndThenTheOthers) {
                 HasSubstr("KvHalfCut=ON"));
 }
 
+TEST_F(OnServiceTest, TheOthersOfSeveralCopiesAreAllButTheLabelThatWasChecked) {
+    open();
+    control<QSpinBox>("copies").setValue(2);
+    settle();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntilSays("Job "));
+    const int first = spokenOf();
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 23 labels"; }))
+        << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(first), 1);
+    EXPECT_EQ(sService->waitForJob(first)->arguments.value(3).toStdString(), "1");
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(first + 1), 23);
+    EXPECT_EQ(sService->waitForJob(first + 1)->arguments.value(3).toStdString(), "1");
+}
+
 TEST_F(OnServiceTest, OtherChoicesThanThoseCheckedArePrintedWhole) {
     open();
     chooseWay("printCheck");
