@@ -24,7 +24,7 @@ Result<std::optional<KeptChoices>> PresetArgument::matched(const OpenedPrinter& 
     SettingMatch match = matchSettings(printer.ppd(), preset->settings());
     for (const QString& sentence : describe(printer.ppd(), match.missing))
         Runner::complain(sentence);
-    return std::optional(KeptChoices{std::move(match.applicable), preset->copies});
+    return std::optional(KeptChoices{std::move(match.applicable), *preset});
 }
 
 } // namespace labelcut

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "host/core/handling.h"
 #include "host/core/result.h"
 #include "host/printers/opened_printer.h"
 
@@ -16,7 +17,7 @@ namespace labelcut {
 /// A preset as far as the printer has it.
 struct KeptChoices {
     Settings settings;
-    int copies = 1;
+    Handling handling;
 };
 
 /// --preset NAME.

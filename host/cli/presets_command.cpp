@@ -8,12 +8,11 @@
 #include <string>
 
 #include "host/cli/examples.h"
+#include "host/cli/handling_arguments.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/printer_arguments.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
-#include "host/cli/value_checks.h"
-#include "host/core/copies.h"
 #include "host/presets/preset_commands.h"
 #include "host/settings/secret_setting.h"
 #include "host/texts/host_text.h"
@@ -28,7 +27,7 @@ struct PresetsArguments {
     SettingArguments settings;
     std::string name;
     std::string newName;
-    int copies = 1;
+    HandlingArguments handling;
     bool replace = false;
 };
 
@@ -81,7 +80,7 @@ Result<PresetOutput> save(const PresetsArguments& arguments, const PresetPrinter
     PresetStore store;
     Result<PresetOutput> output = presetcommands::save(
         store, printer.identity,
-        Preset::of(QString::fromStdString(arguments.name), kept, arguments.copies),
+        Preset::of(QString::fromStdString(arguments.name), kept, arguments.handling.over({})),
         overwrite(arguments));
     if (output) {
         for (const QString& title : secrets)
@@ -156,9 +155,7 @@ void addPresetsCommand(CLI::App& app, Runner& runner) {
     CLI::App& saved = add("save", "Keep choices as a preset", true, save);
     addName(saved, arguments->name, "What to call it");
     arguments->settings.addTo(saved);
-    saved.add_option("-n,--copies", arguments->copies, "How many of each (1)")
-        ->type_name("N")
-        ->check(wholeNumber("--copies", 1, kMaxCopies));
+    arguments->handling.addTo(saved);
     saved.add_flag("--replace", arguments->replace, "Replace one of that name");
     addExamples(saved, {"labelcut presets save \"Shelf labels\" --printer Tape --set KvHalfCut=ON",
                         "labelcut presets save Badges --copies 20 --replace"});

@@ -10,14 +10,13 @@
 #include <vector>
 
 #include "host/cli/examples.h"
+#include "host/cli/handling_arguments.h"
 #include "host/cli/interruption.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
-#include "host/cli/value_checks.h"
-#include "host/core/copies.h"
 #include "host/core/failure.h"
 #include "host/core/file_name.h"
 #include "host/core/harmless_text.h"
@@ -38,9 +37,7 @@ struct PrintArguments {
     PrinterArguments printer;
     SettingArguments settings;
     PresetArgument preset;
-    int copies = 1;
-    /// Whether the user said how many, or a preset may.
-    bool copiesGiven = false;
+    HandlingArguments handling;
     std::string pages;
     std::string output;
     std::string title;
@@ -48,9 +45,8 @@ struct PrintArguments {
 
 /// The same, understood.
 struct Wish {
-    QStringList files;
+    Amount amount;
     Settings asked;
-    PageSelection pages;
     /// Empty: the files' names say it.
     QString title;
 };
@@ -63,7 +59,7 @@ Wish understood(const PrintArguments& arguments) {
                             : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
     Wish wish;
     for (const std::string& file : arguments.files)
-        wish.files << nameFromWord(file);
+        wish.amount.files << nameFromWord(file);
     wish.asked = arguments.settings.parsed();
     if (!arguments.pages.empty()) {
         const auto pages = parsePageSelection(QString::fromStdString(arguments.pages));
@@ -71,7 +67,7 @@ Wish understood(const PrintArguments& arguments) {
             rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5, or several "
                                            "of these such as 1,3,5-7,9-")
                                 .arg(QString::fromStdString(arguments.pages)));
-        wish.pages = *pages;
+        wish.amount.pages = *pages;
     }
     wish.title = harmless(QString::fromStdString(arguments.title));
     return wish;
@@ -131,12 +127,21 @@ std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked
     return std::nullopt;
 }
 
+/// The failure with the arguments that are a way out of it.
+Error withWayOut(Error reason) {
+    if (reason.kind == ErrorKind::EdgeLost)
+        reason.sentence +=
+            QStringLiteral(" Use --fit scale, --fit turn or --fit actual, or another "
+                           "--set PageSize=….");
+    return reason;
+}
+
 /// Writes the job or sends it. @return where it went, for people.
 Result<QString> deliver(const Order& order, const JobDocument& document,
                         const PrinterArguments& arguments) {
     const CancelFlag* cancel = &interruption::flag();
     if (const auto reason = reasonAgainst(order, document))
-        return *reason;
+        return withWayOut(*reason);
     const QString* queue = queueName(order.printer);
     if (!queue) {
         const Result<qint64> written = writeJob(order, document, cancel);
@@ -183,7 +188,7 @@ Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
     if (!checked)
         return checked.error();
     const Settings asked = overridden(preset ? preset->settings : Settings(), *checked);
-    printer.setPageRange(wish.pages.hull());
+    printer.setPageRange(wish.amount.pages.hull());
     printer.choose(asked);
     printer.insist(asked);
     printer.sayAloud(keywordsOf(asked));
@@ -208,8 +213,9 @@ int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
     if (const auto reason = reasonOfQueue(
             printer, {arguments.printer.timeoutInMilliseconds(), &interruption::flag()}))
         return Runner::fail(reason->sentence);
-    const int copies = *preset && !arguments.copiesGiven ? (*preset)->copies : arguments.copies;
-    Order order = orderFor(printer, {wish.files, copies, wish.pages});
+    Amount amount = wish.amount;
+    handle(amount, arguments.handling.over(*preset ? (*preset)->handling : Handling()));
+    Order order = orderFor(printer, amount);
     order.outputPath = nameFromWord(arguments.output);
     order.inUse << PresetStore().filePath(identityOf(printer));
     if (!wish.title.isEmpty())
@@ -238,10 +244,7 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
     arguments->preset.addTo(*command);
-    CLI::Option* copies =
-        command->add_option("-n,--copies", arguments->copies, "How many of each (1)")
-            ->type_name("N")
-            ->check(wholeNumber("--copies", 1, kMaxCopies));
+    arguments->handling.addTo(*command);
     command
         ->add_option("--pages", arguments->pages,
                      "Pages counted through all files, such as 1,3,5-7,9-")
@@ -255,9 +258,9 @@ void addPrintCommand(CLI::App& app, Runner& runner) {
     addExamples(*command, {"labelcut print labels.pdf",
                            "labelcut print labels.pdf --printer Tape --set KvHalfCut=ON --copies 3",
                            "labelcut print labels.pdf --ppd tape.ppd --pages 2-3 -o /tmp/job.ps",
+                           "labelcut print labels.pdf --fit scale --reverse",
                            "labelcut print labels.pdf --preset \"Shelf labels\""});
-    command->callback([arguments, copies, &runner] {
-        arguments->copiesGiven = copies->count() > 0;
+    command->callback([arguments, &runner] {
         const Wish wish = understood(*arguments);
         runner.choose([arguments, wish, &runner] { return print(*arguments, wish, runner); });
     });

@@ -20,8 +20,12 @@ QString amountOf(const PrintReport& report) {
                            QStringLiteral("labels"));
     if (!amount.pages.isEverything())
         text += QStringLiteral(" (pages %1)").arg(toString(amount.pages));
+    if (amount.isReversed)
+        text += QStringLiteral(", last page first");
     if (amount.copies > 1)
-        text += QStringLiteral(", %1 copies").arg(amount.copies);
+        text += QStringLiteral(", %1 copies%2")
+                    .arg(QString::number(amount.copies),
+                         amount.isCollated ? QString() : QStringLiteral(" of each page in a row"));
     return text;
 }
 

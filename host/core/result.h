@@ -23,6 +23,7 @@ enum class ErrorKind {
     AuthenticationNeeded, ///< The service wants to know who asks, or does not permit it.
     FormatNotSupported,   ///< IPP status 0x040A.
     DocumentUnreadable,   ///< The document could not be read while it was sent.
+    EdgeLost,             ///< A page is larger than its label.
     Other,                ///< The service's own words are in the sentence.
 };
 

@@ -85,6 +85,20 @@ QString sentencePart(const SummaryWords& words, const QString& title, const QStr
     return title + u' ' + value;
 }
 
+QString fitText(worker::Fit fit) {
+    switch (fit) {
+    case worker::Fit::Actual:
+        return hostText("FitActual");
+    case worker::Fit::Turn:
+        return hostText("FitTurn");
+    case worker::Fit::Scale:
+        return hostText("FitScale");
+    case worker::Fit::Unchanged:
+        break;
+    }
+    return {};
+}
+
 SummaryGroup jobGroup(const JobModel& model) {
     SummaryGroup job{hostText("SummaryJob"),
                      {{hostText("SummaryPrinter"), model.printer()->title()}}};
@@ -98,7 +112,15 @@ SummaryGroup jobGroup(const JobModel& model) {
     job.lines.emplace_back(hostText("SummaryLabels"), model.pages().isEverything()
                                                           ? hostText("SummaryAllLabels")
                                                           : toString(model.pages()));
-    job.lines.emplace_back(hostText("SummaryCopies"), QString::number(model.copies()));
+    const QString copies = QString::number(model.copies());
+    job.lines.emplace_back(hostText("SummaryCopies"),
+                           model.isCollated() || model.copies() == 1
+                               ? copies
+                               : hostText("SummaryUncollated").arg(copies));
+    if (model.isReversed())
+        job.lines.emplace_back(hostText("SummaryOrder"), hostText("SummaryReversed"));
+    if (model.fit() != worker::Fit::Unchanged)
+        job.lines.emplace_back(hostText("SummaryFit"), fitText(model.fit()));
     return job;
 }
 
@@ -120,6 +142,34 @@ QStringList amountWords(const JobModel& model, const char* copies, const char* p
     if (!model.pages().isEverything())
         words << QLatin1String(pages) << toString(model.pages());
     return words;
+}
+
+QStringList handlingWords(const JobModel& model) {
+    QStringList words;
+    if (model.isReversed())
+        words << QStringLiteral("--reverse");
+    if (!model.isCollated())
+        words << QStringLiteral("--no-collate");
+    if (model.fit() != worker::Fit::Unchanged)
+        words << QStringLiteral("--fit") << fitWord(model.fit());
+    return words;
+}
+
+/// What lp asks the service's filters for; they alone lay out what lp sends.
+QStringList lpHandling(const Handling& handling) {
+    QStringList options;
+    if (handling.isReversed)
+        options << QStringLiteral("outputorder=reverse");
+    if (!handling.isCollated)
+        options << QStringLiteral("collate=false");
+    if (handling.fit == worker::Fit::Scale)
+        options << QStringLiteral("print-scaling=auto-fit");
+    if (handling.fit == worker::Fit::Actual || handling.fit == worker::Fit::Turn)
+        options << QStringLiteral("print-scaling=none");
+    // IPP counts a turn clockwise as the reverse landscape.
+    if (handling.fit == worker::Fit::Turn)
+        options << QStringLiteral("orientation-requested=5");
+    return options;
 }
 
 /// A password is nothing to be copied.
@@ -198,7 +248,7 @@ QString labelcutCommand(const JobModel& model) {
         else
             words << QStringLiteral("--set") << setting.keyword + u'=' + setting.choice;
     }
-    words += amountWords(model, "--copies", "--pages");
+    words += amountWords(model, "--copies", "--pages") + handlingWords(model);
     if (!queueName(printer))
         words << QStringLiteral("-o") << QStringLiteral("labels.ps");
     words << QStringLiteral("--");
@@ -213,6 +263,8 @@ QString lpCommand(const JobModel& model) {
     words += amountWords(model, "-n", "-P");
     for (const Setting& setting : commandSettings(model))
         words << QStringLiteral("-o") << setting.keyword + u'=' + setting.choice;
+    for (const QString& option : lpHandling(model.handling()))
+        words << QStringLiteral("-o") << option;
     words << QStringLiteral("--");
     return commandLine(words + fileWords(model.files()));
 }

@@ -116,11 +116,11 @@ bool JobModel::choose(const QString& keyword, const QString& choice) {
     return true;
 }
 
-QStringList JobModel::chooseAll(const Settings& wanted, std::optional<int> copies) {
+QStringList JobModel::chooseAll(const Settings& wanted, const std::optional<Handling>& handling) {
     if (!mPrinter)
         return {};
     followActs();
-    mAmount.copies = copies.value_or(mAmount.copies);
+    handle(mAmount, handling.value_or(this->handling()));
     const Unkept unkept = mPrinter->choose(wanted);
     mPrinter->sayAloud(keywordsOf(wanted));
     stepChoices();
@@ -134,7 +134,7 @@ void JobModel::undo() {
     if (!before)
         return;
     mLatest.clear();
-    mAmount.copies = before->copies;
+    handle(mAmount, before->handling);
     mRangeUnderstood = mRangeUnderstood || mAmount.pages != before->pages;
     mAmount.pages = before->pages;
     applyPages();
@@ -234,12 +234,36 @@ void JobModel::setDocument(std::shared_ptr<const DocumentPages> pages) {
 }
 
 void JobModel::setCopies(int copies) {
-    if (copies == mAmount.copies)
+    Handling now = handling();
+    now.copies = copies;
+    setHandling(now, UndoSteps::Kind::Copies);
+}
+
+void JobModel::setReversed(bool reversed) {
+    Handling now = handling();
+    now.isReversed = reversed;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setCollated(bool collated) {
+    Handling now = handling();
+    now.isCollated = collated;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setFit(worker::Fit fit) {
+    Handling now = handling();
+    now.fit = fit;
+    setHandling(now, UndoSteps::Kind::Choices);
+}
+
+void JobModel::setHandling(const Handling& handling, UndoSteps::Kind kind) {
+    if (handling == this->handling())
         return;
     followActs();
-    mAmount.copies = copies;
+    handle(mAmount, handling);
     if (mPrinter)
-        mSteps.step(chosen(), UndoSteps::Kind::Copies);
+        mSteps.step(chosen(), kind);
     Q_EMIT changed();
 }
 
@@ -249,16 +273,6 @@ void JobModel::setPages(const PageSelection& pages) {
     followActs();
     mAmount.pages = pages;
     applyPages();
-    if (mPrinter)
-        mSteps.step(chosen(), UndoSteps::Kind::Pages);
-    Q_EMIT changed();
-}
-
-void JobModel::setFit(worker::Fit fit) {
-    if (fit == mAmount.fit)
-        return;
-    followActs();
-    mAmount.fit = fit;
     if (mPrinter)
         mSteps.step(chosen(), UndoSteps::Kind::Pages);
     Q_EMIT changed();

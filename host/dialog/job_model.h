@@ -73,10 +73,11 @@ public:
     /// The user's choice outside the panels. Can be undone. @return false: the PPD lacks it.
     bool choose(const QString& keyword, const QString& choice);
     /// Several at once, as one step, such as a preset: jobs name them from here on.
-    /// @param copies  nothing: they stay.
+    /// @param handling  nothing: it stays.
     /// @return what the PPD lacks or a panel would not keep, as sentences.
-    QStringList chooseAll(const Settings& wanted, std::optional<int> copies = std::nullopt);
-    /// Steps are choices, copies and pages; copies that are counted up one by one are one step.
+    QStringList chooseAll(const Settings& wanted,
+                          const std::optional<Handling>& handling = std::nullopt);
+    /// Steps are choices, handling and pages; copies that are counted up one by one are one step.
     bool canUndo() const { return mSteps.canUndo(); }
     void undo();
     void resetToDefaults();
@@ -112,10 +113,15 @@ public:
     int pageCount() const { return mDocument ? static_cast<int>(mDocument->measures.size()) : 0; }
     void setCopies(int copies);
     int copies() const { return mAmount.copies; }
-    void setPages(const PageSelection& pages);
-    const PageSelection& pages() const { return mAmount.pages; }
+    void setReversed(bool reversed);
+    bool isReversed() const { return mAmount.isReversed; }
+    void setCollated(bool collated);
+    bool isCollated() const { return mAmount.isCollated; }
     void setFit(worker::Fit fit);
     worker::Fit fit() const { return mAmount.fit; }
+    Handling handling() const { return handlingOf(mAmount); }
+    void setPages(const PageSelection& pages);
+    const PageSelection& pages() const { return mAmount.pages; }
     /// False while the user types something that is no range: pages() is then the last one that
     /// was, and nobody knows how many labels are wanted.
     void setRangeUnderstood(bool understood);
@@ -149,10 +155,11 @@ Q_SIGNALS:
     void told(const QString& sentence);
 
 private:
-    Chosen chosen() const { return {marks(), mAmount.copies, mAmount.pages}; }
+    Chosen chosen() const { return {marks(), handling(), mAmount.pages}; }
     /// What was chosen becomes a step. @param asked  what the user asked for; empty: all that
     /// differs.
     void stepChoices(const Settings& asked = {});
+    void setHandling(const Handling& handling, UndoSteps::Kind kind);
     void tell(const QStringList& sentences);
     void applyPages();
     QString settingText(const Setting& setting) const;

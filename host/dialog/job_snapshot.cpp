@@ -4,7 +4,7 @@
 namespace labelcut {
 
 JobSnapshot JobSnapshot::of(const JobModel& model) {
-    return {model.marks(), model.copies(), model.pages(), model.files(), model.pageCount()};
+    return {model.marks(), model.handling(), model.pages(), model.files(), model.pageCount()};
 }
 
 JobChanges JobChanges::between(const JobSnapshot& before, const JobSnapshot& now) {
@@ -12,7 +12,7 @@ JobChanges JobChanges::between(const JobSnapshot& before, const JobSnapshot& now
     changes.keywords = keywordsOf(differing(now.choices, before.choices)) +
                        keywordsOf(differing(before.choices, now.choices));
     changes.keywords.removeDuplicates();
-    changes.amount = before.copies != now.copies || before.pages != now.pages;
+    changes.amount = before.handling != now.handling || before.pages != now.pages;
     changes.document = before.files != now.files || before.pageCount != now.pageCount;
     return changes;
 }

@@ -10,7 +10,7 @@ namespace labelcut {
 /// Everything about the job that a part of the window may show.
 struct JobSnapshot {
     Settings choices;
-    int copies = 1;
+    Handling handling;
     PageSelection pages;
     QStringList files;
     int pageCount = 0;
@@ -22,7 +22,7 @@ struct JobSnapshot {
 struct JobChanges {
     /// Keywords whose choice is another one, or that have one only now or no longer.
     QStringList keywords;
-    /// Copies or the range of labels.
+    /// Handling or pages.
     bool amount = false;
     /// The files, or how many labels are in them.
     bool document = false;

@@ -91,7 +91,7 @@ void PresetBar::show(const QString& name) {
 
 void PresetBar::refresh(const JobSnapshot& now) {
     mSave->setEnabled(mModel.hasPrinter());
-    const bool isInForce = now.choices == mMade.choices && now.copies == mMade.copies;
+    const bool isInForce = now.choices == mMade.choices && now.handling == mMade.handling;
     if (!isInForce && mList->currentIndex() >= 0)
         show(QString());
 }
@@ -104,7 +104,7 @@ void PresetBar::apply(const QString& name) {
         return;
     }
     const SettingMatch match = matchSettings(mModel.ppd(), preset->settings());
-    tell(mModel.chooseAll(match.applicable, preset->copies));
+    tell(mModel.chooseAll(match.applicable, *preset));
     tell(describe(mModel.ppd(), match.missing));
     show(name);
 }
@@ -123,7 +123,7 @@ void PresetBar::keep(const QString& name) {
     mModel.save();
     Settings settings = mModel.jobSettings();
     const QStringList secrets = takeSecrets(mModel.ppd(), settings);
-    const Preset preset = Preset::of(name.trimmed(), settings, mModel.copies());
+    const Preset preset = Preset::of(name.trimmed(), settings, mModel.handling());
     const Result<Preset> before = mStore.load(identity(), preset.name);
     const Result<PresetStore::Notes> saved = mStore.save(identity(), preset, Overwrite::Yes);
     tell(saved ? *saved : QStringList{saved.error().sentence});

@@ -205,9 +205,9 @@ QTabWidget& PrintDialog::tabs() const {
 /// Through the window as it is read, from top to bottom, messages included.
 bool PrintDialog::focusNextPrevChild(bool next) {
     return moveFocus(*this,
-                     {mDocument, &mPicker->list(), mPicker, mCopies, mPresets, mStrip,
-                      tabs().tabBar(), tabs().currentWidget(), mCopies, &mPages->beside(), mPresets,
-                      mMessages, mFooter},
+                     {mDocument, &mPicker->list(), mPicker, mStrip, tabs().tabBar(),
+                      tabs().currentWidget(), mCopies, &mPages->beside(), mPresets, mMessages,
+                      mFooter},
                      next);
 }
 
@@ -226,7 +226,7 @@ void PrintDialog::printerOpened() {
 void PrintDialog::refresh() {
     const JobSnapshot now = JobSnapshot::of(mModel);
     mDocument->refresh(now);
-    mCopies->setValue(now.copies);
+    mCopies->setValue(now.handling.copies);
     mPresets->refresh(now);
     mStrip->refresh();
     mPages->refresh(now);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/handling.h"
 #include "host/documents/paper.h"
 #include "host/settings/setting.h"
 
@@ -12,7 +13,7 @@ namespace labelcut {
 /// What a step changes and undo brings back.
 struct Chosen {
     Settings marks;
-    int copies = 1;
+    Handling handling;
     PageSelection pages;
     bool operator==(const Chosen&) const = default;
 };

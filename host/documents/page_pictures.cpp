@@ -12,6 +12,7 @@
 #include <cmath>
 #include <condition_variable>
 #include <cstring>
+#include <deque>
 #include <functional>
 #include <iterator>
 #include <mutex>
@@ -100,7 +101,7 @@ struct PagePictures::Desk {
     std::mutex mutex;
     std::condition_variable changed;
     /// Most wanted first.
-    std::vector<Wish> waiting;
+    std::deque<Wish> waiting;
     /// Taken from those, and its picture not yet delivered.
     std::vector<Wish> underway;
     /// Ends the work on the last of those; null while nothing is drawn.
@@ -150,8 +151,7 @@ public:
                     continue;
                 }
                 ++broken;
-                deliver(
-                    {*wish, {}, {}, std::move(outcome.error().sentence), broken == kMostBroken});
+                deliver({*wish, {}, {}, outcome.error().sentence, broken == kMostBroken});
                 if (broken == kMostBroken)
                     return;
                 continue;
@@ -170,7 +170,7 @@ private:
         if (mDesk->isOver)
             return std::nullopt;
         const Wish wish = mDesk->waiting.front();
-        mDesk->waiting.erase(mDesk->waiting.begin());
+        mDesk->waiting.pop_front();
         mDesk->underway.push_back(wish);
         mDesk->current = std::make_shared<CancelFlag>();
         mCancel = mDesk->current;
@@ -260,7 +260,9 @@ void PagePictures::setDocument(const QString& pdf, std::shared_ptr<const void> k
     mPdf = pdf;
     mKeeper = std::move(keeper);
     mInSight.clear();
+    mPagesInSight.clear();
     mPages.clear();
+    mOldest.clear();
     mKept = 0;
     mTextDirection.reset();
     mHasTold = false;
@@ -270,14 +272,13 @@ void PagePictures::setDocument(const QString& pdf, std::shared_ptr<const void> k
 void PagePictures::want(const std::vector<Wish>& wishes) {
     ++mTime;
     mInSight.clear();
-    QHash<int, QSize> seen;
+    mPagesInSight.clear();
     for (const Wish& wish : wishes) {
-        if (wish.page < 1 || wish.pixels.isEmpty() || seen.contains(wish.page))
+        if (wish.page < 1 || wish.pixels.isEmpty() || isInSight(wish.page))
             continue;
-        seen.insert(wish.page, wish.pixels);
+        mPagesInSight.insert(wish.page);
         mInSight.push_back({wish.page, bounded(wish.pixels)});
-        if (const auto kept = mPages.find(wish.page); kept != mPages.end())
-            kept->wanted = mTime;
+        touch(wish.page, mTime);
     }
     forgetSome();
     if (mPdf.isEmpty() || mHasGivenUp)
@@ -291,7 +292,7 @@ void PagePictures::want(const std::vector<Wish>& wishes) {
         startDrawing();
     const std::lock_guard lock(mDesk->mutex);
     std::erase_if(missing, [this](const Wish& wish) { return mDesk->isUnderway(wish); });
-    mDesk->waiting = std::move(missing);
+    mDesk->waiting.assign(missing.begin(), missing.end());
     mDesk->changed.notify_all();
     const auto drawing = mDesk->drawing();
     if (!drawing || isInSight(drawing->page) || mPatienceForUnwanted.isActive())
@@ -335,10 +336,6 @@ bool PagePictures::isToBeDrawn(const Wish& wish) const {
     return kept == mPages.end() || (!kept->isFailed && kept->picture.size() != wish.pixels);
 }
 
-bool PagePictures::isInSight(int page) const {
-    return std::ranges::find(mInSight, page, &Wish::page) != mInSight.end();
-}
-
 void PagePictures::take(const Outcome& outcome) {
     mDesk->deliver(outcome.wish);
     if (outcome.picture.isNull()) {
@@ -361,29 +358,28 @@ void PagePictures::keep(int page, const QImage& picture) {
     Kept& kept = mPages[page];
     mKept += picture.sizeInBytes() - kept.picture.sizeInBytes();
     kept.picture = picture;
-    kept.wanted = mTime;
+    touch(page, isInSight(page) ? mTime : mTime - 1);
     forgetSome();
 }
 
-void PagePictures::forgetSome() {
-    while (mKept > kMostKept && forgetOne()) {
-    }
+void PagePictures::touch(int page, std::uint64_t wanted) {
+    const auto kept = mPages.find(page);
+    if (kept == mPages.end() || kept->picture.isNull())
+        return;
+    mOldest.erase({kept->wanted, page});
+    kept->wanted = wanted;
+    mOldest.insert({wanted, page});
 }
 
-bool PagePictures::forgetOne() {
-    auto oldest = mPages.end();
-    for (auto kept = mPages.begin(); kept != mPages.end(); ++kept) {
-        if (!kept->picture.isNull() && !isInSight(kept.key()) &&
-            (oldest == mPages.end() || kept->wanted < oldest->wanted))
-            oldest = kept;
+void PagePictures::forgetSome() {
+    while (mKept > kMostKept && mOldest.begin()->first < mTime) {
+        const auto kept = mPages.find(mOldest.begin()->second);
+        mKept -= kept->picture.sizeInBytes();
+        kept->picture = {};
+        if (!kept->isFailed)
+            mPages.erase(kept);
+        mOldest.erase(mOldest.begin());
     }
-    if (oldest == mPages.end())
-        return false;
-    mKept -= oldest->picture.sizeInBytes();
-    oldest->picture = {};
-    if (!oldest->isFailed)
-        mPages.erase(oldest);
-    return true;
 }
 
 void PagePictures::fail(const Outcome& outcome) {

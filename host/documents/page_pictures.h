@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QImage>
 #include <QObject>
+#include <QSet>
 #include <QSize>
 #include <QString>
 #include <QTimer>
@@ -12,6 +13,8 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "host/core/background_call.h"
@@ -92,20 +95,19 @@ private:
     struct Kept {
         QImage picture;
         bool isFailed = false;
-        /// When it was wanted last, by mTime.
+        /// When it was wanted last, see mTime.
         std::uint64_t wanted = 0;
     };
 
     void endDrawing();
     void startDrawing();
     bool isToBeDrawn(const Wish& wish) const;
-    bool isInSight(int page) const;
+    bool isInSight(int page) const { return mPagesInSight.contains(page); }
     void take(const Outcome& outcome);
     void setTextDirection(TextDirection direction);
     void keep(int page, const QImage& picture);
+    void touch(int page, std::uint64_t wanted);
     void forgetSome();
-    /// @return false when there is nothing to forget.
-    bool forgetOne();
     void fail(const Outcome& outcome);
 
     QString mProgram;
@@ -113,9 +115,13 @@ private:
     QString mPdf;
     std::shared_ptr<const void> mKeeper;
     std::vector<Wish> mInSight;
+    QSet<int> mPagesInSight;
     QHash<int, Kept> mPages;
+    /// Those that have a picture, by when they were wanted last.
+    std::set<std::pair<std::uint64_t, int>> mOldest;
     qint64 mKept = 0;
-    std::uint64_t mTime = 0;
+    /// Counts what was wanted: pages in sight have this time, and no other.
+    std::uint64_t mTime = 1;
     std::optional<TextDirection> mTextDirection;
     bool mHasTold = false;
     bool mHasGivenUp = false;

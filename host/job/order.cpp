@@ -8,6 +8,7 @@
 #include "host/core/failure.h"
 #include "host/core/harmless_text.h"
 #include "host/core/same_file.h"
+#include "host/job/fit_problem.h"
 #include "host/job/marked_paper.h"
 #include "host/job/postscript_job.h"
 #include "host/texts/host_text.h"
@@ -53,6 +54,17 @@ int printersCopies(const Order& order, const Composition& composition) {
 
 } // namespace
 
+Handling handlingOf(const Amount& amount) {
+    return {amount.copies, amount.isReversed, amount.isCollated, amount.fit};
+}
+
+void handle(Amount& amount, const Handling& handling) {
+    amount.copies = handling.copies;
+    amount.isReversed = handling.isReversed;
+    amount.isCollated = handling.isCollated;
+    amount.fit = handling.fit;
+}
+
 Order orderFor(const OpenedPrinter& printer, const Amount& amount) {
     Order order;
     order.printer = printer.ref();
@@ -79,9 +91,19 @@ Result<JobDocument> prepareDocument(const Order& order, const CancelFlag* cancel
 }
 
 std::optional<Error> reasonAgainst(const Order& order, const JobDocument& document) {
-    if (order.amount.pages.countIn(document.pages()) > 0)
-        return std::nullopt;
-    return failure(noSuchPage(order.amount.pages, document.pages()));
+    const Amount& amount = order.amount;
+    const int pages = amount.pages.countIn(document.pages());
+    if (pages == 0)
+        return failure(noSuchPage(amount.pages, document.pages()));
+    const int repeats = compositionOf(order, document).repeats;
+    constexpr auto kMost = static_cast<int>(worker::kMostPages);
+    if (repeats > 1 && pages > kMost / repeats)
+        return failure(
+            hostText("TooManyLabels")
+                .arg(QString::number(pages), QString::number(repeats), QString::number(kMost)));
+    if (const auto problem = fitProblem(document.measures(), amount, order.paper))
+        return Error{ErrorKind::EdgeLost, sentenceOf(*problem)};
+    return std::nullopt;
 }
 
 std::optional<QString> changedFile(const Order& order, const JobDocument& document) {

@@ -10,6 +10,7 @@
 
 #include <optional>
 
+#include "host/core/handling.h"
 #include "host/documents/job_document.h"
 #include "host/documents/paper.h"
 #include "host/job/submission.h"
@@ -36,6 +37,9 @@ struct Amount {
 
     bool operator==(const Amount&) const = default;
 };
+
+Handling handlingOf(const Amount& amount);
+void handle(Amount& amount, const Handling& handling);
 
 /// Everything that printing takes; nothing of it is borrowed, so that it can be carried out on any
 /// thread, whatever becomes of the printer that it was made of.
@@ -76,7 +80,8 @@ Result<JobDocument> prepareDocument(const Order& order, const CancelFlag* cancel
 /// been looked at.
 std::optional<QString> changedFile(const Order& order, const JobDocument& document);
 
-/// Why nothing of the document would be printed: the pages ordered are not there.
+/// Why nothing of the document is printed: the pages ordered are not there, are repeated too often,
+/// or lose an edge on the label, see fitProblem(); the kind is then EdgeLost.
 std::optional<Error> reasonAgainst(const Order& order, const JobDocument& document);
 
 /// For a printer with a queue: the job as submit() takes it. Makes what is sent; blocks.

@@ -71,10 +71,8 @@ PrinterIdentity identityOf(const OpenedPrinter& printer) {
     return PrinterIdentity::forPpd(printer.ppd());
 }
 
-Preset Preset::of(const QString& name, const Settings& settings, int copies) {
-    Preset preset;
-    preset.name = name;
-    preset.copies = copies;
+Preset Preset::of(const QString& name, const Settings& settings, const Handling& handling) {
+    Preset preset{handling, name, {}, {}};
     for (const Setting& setting : settings) {
         if (setting.keyword == kPageSize)
             preset.pageSize = setting.choice;

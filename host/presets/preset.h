@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/core/handling.h"
 #include "host/printers/opened_printer.h"
 #include "host/settings/setting.h"
 
@@ -45,15 +46,13 @@ private:
 PrinterIdentity identityOf(const OpenedPrinter& printer);
 
 /// What a user keeps under a name.
-struct Preset {
+struct Preset : Handling {
     static constexpr int kMaxNameLength = 100; ///< Characters, as Unicode counts them.
 
     /// Compared exactly, see presetNameProblem().
     QString name;
     /// The PPD's "PageSize" choice, "Custom.50x500mm" included; empty: the preset leaves it alone.
     QString pageSize;
-    /// 1 to kMaxCopies, see host/core/copies.h.
-    int copies = 1;
     /// PPD main keyword → choice keyword, "Custom.VALUE" or "{name=value …}". Without PageSize.
     QMap<QString, QString> options;
 
@@ -61,7 +60,7 @@ struct Preset {
 
     /// A preset of these choices; one for PageSize becomes the page size, the last of a keyword
     /// counts.
-    static Preset of(const QString& name, const Settings& settings, int copies = 1);
+    static Preset of(const QString& name, const Settings& settings, const Handling& handling = {});
     /// Its choices, the page size first.
     Settings settings() const;
 };

@@ -37,6 +37,12 @@ Result<PresetOutput> show(const PresetStore& store, const PrinterIdentity& print
     for (const Setting& setting : preset->settings())
         output.lines << setting.keyword + u'=' + shownChoice(ppd, setting);
     output.lines << QStringLiteral("copies=%1").arg(preset->copies);
+    if (preset->isReversed)
+        output.lines << QStringLiteral("reversed=true");
+    if (!preset->isCollated)
+        output.lines << QStringLiteral("collated=false");
+    if (preset->fit != worker::Fit::Unchanged)
+        output.lines << QStringLiteral("fit=") + fitWord(preset->fit);
     if (ppd)
         output.warnings = describe(ppd, matchSettings(ppd, preset->settings()).missing);
     return output;

@@ -18,8 +18,9 @@ namespace presetcommands {
 
 /// One name a line.
 Result<PresetOutput> list(const PresetStore& store, const PrinterIdentity& printer);
-/// "KEYWORD=CHOICE" a line, page size first and "copies=N" last. With a PPD, what it no longer has
-/// is warned of, and a password is dots. @param ppd  may be null: nothing is compared.
+/// "KEYWORD=CHOICE" a line, page size first and "copies=N" behind them, then what
+/// else is no default of "reversed=true", "collated=false" and "fit=WORD". With a PPD, what it no
+/// longer has is warned of, and a password is dots. @param ppd  may be null: nothing is compared.
 Result<PresetOutput> show(const PresetStore& store, const PrinterIdentity& printer,
                           const QString& name, ppd_file_t* ppd = nullptr);
 Result<PresetOutput> save(PresetStore& store, const PrinterIdentity& printer, const Preset& preset,

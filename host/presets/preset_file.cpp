@@ -28,6 +28,9 @@ const QString kPresetsKey = QStringLiteral("presets");
 const QString kNameKey = QStringLiteral("name");
 const QString kPageSizeKey = QStringLiteral("pageSize");
 const QString kCopiesKey = QStringLiteral("copies");
+const QString kReversedKey = QStringLiteral("reversed");
+const QString kCollatedKey = QStringLiteral("collated");
+const QString kFitKey = QStringLiteral("fit");
 const QString kOptionsKey = QStringLiteral("options");
 
 std::optional<QString> problemOfOption(const QString& keyword, const QJsonValue& choice) {
@@ -57,6 +60,38 @@ bool isCopies(const QJsonValue& copies) {
            (number >= 1 && number <= kMaxCopies && std::floor(number) == number);
 }
 
+bool isTruthOrAbsent(const QJsonValue& value) {
+    return value.isUndefined() || value.isBool();
+}
+
+/// The rest of a sentence about how a preset handles pages, or nothing when that is good.
+std::optional<QString> problemOfHandling(const QJsonObject& entry) {
+    if (!isCopies(entry.value(kCopiesKey)))
+        return hostText("CopiesNoNumber").arg(kMaxCopies);
+    if (!isTruthOrAbsent(entry.value(kReversedKey)))
+        return hostText("ReversedNoTruth");
+    if (!isTruthOrAbsent(entry.value(kCollatedKey)))
+        return hostText("CollatedNoTruth");
+    const QJsonValue fit = entry.value(kFitKey);
+    if (!fit.isUndefined() && !fitNamed(fit.toString()))
+        return hostText("FitUnknown");
+    return std::nullopt;
+}
+
+Handling handlingOf(const QJsonObject& entry) {
+    return {entry.value(kCopiesKey).toInt(1), entry.value(kReversedKey).toBool(false),
+            entry.value(kCollatedKey).toBool(true),
+            fitNamed(entry.value(kFitKey).toString()).value_or(worker::Fit::Unchanged)};
+}
+
+/// Puts a value in; the default is left out.
+template<typename Value>
+void insert(QJsonObject& entry, const QString& key, const Value& value, const Value& absent) {
+    entry.remove(key);
+    if (value != absent)
+        entry.insert(key, value);
+}
+
 /// The rest of a sentence about a preset, or nothing when it is good.
 std::optional<QString> problemOf(const QJsonObject& entry) {
     if (!entry.value(kNameKey).isString())
@@ -66,16 +101,16 @@ std::optional<QString> problemOf(const QJsonObject& entry) {
     const QJsonValue pageSize = entry.value(kPageSizeKey);
     if (!pageSize.isUndefined() && !pageSize.isString())
         return hostText("PageSizeNoText");
-    if (!isCopies(entry.value(kCopiesKey)))
-        return hostText("CopiesNoNumber").arg(kMaxCopies);
+    if (const auto problem = problemOfHandling(entry))
+        return problem;
     return problemOfOptions(entry.value(kOptionsKey));
 }
 
 Preset presetOf(const QJsonObject& entry) {
-    Preset preset;
-    preset.name = entry.value(kNameKey).toString();
-    preset.pageSize = entry.value(kPageSizeKey).toString();
-    preset.copies = entry.value(kCopiesKey).toInt(1);
+    Preset preset{handlingOf(entry),
+                  entry.value(kNameKey).toString(),
+                  entry.value(kPageSizeKey).toString(),
+                  {}};
     const QJsonObject options = entry.value(kOptionsKey).toObject();
     for (auto option = options.begin(); option != options.end(); ++option)
         preset.options.insert(option.key(), option.value().toString());
@@ -99,9 +134,10 @@ QJsonObject filled(QJsonObject entry, const Preset& preset) {
     entry.insert(kNameKey, preset.name);
     entry.insert(kCopiesKey, preset.copies);
     entry.insert(kOptionsKey, options);
-    entry.remove(kPageSizeKey);
-    if (!preset.pageSize.isEmpty())
-        entry.insert(kPageSizeKey, preset.pageSize);
+    insert(entry, kReversedKey, preset.isReversed, false);
+    insert(entry, kCollatedKey, preset.isCollated, true);
+    insert(entry, kFitKey, fitWord(preset.fit), QString());
+    insert(entry, kPageSizeKey, preset.pageSize, QString());
     return entry;
 }
 

@@ -104,9 +104,9 @@ _labelcut() {
     options) options="-h --help $printers --timeout --preset --json" ;;
     panel-script | presets) options="-h --help" ;;
     "presets list" | "presets show" | "presets remove") options="-h --help $printers --timeout" ;;
-    "presets save") options="-h --help $printers --timeout $choices -n --copies --replace" ;;
+    "presets save") options="-h --help $printers --timeout $choices -n --copies --reverse --no-collate --fit --replace" ;;
     "presets rename") options="-h --help $printers --timeout --replace" ;;
-    print) options="-h --help $printers --timeout $choices --preset -n --copies --pages -o --output -t --title" ;;
+    print) options="-h --help $printers --timeout $choices --preset -n --copies --pages --reverse --no-collate --fit -o --output -t --title" ;;
     snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
   esac
 
@@ -132,6 +132,7 @@ _labelcut() {
       words=$(_labelcut_presets) kind=names
       ;;
     --language) words=${languages// /$'\n'} ;;
+    --fit) words=$'actual\nscale\nturn' ;;
     --timeout | -n | --copies | --pages | -t | --title | --scale) return ;;
     *)
       if [[ $cur == -* ]]; then

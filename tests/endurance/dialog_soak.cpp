@@ -53,7 +53,6 @@ private:
         case 2:
             return openTab(dialog, below(dialog.tabs().count()));
         case 3: {
-            openTab(dialog, 1);
             QComboBox& box = optionBox(dialog, "PageSize");
             QTest::keyClick(&box, below(2) ? Qt::Key_Down : Qt::Key_Up);
             return settle();

@@ -162,10 +162,10 @@ bool turnUntilTold(const PrintDialog& dialog, const char* words) {
 }
 
 void makeChoices(PrintDialog& dialog) {
-    openTab(dialog, 0);
+    openTab(dialog, kPanelTab);
     click(*part<QCheckBox>(dialog, "mHalfCutChkBx"));
     click(*part<QCheckBox>(dialog, "mChainPrintChkBx"));
-    openTab(dialog, 2);
+    openTab(dialog, kFeaturesTab);
     choose(optionBox(dialog, "Density"), QStringLiteral("Dark"));
 }
 

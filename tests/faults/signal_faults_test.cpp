@@ -86,7 +86,8 @@ TEST_P(EndingTest, ACommandAtManyPagesGoesSoonAndLeavesNothing) {
     const QString document =
         fileWith(mHome.path(QStringLiteral("many.pdf")), pdfOfPages(kManyPages));
     RunningProgram program({QStringLiteral("print"), document, QStringLiteral("--ppd"), kTapePpd,
-                            QStringLiteral("-o"), mHome.path(QStringLiteral("out.ps"))});
+                            QStringLiteral("--fit"), QStringLiteral("scale"), QStringLiteral("-o"),
+                            mHome.path(QStringLiteral("out.ps"))});
     ASSERT_TRUE(turnUntil([&] { return !mTemporaries.entries().isEmpty(); }));
     turnFor(500);
     program.signal(GetParam());

@@ -129,7 +129,7 @@ TEST_F(TextSecurityTest, NoTextIsTakenForMarkupAnywhereInTheWindow) {
         expectPlain(*dialog);
     }
     // A conflict puts titles into sentences, offers and tool tips.
-    openTab(*dialog, 2);
+    openTab(*dialog, kFeaturesTab);
     choose(optionBox(*dialog, "Density"), QStringLiteral("Dark"));
     choose(optionBox(*dialog, "Quality"), QStringLiteral("Best"));
     settleWithFix(*dialog);

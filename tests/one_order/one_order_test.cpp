@@ -32,8 +32,8 @@ struct Wanted {
     const char* name;
     QString ppd;
     Settings settings;
-    int copies;
     PageSelection pages;
+    Handling handling;
 };
 
 void PrintTo(const Wanted& wanted, std::ostream* out) {
@@ -76,7 +76,14 @@ protected:
         QStringList arguments{QStringLiteral("print"), QStringLiteral("--printer"), kQueue};
         for (const Setting& setting : GetParam().settings)
             arguments << QStringLiteral("--set") << setting.keyword + u'=' + setting.choice;
-        arguments << QStringLiteral("--copies") << QString::number(GetParam().copies);
+        const Handling& handling = GetParam().handling;
+        arguments << QStringLiteral("--copies") << QString::number(handling.copies);
+        if (handling.isReversed)
+            arguments << QStringLiteral("--reverse");
+        if (!handling.isCollated)
+            arguments << QStringLiteral("--no-collate");
+        if (handling.fit != worker::Fit::Unchanged)
+            arguments << QStringLiteral("--fit") << fitWord(handling.fit);
         if (!GetParam().pages.isEverything())
             arguments << QStringLiteral("--pages") << toString(GetParam().pages);
         const Outcome outcome =
@@ -99,7 +106,7 @@ protected:
             [&] { return dialog.model().pageCount() > 0 && dialog.model().hasPrinter(); }));
         lookAtEveryPage(dialog);
         dialog.model().setPages(GetParam().pages);
-        EXPECT_TRUE(dialog.model().chooseAll(GetParam().settings, GetParam().copies).isEmpty());
+        EXPECT_TRUE(dialog.model().chooseAll(GetParam().settings, GetParam().handling).isEmpty());
         settle();
         click(*part<QPushButton>(dialog, "print"));
         ASSERT_TRUE(turnUntil([&] { return !dialog.isVisible(); }));
@@ -149,32 +156,32 @@ TEST_P(OneOrderTest, GivesTheSameJobAndTheSameWorldToPanels) {
 
 INSTANTIATE_TEST_SUITE_P(
     Choices, OneOrderTest,
-    testing::Values(Wanted{"Nothing", kTapePpd, {}, 1, {}},
+    testing::Values(Wanted{"Nothing", kTapePpd, {}, {}, {}},
                     Wanted{"HalfCutMirrorAndPages",
                            kTapePpd,
                            {{QStringLiteral("KvHalfCut"), QStringLiteral("ON")},
                             {QStringLiteral("KvMirror"), QStringLiteral("ON")},
                             {QStringLiteral("Quality"), QStringLiteral("Best")}},
-                           3,
-                           PageSelection({2, 5})},
+                           PageSelection({2, 5}),
+                           {3}},
                     Wanted{"LabelSizeOfFixedLength",
                            kTapePpd,
                            {{QStringLiteral("PageSize"), QStringLiteral("DC24")},
                             {QStringLiteral("KvChainPrint"), QStringLiteral("ON")}},
-                           1,
-                           *parsePageSelection(QStringLiteral("3,5-7,9-"))},
+                           *parsePageSelection(QStringLiteral("3,5-7,9-")),
+                           {2, true, false, worker::Fit::Scale}},
                     Wanted{"LabelSizeOfTheUsersOwn",
                            kTapePpd,
                            {{QStringLiteral("PageSize"), QStringLiteral("Custom.24x120mm")},
                             {QStringLiteral("Density"), QStringLiteral("Dark")}},
-                           2,
-                           {}},
+                           {},
+                           {2, true, true, worker::Fit::Turn}},
                     Wanted{"CutEveryFive",
                            kRollPpd,
                            {{QStringLiteral("KvCutLabel"), QStringLiteral("5")},
                             {QStringLiteral("KvAutoTapeCut"), QStringLiteral("ON")},
                             {QStringLiteral("KvMirror"), QStringLiteral("ON")}},
-                           1,
+                           {},
                            {}}),
     [](const auto& instance) { return std::string(instance.param.name); });
 

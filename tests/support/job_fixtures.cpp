@@ -25,18 +25,6 @@ QByteArray run(const QString& program, const QStringList& arguments, const QByte
 
 } // namespace
 
-QByteArray pdfOf(const QList<QByteArray>& objects) {
-    QByteArray bytes = "%PDF-1.4\n";
-    QByteArray table;
-    for (int i = 0; i < objects.size(); ++i) {
-        table += QByteArray::number(bytes.size()).rightJustified(10, '0') + " 00000 n \n";
-        bytes += QByteArray::number(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
-    }
-    const QByteArray count = QByteArray::number(objects.size() + 1);
-    return bytes + "xref\n0 " + count + "\n0000000000 65535 f \n" + table + "trailer\n<< /Size " +
-           count + " /Root 1 0 R >>\nstartxref\n" + QByteArray::number(bytes.size()) + "\n%%EOF\n";
-}
-
 QString Folder::file(const QString& name, const QByteArray& content) const {
     QFile file(path(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));

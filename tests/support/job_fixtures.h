@@ -10,6 +10,7 @@
 
 #include "host/documents/job_document.h"
 #include "host/settings/ppd_calls.h"
+#include "tests/support/made_pdf.h"
 #include "tests/support/surroundings.h"
 
 namespace labelcut::test {
@@ -35,9 +36,6 @@ private:
 /// The sample printer for tape, or a PPD with `lines` and one paper; with its defaults marked.
 ppd::File tapePrinter();
 ppd::File printerWith(const QByteArray& lines);
-
-/// Objects, table and trailer of a PDF file made of `objects`, the first of which is the catalogue.
-QByteArray pdfOf(const QList<QByteArray>& objects);
 
 QByteArray contentOf(const QString& path);
 /// What Ghostscript says when it executes the PostScript file at `path` and then `code`.

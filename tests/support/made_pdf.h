@@ -3,9 +3,7 @@
 #pragma once
 
 #include <QByteArray>
-
-#include <cstddef>
-#include <vector>
+#include <QList>
 
 namespace labelcut::test {
 
@@ -13,7 +11,7 @@ namespace labelcut::test {
 inline constexpr int kManyPages = 60'000;
 
 /// A PDF file of these objects, numbered from 1; the first is the catalog.
-inline QByteArray pdfOf(const std::vector<QByteArray>& objects) {
+inline QByteArray pdfOf(const QList<QByteArray>& objects) {
     QByteArray pdf = "%PDF-1.6\n";
     QByteArray table;
     int number = 0;
@@ -57,12 +55,12 @@ inline QByteArray pdfOfPages(int pages) {
     QByteArray kids;
     for (int page = 0; page < pages; ++page)
         kids += QByteArray::number(kFirstPage + page) + " 0 R ";
-    std::vector<QByteArray> objects{"<< /Type /Catalog /Pages 2 0 R >>",
-                                    "<< /Type /Pages /Kids [" + kids + "] /Count " +
-                                        QByteArray::number(pages) + " >>",
-                                    contentStream("9 9 20 20 re f")};
-    objects.insert(objects.end(), static_cast<std::size_t>(pages),
-                   "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Contents 3 0 R >>");
+    QList<QByteArray> objects{"<< /Type /Catalog /Pages 2 0 R >>",
+                              "<< /Type /Pages /Kids [" + kids + "] /Count " +
+                                  QByteArray::number(pages) + " >>",
+                              contentStream("9 9 20 20 re f")};
+    objects.append(QList<QByteArray>(
+        pages, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Contents 3 0 R >>"));
     return pdfOf(objects);
 }
 

@@ -130,7 +130,7 @@ TEST(MessageTest, PicturesOfNoMeasureOrOneBeyondAllLimitsAreRefused) {
     EXPECT_TRUE(decodeRequest(encode(Request(Render{1, 4000, 4000}))));
     EXPECT_FALSE(decodeAnswer(encode(Answer(Shown{0}))));
     EXPECT_FALSE(decodeAnswer(encode(Answer(Shown{kMostPages + 1}))));
-    EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Drawn{})), 1, 3))) << "no such direction";
+    EXPECT_FALSE(decodeAnswer(changed(encode(Answer(Drawn{})), 1, 4))) << "no such direction";
 }
 
 TEST(MessageTest, ALongTextIsCutWhereItIsSentAndRefusedWhereItArrives) {

@@ -48,7 +48,7 @@ void checkPreset(const PresetFile& file, const Preset& preset) {
     require(!presetNameProblem(preset.name), "a preset's name is one");
     require(preset.copies >= 1 && preset.copies <= kMaxCopies, "copies are in their range");
     require(file.find(preset.name) == preset, "a preset is found by its name");
-    require(Preset::of(preset.name, preset.settings(), preset.copies) == preset,
+    require(Preset::of(preset.name, preset.settings(), preset) == preset,
             "a preset's settings make it again");
 
     PresetFile same = file;

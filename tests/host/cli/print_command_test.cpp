@@ -117,9 +117,9 @@ TEST_F(PrintCommandTest, WhatIsAskedIsWhatIsPrintedOnEveryPrinter) {
          "--set kvhalfcut=on --set KvChainPrint=ON --set KvMirror=ON",
          {"KvHalfCut=ON", "KvChainPrint=ON", "KvMirror=ON"}},
         {kTapePpd,
-         "--page-size DC24 --set KvRemoveBlkSpace=ON",
+         "--fit scale --page-size DC24 --set KvRemoveBlkSpace=ON",
          {"PageSize=DC24", "KvRemoveBlkSpace=ON"}},
-        {kTapePpd, "--page-size AV24x48", {"PageSize=AV24x48"}},
+        {kTapePpd, "--fit scale --page-size AV24x48", {"PageSize=AV24x48"}},
         {kTapePpd, "--set Density=Dark", {"Density=Dark"}},
         {kRollPpd, "", {"KvCutLabel=1", "KvAutoTapeCut=ON", "KvCutAtEnd=OFF"}},
         {kRollPpd, "--set KvAutoTapeCut=ON", {"KvAutoTapeCut=ON", "KvCutLabel=1"}},
@@ -176,7 +176,7 @@ TEST_F(PrintCommandTest, ACustomValueOfSeveralPartsArrives) {
 
 TEST_F(PrintCommandTest, CopiesPagesAndCustomValuesArrive) {
     const Outcome outcome = print("--copies 3 --pages 2-4 --set FeedLength=Custom.30 "
-                                  "--page-size Custom.50x300 --title Shelf");
+                                  "--page-size Custom.50x300 --fit scale --title Shelf");
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("Printed 3 labels (pages 2-4), 3 copies of "));
     EXPECT_THAT(outcome.out, HasSubstr("(PageSize=Custom.50x300)"));
@@ -272,6 +272,37 @@ TEST_F(PrintCommandTest, SeveralRangesArePrinted) {
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("Printed 9 labels (pages 1,3,5-7,9-) of "));
     EXPECT_TRUE(contentOf(output()).contains("\n%%Pages: 9\n"));
+}
+
+TEST_F(PrintCommandTest, AnEdgeThatWouldBeLostIsToldWithTheWaysOut) {
+    EXPECT_THAT(refusalOf("--page-size DC24 --pages 2"),
+                HasSubstr("Page 2 is 24 mm × 50 mm, the label is 24 mm × 24 mm: an edge would be "
+                          "lost. Use --fit scale, --fit turn or --fit actual, or another --set "
+                          "PageSize=…."));
+    EXPECT_THAT(refusalOf("--page-size DC24 --pages 2,4-"),
+                HasSubstr("an edge would be lost, as on 10 pages in all. Use --fit"));
+    for (const char* fit : {"scale", "turn", "actual"}) {
+        const Outcome outcome =
+            print((std::string("--page-size DC24 --pages 2 --fit ") + fit).c_str());
+        EXPECT_EQ(outcome.status, 0) << fit << ": " << outcome.err;
+        const std::vector<QRectF> boxes = inkBoxes(output());
+        ASSERT_EQ(boxes.size(), 1U) << fit;
+        EXPECT_TRUE(QRectF(-0.5, -0.5, 69, 69).contains(boxes[0])) << fit;
+    }
+}
+
+TEST_F(PrintCommandTest, OrderAndRepeatsStandInThePages) {
+    const Outcome outcome = print("--pages 1-3 --copies 2 --reverse --no-collate");
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("Printed 3 labels (pages 1-3), last page first, 2 copies of "
+                                       "each page in a row of "));
+    const QByteArray bytes = contentOf(output());
+    EXPECT_TRUE(bytes.contains("\n%%Pages: 6\n"));
+    EXPECT_FALSE(bytes.contains("BeginNonPPDFeature: NumCopies"));
+    const std::vector<QRectF> boxes = inkBoxes(output());
+    ASSERT_EQ(boxes.size(), 6U);
+    for (std::size_t i = 0; i < 6; i += 2)
+        EXPECT_EQ(boxes[i], boxes[i + 1]) << i;
 }
 
 TEST_F(PrintCommandTest, ARangeBehindTheLastPageIsRefused) {

@@ -121,6 +121,8 @@ TEST(UsageTest, AValueOutOfRangeIsNamedWithTheRange) {
         {words("print f -n -1"), "--copies -1: give a whole number"},
         {words("presets save a -n 10000"), "--copies 10000: give a whole number from 1 to 9999"},
         {words("print f --timeout 0"), "--timeout 0: give a number from 0.1 to 3600 (see"},
+        {words("print f --fit wide"), "--fit wide: give actual, scale or turn (see"},
+        {words("presets save a --fit ACTUAL"), "--fit ACTUAL: give actual, scale or turn"},
         {words("options --timeout nan"), "--timeout nan: give a number"},
         {words("options --timeout inf"), "--timeout inf: give a number"},
         {words("snapshot -o a --scale nan"), "--scale nan: give a number from 0.5 to 8 (see"},

@@ -99,6 +99,10 @@ void choose(QComboBox& box, int index);
 /// The same by the entry's data.
 void choose(QComboBox& box, const QString& data);
 /// The page of that position comes to the front.
+/// The tabs of a printer with one panel.
+inline constexpr int kPanelTab = 0;
+inline constexpr int kFeaturesTab = 1;
+inline constexpr int kSummaryTab = 2;
 void openTab(PrintDialog& dialog, int index);
 /// The pop-up of a PPD option on the dialog's own pages.
 QComboBox& optionBox(const PrintDialog& dialog, const char* keyword);

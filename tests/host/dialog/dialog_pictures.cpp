@@ -154,11 +154,10 @@ void takePrintersByPpd(Camera& camera, const PrivateHome& home) {
     camera.take(*openDialog(kTapePpd, unknown), QStringLiteral("told"));
 
     const auto paper = openDialog(kTapePpd);
-    openTab(*paper, 1);
     choose(optionBox(*paper, "PageSize"), QStringLiteral("Custom"));
     camera.take(*paper, QStringLiteral("custom-paper"));
     const auto custom = openDialog(kTapePpd);
-    openTab(*custom, 2);
+    openTab(*custom, kFeaturesTab);
     choose(optionBox(*custom, "FeedLength"), QStringLiteral("Custom"));
     camera.take(*custom, QStringLiteral("custom"));
     type(*optionBox(*custom, "FeedLength").parentWidget()->findChild<QLineEdit*>(),
@@ -192,7 +191,7 @@ void takePausedQueue(Camera& camera) {
         return dialog->model().pageCount() > 0 && !dialog->printerMessages().texts().isEmpty();
     });
     camera.take(*dialog, QStringLiteral("paused"));
-    openTab(*dialog, 3);
+    openTab(*dialog, kSummaryTab);
     camera.take(*dialog, QStringLiteral("paused-summary"));
 }
 

@@ -72,7 +72,7 @@ TEST_F(FieldsTest, EveryPopUpIsNamedByTheLabelBesideIt) {
          std::initializer_list<std::tuple<QWidget*, const char*, const char*>>{
              {&features, "choices-FeedLength", "Feed after printing"},
              {&features, "choices-Quality", "Quality"},
-             {&pages, "choices-PageSize", "Paper:"}}) {
+             {&pages, "choices-PageSize", "Label size:"}}) {
         auto* choices = part<QComboBox>(*page, keyword);
         ASSERT_TRUE(choices);
         QStringList names = namesGivenBy(*choices);

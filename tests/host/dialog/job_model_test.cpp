@@ -590,8 +590,9 @@ TEST_F(JobModelTest, TheWholeSummaryTellsTheJobEveryPanelAndWhatElseWasChanged) 
             lines << title + u'=' + value;
         return lines.join(u'\n').toStdString();
     };
-    EXPECT_EQ(text(groups[0]), "Job\nPrinter=Labelcut Tape Sample, 1.0\nPaper=24 mm tape (24 mm × "
-                               "50 mm)\nLabels=2-5\nCopies=3");
+    EXPECT_EQ(text(groups[0]),
+              "Job\nPrinter=Labelcut Tape Sample, 1.0\nLabel size=24 mm tape (24 mm × "
+              "50 mm)\nLabels=2-5\nCopies=3");
     EXPECT_THAT(text(groups[1]), HasSubstr("Half cut=Yes"));
     EXPECT_EQ(text(groups[2]), "Printer Features\nQuality=Best");
     mModel.choose(kQuality, QStringLiteral("Normal"));
@@ -636,12 +637,49 @@ TEST_F(JobModelTest, CopiesCountedUpAndDownAgainLeaveNothingToUndo) {
 TEST_F(JobModelTest, ChoicesAndCopiesOfAPresetAreOneStep) {
     open(kTapePpd);
     showPanel();
-    mModel.chooseAll({{kHalfCut, kOn}}, 7);
+    mModel.chooseAll({{kHalfCut, kOn}}, Handling{7});
     EXPECT_EQ(mModel.copies(), 7);
     mModel.undo();
     EXPECT_EQ(mModel.copies(), 1);
     EXPECT_EQ(choice(kHalfCut), "OFF");
     EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, UndoTakesBackOrderCollationAndFit) {
+    open(kTapePpd);
+    showPanel();
+    mModel.setReversed(true);
+    mModel.setCollated(false);
+    mModel.setFit(worker::Fit::Scale);
+    EXPECT_EQ(mModel.handling(), (Handling{1, true, false, worker::Fit::Scale}));
+    mModel.undo();
+    EXPECT_EQ(mModel.fit(), worker::Fit::Unchanged);
+    EXPECT_FALSE(mModel.isCollated());
+    mModel.undo();
+    EXPECT_TRUE(mModel.isCollated());
+    EXPECT_TRUE(mModel.isReversed());
+    mModel.undo();
+    EXPECT_FALSE(mModel.isReversed());
+    EXPECT_FALSE(mModel.canUndo());
+}
+
+TEST_F(JobModelTest, TheCommandAndTheSummarySayHowPagesAreHandled) {
+    open(kTapePpd);
+    showPanel();
+    mModel.setFiles({kLabels});
+    mModel.setCopies(3);
+    mModel.setReversed(true);
+    mModel.setCollated(false);
+    mModel.setFit(worker::Fit::Turn);
+    EXPECT_THAT(labelcutCommand(mModel).toStdString(),
+                HasSubstr(" --copies 3 --reverse --no-collate --fit turn -o labels.ps -- "));
+    QStringList lines;
+    const SummaryGroup job = wholeSummary(mModel).front();
+    for (const auto& [title, value] : job.lines)
+        lines << title + u'=' + value;
+    EXPECT_THAT(lines.join(u'\n').toStdString(),
+                HasSubstr("Copies=3, one label after the other\nOrder=Last label first\nSize of "
+                          "pages=Actual size, turned"));
 }
 
 TEST_F(JobModelTest, CopiesChosenBeforeThereIsAPrinterAreNoStep) {

@@ -284,9 +284,8 @@ TEST_F(PrintDialogTest, TheToolTipOfRemoveBlankSpaceFollowsThePaper) {
     const auto& box = control<QCheckBox>("mRemoveBlkSpaceChkBx");
     const QString usual = box.toolTip();
     for (const auto& [paper, isFixed] : {std::pair("DC24", true), std::pair("T12", false)}) {
-        openTab(*mDialog, 1);
         choose(optionBox(*mDialog, "PageSize"), QLatin1String(paper));
-        openTab(*mDialog, 0);
+        openTab(*mDialog, kPanelTab);
         EXPECT_EQ(box.isEnabled(), !isFixed) << paper;
         EXPECT_EQ(box.toolTip().toStdString(),
                   isFixed ? "This paper has a fixed length, so blank space stays"
@@ -297,7 +296,7 @@ TEST_F(PrintDialogTest, TheToolTipOfRemoveBlankSpaceFollowsThePaper) {
 
 TEST_F(PrintDialogTest, AFeatureIsChosenAndSetBack) {
     open();
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     auto& quality = optionBox(*mDialog, "Quality");
     choose(quality, QStringLiteral("Best"));
     EXPECT_EQ(choice("Quality"), "Best");
@@ -324,7 +323,7 @@ TEST_F(PrintDialogTest, EverythingIsSetBackAtOnceAndTakenBack) {
 
 TEST_F(PrintDialogTest, ACustomLengthIsTakenInTheUsersUnit) {
     open();
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     auto& feed = optionBox(*mDialog, "FeedLength");
     choose(feed, QStringLiteral("Custom"));
     auto* length = feed.parentWidget()->findChild<QLineEdit*>();
@@ -339,16 +338,16 @@ TEST_F(PrintDialogTest, ACustomLengthIsTakenInTheUsersUnit) {
 
 TEST_F(PrintDialogTest, PrintSaysWhatIsOutOfBoundsInsteadOfPrintingSomethingElse) {
     open();
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     auto& feed = optionBox(*mDialog, "FeedLength");
     choose(feed, QStringLiteral("Custom"));
     auto* length = feed.parentWidget()->findChild<QLineEdit*>();
     const std::string before = choice("FeedLength");
     type(*length, QStringLiteral("9999"));
-    openTab(*mDialog, 0);
+    openTab(*mDialog, kPanelTab);
     press("print");
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("“Feed after printing” takes values from")));
-    EXPECT_EQ(mDialog->tabs().currentIndex(), 2) << "where the cause is";
+    EXPECT_EQ(mDialog->tabs().currentIndex(), kFeaturesTab) << "where the cause is";
     EXPECT_EQ(length->text().toStdString(), "9999") << "stays to be put right";
     EXPECT_EQ(choice("FeedLength"), before);
     EXPECT_FALSE(mDialog->findChild<QFileDialog*>());
@@ -360,7 +359,7 @@ TEST_F(PrintDialogTest, PrintSaysWhatIsOutOfBoundsInsteadOfPrintingSomethingElse
 
 TEST_F(PrintDialogTest, WhatWasSaidAboutATypedValueGoesAsSoonAsTheValueIsRight) {
     open();
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     auto& feed = optionBox(*mDialog, "FeedLength");
     choose(feed, QStringLiteral("Custom"));
     auto* length = feed.parentWidget()->findChild<QLineEdit*>();
@@ -401,7 +400,6 @@ TEST_F(PrintDialogTest, APasswordIsNowhereToBeReadAndNotKept) {
 
 TEST_F(PrintDialogTest, PrintSaysWhatIsWrongWithARange) {
     open();
-    openTab(*mDialog, 1);
     auto& range = control<QLineEdit>("pageRange");
     type(range, QStringLiteral("5-2"));
     press("print");
@@ -423,12 +421,12 @@ TEST_F(PrintDialogTest, PagesAreMadeWhenTheyAreFirstLookedAt) {
     const QString field = QStringLiteral("choices-Quality");
     EXPECT_FALSE(dialog.findChild<QComboBox*>(field));
     dialog.model().choose(kQuality, QStringLiteral("Best"));
-    openTab(dialog, 2);
+    openTab(dialog, kFeaturesTab);
     auto* made = dialog.findChild<QComboBox*>(field);
     ASSERT_TRUE(made);
     EXPECT_EQ(made->currentData().toString().toStdString(), "Best");
-    openTab(dialog, 0);
-    openTab(dialog, 2);
+    openTab(dialog, kPanelTab);
+    openTab(dialog, kFeaturesTab);
     EXPECT_EQ(dialog.findChild<QComboBox*>(field), made) << "once";
     EXPECT_FALSE(dialog.findChild<QGroupBox*>(QStringLiteral("summary")));
 }
@@ -449,7 +447,6 @@ TEST_F(PrintDialogTest, WithoutAnyPlugInItSaysSoAndStillHasItsOwnPages) {
 
 TEST_F(PrintDialogTest, UndoShowsTheCopiesAndTheRangeThatWere) {
     open();
-    openTab(*mDialog, 1);
     control<QSpinBox>("copies").setFocus();
     QTest::keyClick(&control<QSpinBox>("copies"), Qt::Key_Up);
     type(control<QLineEdit>("pageRange"), QStringLiteral("2-5"));
@@ -479,7 +476,7 @@ TEST_F(PrintDialogTest, ItShowsTheRangeAndCopiesThatItWasOpenedWith) {
 
 TEST_F(PrintDialogTest, AConflictIsNamedWithAFixAndAnUndoAndPrintRefuses) {
     open(conflictingPpd(mHome));
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     choose(optionBox(*mDialog, "Density"), QStringLiteral("Dark"));
     choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
     const std::string sentence = "“Print density: Dark” and “Quality: Best” exclude each other.";
@@ -587,8 +584,12 @@ TEST_F(PrintDialogTest, TheTabKeyGoesThroughTheWindowAsItIsRead) {
     const auto placeOf = [&](const char* name) {
         return std::ranges::find(names, QLatin1String(name)) - names.begin();
     };
-    const char* order[] = {"chooseFiles",   "printers",           "copies", "savePreset",
-                           "mAutoCutChkBx", "mOptionPopUpButton", "print",  "cancel"};
+    const char* order[] = {"chooseFiles",   "printers",
+                           "strip",         "turnStrip",
+                           "mAutoCutChkBx", "mOptionPopUpButton",
+                           "copies",        "choices-PageSize",
+                           "savePreset",    "print",
+                           "cancel"};
     for (std::size_t i = 1; i < std::size(order); ++i) {
         EXPECT_LT(placeOf(order[i]), static_cast<std::ptrdiff_t>(names.size())) << order[i];
         EXPECT_LT(placeOf(order[i - 1]), placeOf(order[i])) << order[i];
@@ -661,7 +662,7 @@ TEST_F(PrintDialogTest, TheWindowDoesNotJump) {
 
 TEST_F(PrintDialogTest, TheCommandIsCopied) {
     open();
-    openTab(*mDialog, 3);
+    openTab(*mDialog, kSummaryTab);
     QApplication::clipboard()->clear();
     press("copyLabelcut");
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
@@ -882,7 +883,7 @@ TEST_F(PrintDialogTest, EveryColourComesFromThePalette) {
 TEST_F(PrintDialogTest, ChoicesAreKeptForEachPrinterWhileTheWindowIsOpen) {
     open();
     click(control<QCheckBox>("mHalfCutChkBx"));
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     choose(optionBox(*mDialog, "Quality"), QStringLiteral("Best"));
     control<QSpinBox>("copies").setValue(3);
     chooseFile(kRollPpd);
@@ -1004,7 +1005,6 @@ TEST_F(PrintDialogTest, WithoutAPrintServiceTheListOpensAndBringsTheExplanationB
 
 TEST_F(PrintDialogTest, TheButtonPromisesNothingWhileTheRangeIsNotUnderstood) {
     open();
-    openTab(*mDialog, 1);
     auto& range = control<QLineEdit>("pageRange");
     const auto& print = control<QPushButton>("print");
     for (const char* text : {"8-3", "1,3,x", "x"}) {
@@ -1025,7 +1025,6 @@ TEST_F(PrintDialogTest, TheButtonPromisesNothingWhileTheRangeIsNotUnderstood) {
 
 TEST_F(PrintDialogTest, UndoEndsARangeThatIsNotUnderstood) {
     open();
-    openTab(*mDialog, 1);
     auto& range = control<QLineEdit>("pageRange");
     type(range, QStringLiteral("2-6"));
     type(range, QStringLiteral("8-3"));
@@ -1070,13 +1069,13 @@ TEST_F(PrintDialogTest, FilesAreAskedForByAPlainTitleAndByWhatCanBePrinted) {
 
 TEST_F(PrintDialogTest, APageOutOfSightIsUpToDateWhenItIsLookedAt) {
     open();
-    openTab(*mDialog, 2);
-    openTab(*mDialog, 0);
+    openTab(*mDialog, kFeaturesTab);
+    openTab(*mDialog, kPanelTab);
     auto& quality = optionBox(*mDialog, "Quality");
     model().choose(kQuality, QStringLiteral("Best"));
     settle();
     EXPECT_EQ(quality.currentData().toString().toStdString(), "Normal") << "nobody looks";
-    openTab(*mDialog, 2);
+    openTab(*mDialog, kFeaturesTab);
     EXPECT_EQ(quality.currentData().toString().toStdString(), "Best");
 }
 

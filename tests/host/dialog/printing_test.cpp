@@ -63,10 +63,10 @@ protected:
     bool isOver() const { return !mDialog->isVisible(); }
     /// Half cut, chain printing and dark print: by clicks, as a user does.
     void makeChoices() const {
-        openTab(*mDialog, 0);
+        openTab(*mDialog, kPanelTab);
         click(control<QCheckBox>("mHalfCutChkBx"));
         click(control<QCheckBox>("mChainPrintChkBx"));
-        openTab(*mDialog, 2);
+        openTab(*mDialog, kFeaturesTab);
         choose(optionBox(*mDialog, "Density"), QStringLiteral("Dark"));
     }
 

@@ -109,7 +109,6 @@ private:
         }
     }
     void choosesAPaper() {
-        openTab(mDialog, 1);
         auto& box = optionBox(mDialog, "PageSize");
         const int index = below(box.count());
         choose(box, index);
@@ -167,7 +166,6 @@ private:
         did("changed copies");
     }
     void typesARange() {
-        openTab(mDialog, 1);
         const char* ranges[] = {"2-5", "3-", "-4", "7", "nonsense", "5-2"};
         const QString text = QLatin1String(ranges[below(6)]);
         type(*part<QLineEdit>(mDialog, "pageRange"), text);

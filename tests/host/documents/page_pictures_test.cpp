@@ -358,6 +358,16 @@ TEST_F(AttackedPicturesTest, MemoryStaysFlatHoweverManyPagesWereWanted) {
     EXPECT_LT(static_cast<double>(heldMemory()), 1.2 * static_cast<double>(afterSome));
 }
 
+TEST_F(AttackedPicturesTest, TheEventLoopTurnsHoweverManyPagesAreInSight) {
+    attack("crash", kNoPage, 10s);
+    constexpr int kMany = 2'000;
+    const test::Pulse pulse;
+    mPictures->want(wishesFor(1, kMany, {100, 250}));
+    ASSERT_TRUE(turnUntil([&] { return mTold->pages.size() == kMany; }));
+    EXPECT_GT(mPictures->kept(), PagePictures::kMostKept);
+    EXPECT_LT(pulse.longestPause(), test::kSoon / 2);
+}
+
 TEST_F(AttackedPicturesTest, PagesInSightStayHoweverLargeTheyAre) {
     attack("crash", kNoPage, 10s);
     constexpr QSize kHuge(2'000, 2'500);

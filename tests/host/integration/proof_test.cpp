@@ -111,6 +111,12 @@ protected:
             arguments << QStringLiteral("--set") << QString::fromLatin1(choice);
         return arguments;
     }
+    /// The sample's pages are larger than a die-cut label.
+    QStringList fit() const {
+        return choices().contains(QStringLiteral("PageSize=DC24"))
+                   ? QStringList{QStringLiteral("--fit"), QStringLiteral("scale")}
+                   : QStringList();
+    }
     QString queue() const { return QString::fromLatin1(GetParam().queue); }
 
     /// Prints the sample labels on the queue. @return the job's number, 0 when that failed.
@@ -118,7 +124,7 @@ protected:
         Start start;
         start.arguments =
             QStringList{QStringLiteral("print"), kLabels, QStringLiteral("--printer"), queue()} +
-            more;
+            fit() + more;
         start.environment[QStringLiteral("CUPS_SERVER")] = sService->socketPath();
         const Outcome outcome = run(start);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
@@ -144,7 +150,7 @@ protected:
         const Outcome outcome =
             run(QStringList{QStringLiteral("print"), kLabels, QStringLiteral("--ppd"),
                             GetParam().ppd, QStringLiteral("-o"), output} +
-                more);
+                fit() + more);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         return contentOf(output);
     }

@@ -88,7 +88,7 @@ TEST_F(PresetCommandsTest, ChoicesBecomeAPresetAndBack) {
     const Settings typed{{text("KvHalfCut"), text("OFF")},
                          {text("PageSize"), text("DC24")},
                          {text("KvHalfCut"), text("ON")}};
-    const Preset preset = Preset::of(text("a"), typed, 2);
+    const Preset preset = Preset::of(text("a"), typed, Handling{2});
     EXPECT_EQ(preset.pageSize, text("DC24"));
     EXPECT_EQ(preset.copies, 2);
     EXPECT_EQ(preset.settings(),

@@ -337,6 +337,22 @@ TEST_F(PresetStoreTest, ADamagedPresetLosesNothingElse) {
     EXPECT_EQ(store.list(kTape).problems.size(), 9);
 }
 
+TEST_F(PresetStoreTest, HandlingIsKeptAndItsDefaultsAreNotWritten) {
+    const Handling odd{2, true, false, worker::Fit::Scale};
+    ASSERT_TRUE(store.save(kTape, Preset::of(text("a"), {}, odd), Overwrite::No));
+    EXPECT_EQ(static_cast<const Handling&>(*store.load(kTape, text("a"))), odd);
+    for (const char* member : {"\"reversed\": true", "\"collated\": false", "\"fit\": \"scale\""})
+        EXPECT_TRUE(contentOf(file).contains(member)) << member;
+    ASSERT_TRUE(store.save(kTape, Preset::of(text("a"), {}), Overwrite::Yes));
+    EXPECT_EQ(static_cast<const Handling&>(*store.load(kTape, text("a"))), Handling());
+    for (const char* member : {"reversed", "collated", "fit"})
+        EXPECT_FALSE(contentOf(file).contains(member)) << member;
+    writeFile(file, fileOf(R"([{"name":"r","reversed":1}, {"name":"c","collated":"no"},
+                               {"name":"f","fit":"wide"}, {"name":"n","fit":1}, {"name":"old"}])"));
+    EXPECT_EQ(names(store), QStringList{text("old")});
+    EXPECT_EQ(store.list(kTape).problems.size(), 4);
+}
+
 TEST_F(PresetStoreTest, AFullDiskLeavesTheOldFile) {
     saveAll(store, {text("a")});
     const QByteArray before = contentOf(file);
