@@ -653,8 +653,8 @@ TEST_F(OnServiceTest, AJobThatWasSentIsCancelledAndCanBePrintedAgain) {
     click(control<QPushButton>("print"));
     ASSERT_TRUE(turnUntilVisible("cancelJob"));
     const int job = spokenOf();
-    click(control<QPushButton>("cancelJob"));
-    EXPECT_FALSE(control<QPushButton>("cancelJob").isEnabled());
+    QTest::mouseClick(&control<QPushButton>("cancelJob"), Qt::LeftButton);
+    EXPECT_FALSE(control<QPushButton>("cancelJob").isEnabled()) << "asked once";
     ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
     EXPECT_THAT(messages(), ElementsAre("Cancelled; nothing is printed."));
     EXPECT_EQ(stateOf(job), JobState::Canceled);
