@@ -148,6 +148,13 @@ void PrintDialog::connectParts() {
     connect(mCopies, &QSpinBox::valueChanged, &mModel, &JobModel::setCopies);
     connect(mFooter, &JobFooter::printWanted, this, &PrintDialog::print);
     connect(mFooter, &JobFooter::cancelWanted, this, &PrintDialog::reject);
+    connect(mFooter, &JobFooter::cancelJobWanted, &mRun, &PrintRun::cancel);
+    connect(mFooter, &JobFooter::holdWanted, &mRun, [this](bool hold) {
+        if (hold)
+            mRun.hold();
+        else
+            mRun.release();
+    });
 }
 
 void PrintDialog::start(const DialogRequest& request) {
@@ -223,6 +230,9 @@ void PrintDialog::refresh() {
     mPresets->refresh(now);
     mStrip->refresh();
     mPages->refresh(now);
+    if (mOffer.isNoted())
+        mFooter->setOffer(
+            mOffer.kindFor(mModel.hasPrinter() ? std::optional(orderNow()) : std::nullopt));
     mFooter->refresh(now, !mOpener.coming());
     showConflict(mModel, *mMessages);
 }
