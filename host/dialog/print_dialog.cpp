@@ -221,6 +221,14 @@ void PrintDialog::closePrinter() {
 void PrintDialog::printerOpened() {
     tellRefused(mModel.printer()->refused());
     mPresets->reload();
+    // A window that grows for the printer's pages, when their layout is known, gets some room
+    // beyond, so that it need not grow again for a message.
+    const auto giveRoom = [this, before = size()] {
+        if (size() != before)
+            resize(size().expandedTo(sizeHint()));
+    };
+    if (isVisible())
+        QMetaObject::invokeMethod(this, giveRoom, Qt::QueuedConnection);
 }
 
 void PrintDialog::refresh() {
