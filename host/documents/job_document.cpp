@@ -17,6 +17,18 @@ namespace labelcut {
 Result<JobDocument> JobDocument::prepare(const QStringList& files,
                                          const std::optional<JobPaper>& paper,
                                          const CancelFlag* cancel) {
+    return read(files, paper, Use::Printing, cancel);
+}
+
+Result<JobDocument> JobDocument::measure(const QStringList& files,
+                                         const std::optional<JobPaper>& paper,
+                                         const CancelFlag* cancel) {
+    return read(files, paper, Use::Measuring, cancel);
+}
+
+Result<JobDocument> JobDocument::read(const QStringList& files,
+                                      const std::optional<JobPaper>& paper, Use use,
+                                      const CancelFlag* cancel) {
     JobDocument document;
     // Without a place for it the folder would be made in the root.
     if (QDir::tempPath().isEmpty())
@@ -43,7 +55,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     if (!measures)
         return measures.error();
     document.mMeasures = std::move(*measures);
-    if (canStay)
+    if (canStay || use == Use::Measuring)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
     const Result<Done> joined = reading->join({}, document.mPdf);
