@@ -5,7 +5,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -88,14 +87,11 @@ void JobFooter::pressPrint() {
 }
 
 void JobFooter::addWaysToPrint(QBoxLayout& row) {
-    mWays = new QToolButton;
+    mWays = new QPushButton;
     mWays->setObjectName(QStringLiteral("waysToPrint"));
-    mWays->setArrowType(Qt::DownArrow);
-    mWays->setPopupMode(QToolButton::InstantPopup);
-    mWays->setFocusPolicy(Qt::StrongFocus);
     mWays->setAccessibleName(hostText("WaysToPrint"));
     mWays->setToolTip(hostText("WaysToPrint"));
-    mWays->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    mWays->setFixedWidth(mWays->sizeHint().height());
     mWays->setMenu(new QMenu(mWays));
     // A window of its own takes the dialog's colours only when told to.
     mWays->menu()->setAttribute(Qt::WA_WindowPropagation);

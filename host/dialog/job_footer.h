@@ -10,7 +10,6 @@ class QAction;
 class QBoxLayout;
 class QProgressBar;
 class QPushButton;
-class QToolButton;
 
 namespace labelcut {
 
@@ -84,7 +83,7 @@ private:
     QPushButton* mHold;
     QPushButton* mCancelJob;
     QPushButton* mPrint;
-    QToolButton* mWays;
+    QPushButton* mWays;
     QAction* mCheck;
     QPushButton* mCancel;
     PrintOffer::Kind mOffer = PrintOffer::Kind::All;
