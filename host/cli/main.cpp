@@ -10,6 +10,7 @@
 #include "host/cli/presets_command.h"
 #include "host/cli/print_command.h"
 #include "host/cli/runner.h"
+#include "host/cli/snapshot_command.h"
 #include "host/cli/widget_commands.h"
 #include "host/core/user_folders.h"
 

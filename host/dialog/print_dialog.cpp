@@ -198,6 +198,11 @@ const MessageBar& PrintDialog::printerMessages() const {
     return mPicker->messages();
 }
 
+bool PrintDialog::isComplete() const {
+    return !awaitsPrinter() && !mRefresh.isActive() && !mDocument->isReading() &&
+           !mStrip->isDrawing() && !mModel.isSearchingFix();
+}
+
 QTabWidget& PrintDialog::tabs() const {
     return mPages->tabs();
 }

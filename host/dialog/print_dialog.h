@@ -43,6 +43,11 @@ public:
     /// Whether a printer is on its way.
     bool awaitsPrinter() const { return mOpener.coming().has_value(); }
 
+    StripPane& strip() const { return *mStrip; }
+    /// Whether the window shows all that it will show by itself: nothing is on its way, being read,
+    /// searched for or drawn.
+    bool isComplete() const;
+
     /// Shows the window once the PPD file that it begins with is open, or cannot be opened, so that
     /// it does not flicker; at once when that takes long, or there is none.
     void showWithFirstPrinter();

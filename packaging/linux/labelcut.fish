@@ -116,6 +116,7 @@ complete -c labelcut -n '__fish_seen_subcommand_from plan print' -l fit -x -a 'a
 complete -c labelcut -n $saving -l fit -x -a 'actual scale turn' -d 'What becomes of pages of other measures'
 complete -c labelcut -n '__fish_seen_subcommand_from print' -s t -l title -x -d 'Title of the job'
 complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s o -l output -r -F -d 'File to write'
+complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l what -x -a 'panel strip dialog' -d 'What is pictured'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l scale -x -d 'Pixels per point'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l dark -d 'Dark instead of light'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l language -x -a 'de en es fr ja zh_CN' -d 'Language of the texts'
