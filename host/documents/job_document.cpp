@@ -45,7 +45,7 @@ Result<JobDocument> JobDocument::read(const QStringList& files,
         return reading.error();
     bool canStay = files.size() == 1;
     for (const QString& file : files) {
-        const Result<worker::Opened> opened = document.add(file, *reading, cancel);
+        const Result<worker::Opened> opened = document.add(file, use, *reading, cancel);
         if (!opened)
             return opened.error();
         canStay = canStay && opened->isPlain && !opened->isEncrypted && !opened->isRepaired;
@@ -64,11 +64,12 @@ Result<JobDocument> JobDocument::read(const QStringList& files,
     return document;
 }
 
-Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading,
+Result<worker::Opened> JobDocument::add(const QString& file, Use use, JobReading& reading,
                                         const CancelFlag* cancel) {
     const QString number = QString::number(mDigests.size());
     const auto copy =
-        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel);
+        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel,
+                     use == Use::Printing ? CopyDigest::Taken : CopyDigest::Unneeded);
     if (!copy)
         return copy.error();
     mDigests << copy->digest;

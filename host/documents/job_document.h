@@ -36,7 +36,7 @@ public:
                                        const CancelFlag* cancel = nullptr);
 
     /// The same for those who print nothing and ask only what the pages are: the files are not
-    /// joined, so that there is no pdf() of them, nothing composed and no PostScript.
+    /// joined, so that there is no pdf() of them, nothing composed, no PostScript and no digest.
     static Result<JobDocument> measure(const QStringList& files,
                                        const std::optional<JobPaper>& paper,
                                        const CancelFlag* cancel = nullptr);
@@ -87,7 +87,8 @@ private:
     bool isAlready(const Composition& composition) const;
 
     /// Reads one more file.
-    Result<worker::Opened> add(const QString& file, JobReading& reading, const CancelFlag* cancel);
+    Result<worker::Opened> add(const QString& file, Use use, JobReading& reading,
+                               const CancelFlag* cancel);
 
     std::unique_ptr<QTemporaryDir> mFolder;
     QString mPdf;
