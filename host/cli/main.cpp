@@ -6,9 +6,11 @@
 
 #include "host/cli/interruption.h"
 #include "host/cli/options_command.h"
+#include "host/cli/plan_command.h"
 #include "host/cli/presets_command.h"
 #include "host/cli/print_command.h"
 #include "host/cli/runner.h"
+#include "host/cli/snapshot_command.h"
 #include "host/cli/widget_commands.h"
 #include "host/core/user_folders.h"
 
@@ -33,9 +35,10 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     labelcut::Runner runner(argc, argv);
-    const int status = runner.run({labelcut::addPrintCommand, labelcut::addOptionsCommand,
-                                   labelcut::addPresetsCommand, labelcut::addDialogCommand,
-                                   labelcut::addPanelScriptCommand, labelcut::addSnapshotCommand},
+    const int status = runner.run({labelcut::addPrintCommand, labelcut::addPlanCommand,
+                                   labelcut::addOptionsCommand, labelcut::addPresetsCommand,
+                                   labelcut::addDialogCommand, labelcut::addPanelScriptCommand,
+                                   labelcut::addSnapshotCommand},
                                   LABELCUT_VERSION);
     labelcut::interruption::passOn();
     return labelcut::Runner::finish(status);

@@ -10,10 +10,10 @@
 #include <memory>
 
 #include "host/cli/examples.h"
+#include "host/cli/json_text.h"
 #include "host/cli/open_printer.h"
 #include "host/cli/preset_argument.h"
 #include "host/cli/runner.h"
-#include "host/core/harmless_text.h"
 
 namespace labelcut {
 
@@ -40,18 +40,6 @@ OfferedOption offered(const OpenedPrinter& printer, const QString& keyword) {
     OfferedOption row{keyword, ppd.title(keyword), ppd.defaultChoice(keyword).value_or(QString()),
                       printer.choice(keyword).value_or(QString()), ppd.choices(keyword)};
     return row;
-}
-
-/// JSON that says the same without any character that a terminal would act on.
-QString escaped(const QByteArray& json) {
-    QString text;
-    for (const QChar c : QString::fromUtf8(json)) {
-        if (c == u'\n' || !isActedOn(c))
-            text += c;
-        else
-            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return text;
 }
 
 QJsonValue textOrNull(const QString& text) {
@@ -109,7 +97,7 @@ int list(const OptionsArguments& arguments, Runner& runner) {
     if (arguments.json) {
         const QJsonObject all{{QStringLiteral("printer"), (*printer)->title()},
                               {QStringLiteral("options"), rows}};
-        Runner::say(escaped(QJsonDocument(all).toJson()).trimmed());
+        Runner::say(harmlessJson(QJsonDocument(all).toJson()).trimmed());
     } else if (lines.isEmpty()) {
         Runner::say(
             QStringLiteral("\"%1\" offers none of the panels' options.").arg((*printer)->title()));

@@ -3,17 +3,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
+#include "host/cli/amount_arguments.h"
+#include "host/cli/chosen_printer.h"
 #include "host/cli/examples.h"
-#include "host/cli/handling_arguments.h"
 #include "host/cli/interruption.h"
-#include "host/cli/open_printer.h"
-#include "host/cli/preset_argument.h"
 #include "host/cli/print_report.h"
 #include "host/cli/runner.h"
 #include "host/cli/setting_arguments.h"
@@ -22,10 +19,6 @@
 #include "host/core/harmless_text.h"
 #include "host/job/order.h"
 #include "host/presets/preset_store.h"
-#include "host/settings/checked_setting.h"
-#include "host/settings/constraints.h"
-#include "host/settings/custom_value.h"
-#include "host/settings/secret_setting.h"
 
 namespace labelcut {
 
@@ -33,12 +26,10 @@ namespace {
 
 /// What was typed.
 struct PrintArguments {
-    std::vector<std::string> files;
+    AmountArguments amount;
     PrinterArguments printer;
     SettingArguments settings;
     PresetArgument preset;
-    HandlingArguments handling;
-    std::string pages;
     std::string output;
     std::string title;
 };
@@ -58,82 +49,10 @@ Wish understood(const PrintArguments& arguments) {
                             ? QStringLiteral("--ppd needs -o FILE, where the PostScript goes")
                             : QStringLiteral("-o goes with --ppd; a queue prints on its own"));
     Wish wish;
-    for (const std::string& file : arguments.files)
-        wish.amount.files << nameFromWord(file);
+    wish.amount = arguments.amount.parsed();
     wish.asked = arguments.settings.parsed();
-    if (!arguments.pages.empty()) {
-        const auto pages = parsePageSelection(QString::fromStdString(arguments.pages));
-        if (!pages)
-            rejectArguments(QStringLiteral("--pages %1: write it as 3, 3-5, 3- or -5, or several "
-                                           "of these such as 1,3,5-7,9-")
-                                .arg(QString::fromStdString(arguments.pages)));
-        wish.amount.pages = *pages;
-    }
     wish.title = harmless(QString::fromStdString(arguments.title));
     return wish;
-}
-
-bool isAmong(const Settings& settings, const Setting& setting) {
-    return std::ranges::find(settings, setting) != settings.end();
-}
-
-/// The conflict, and what to add to the command so that what was asked for can stand.
-QString conflictSentence(ppd_file_t* ppd, const Conflict& conflict, const Settings& asked) {
-    const QString sentence = describe(ppd, conflict);
-    if (conflict.size() == 1)
-        return sentence +
-               QStringLiteral(" Ask for another choice of %1.").arg(conflict.front().keyword);
-    bool gaveUp = false;
-    for (const Setting& side : conflict) {
-        if (!isAmong(asked, side))
-            continue;
-        const auto changes = proposeResolution(ppd, side, asked, &gaveUp);
-        if (!changes || changes->empty())
-            continue;
-        QStringList sets;
-        for (const Setting& change : *changes)
-            sets << QStringLiteral("--set %1=%2").arg(change.keyword, change.choice);
-        return sentence + QStringLiteral(" Add %1.").arg(sets.join(u' '));
-    }
-    return sentence + (gaveUp ? u' ' + gaveUpSentence() : QString()) +
-           QStringLiteral(" Ask for one of them only.");
-}
-
-/// Whether the printer can do what is marked now. @return the reason why not.
-std::optional<Error> reasonAgainst(OpenedPrinter& printer, const Settings& asked) {
-    if (!printer.shouldPrint())
-        return failure(QStringLiteral("A panel of \"%1\" does not let this job be printed; change "
-                                      "its choices.")
-                           .arg(printer.title()));
-    for (const Setting& setting : asked) {
-        const QString marked = printer.choice(setting.keyword).value_or(QString());
-        // libcups writes a custom value in its own way; that there is one has to do.
-        const bool holds =
-            isCustomValue(setting.choice) ? isCustomValue(marked) : marked == setting.choice;
-        if (!holds)
-            return failure(QStringLiteral("%1=%2 does not hold: the printer's panels turn it into "
-                                          "%1=%3. Leave it out.")
-                               .arg(setting.keyword, shownChoice(printer.ppd(), setting),
-                                    shownChoice(printer.ppd(), {setting.keyword, marked})));
-    }
-    std::vector<Conflict> conflicts = findConflicts(printer.ppd());
-    // What the user asked for twice over comes before what a default has a part in.
-    std::stable_partition(conflicts.begin(), conflicts.end(), [&](const Conflict& conflict) {
-        return std::ranges::all_of(conflict,
-                                   [&](const auto& side) { return isAmong(asked, side); });
-    });
-    if (!conflicts.empty())
-        return failure(conflictSentence(printer.ppd(), conflicts.front(), asked));
-    return std::nullopt;
-}
-
-/// The failure with the arguments that are a way out of it.
-Error withWayOut(Error reason) {
-    if (reason.kind == ErrorKind::EdgeLost)
-        reason.sentence +=
-            QStringLiteral(" Use --fit scale, --fit turn or --fit actual, or another "
-                           "--set PageSize=….");
-    return reason;
 }
 
 /// Writes the job or sends it. @return where it went, for people.
@@ -170,52 +89,25 @@ std::optional<Error> reasonOfQueue(const OpenedPrinter& printer, const CallLimit
 }
 
 void noteRest(const OpenedPrinter& printer, const JobDocument& document) {
-    for (const QString& file : document.repaired())
-        Runner::complain(QStringLiteral("\"%1\" was damaged and had to be repaired; look whether "
-                                        "the labels are complete.")
-                             .arg(file));
+    complainOfRepairs(document);
     if (printer.queue() && printer.queue()->state == PMPrinterState::Stopped)
         Runner::complain(QStringLiteral("The queue \"%1\" is paused; the job waits until it is "
                                         "resumed (\"cupsenable %1\").")
                              .arg(printer.queue()->name));
 }
 
-/// Chooses what was asked for: by the preset, and over it by the arguments.
-/// @return it, spelled as the printer spells it.
-Result<Settings> choose(OpenedPrinter& printer, const Wish& wish,
-                        const std::optional<KeptChoices>& preset) {
-    const auto checked = checkedSettings(printer.ppd(), wish.asked);
-    if (!checked)
-        return checked.error();
-    const Settings asked = overridden(preset ? preset->settings : Settings(), *checked);
-    printer.setPageRange(wish.amount.pages.hull());
-    printer.choose(asked);
-    printer.insist(asked);
-    printer.sayAloud(keywordsOf(asked));
-    return asked;
-}
-
 int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
     interruption::install();
     runner.coreApplication();
-    const auto opened = openPrinter(arguments.printer);
-    if (!opened)
-        return Runner::fail(opened.error().sentence);
-    OpenedPrinter& printer = **opened;
-    const auto preset = arguments.preset.matched(printer);
-    if (!preset)
-        return Runner::fail(preset.error().sentence);
-    const Result<Settings> asked = choose(printer, wish, *preset);
-    if (!asked)
-        return Runner::fail(asked.error().sentence);
-    if (const auto reason = reasonAgainst(printer, *asked))
-        return Runner::fail(reason->sentence);
+    const auto chosen =
+        openChosen({arguments.printer, arguments.preset, wish.asked, wish.amount.pages});
+    if (!chosen)
+        return Runner::fail(chosen.error().sentence);
+    OpenedPrinter& printer = *chosen->printer;
     if (const auto reason = reasonOfQueue(
             printer, {arguments.printer.timeoutInMilliseconds(), &interruption::flag()}))
         return Runner::fail(reason->sentence);
-    Amount amount = wish.amount;
-    handle(amount, arguments.handling.over(*preset ? (*preset)->handling : Handling()));
-    Order order = orderFor(printer, amount);
+    Order order = orderFor(printer, arguments.amount.with(chosen->preset, wish.amount));
     order.outputPath = nameFromWord(arguments.output);
     order.inUse << PresetStore().filePath(identityOf(printer));
     if (!wish.title.isEmpty())
@@ -236,19 +128,10 @@ int print(const PrintArguments& arguments, const Wish& wish, Runner& runner) {
 void addPrintCommand(CLI::App& app, Runner& runner) {
     auto arguments = std::make_shared<PrintArguments>();
     CLI::App* command = app.add_subcommand("print", "Print files on a label printer");
-    command
-        ->add_option("FILE", arguments->files,
-                     "PDF, PostScript, PNG, JPEG, SVG or plain text, printed as one job")
-        ->type_name("")
-        ->required();
+    arguments->amount.addTo(*command);
     arguments->printer.addTo(*command);
     arguments->settings.addTo(*command);
     arguments->preset.addTo(*command);
-    arguments->handling.addTo(*command);
-    command
-        ->add_option("--pages", arguments->pages,
-                     "Pages counted through all files, such as 1,3,5-7,9-")
-        ->type_name("LIST");
     command
         ->add_option("-o,--output", arguments->output,
                      "Where the PostScript goes that is made for --ppd")

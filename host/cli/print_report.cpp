@@ -3,6 +3,7 @@
 
 #include <QStringList>
 
+#include "host/cli/runner.h"
 #include "host/core/harmless_text.h"
 #include "host/settings/constraints.h"
 
@@ -43,6 +44,13 @@ QString toText(const PrintReport& report) {
     for (QString& line : lines)
         line = harmless(line);
     return lines.join(u'\n');
+}
+
+void complainOfRepairs(const JobDocument& document) {
+    for (const QString& file : document.repaired())
+        Runner::complain(QStringLiteral("\"%1\" was damaged and had to be repaired; look whether "
+                                        "the labels are complete.")
+                             .arg(file));
 }
 
 } // namespace labelcut

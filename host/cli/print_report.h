@@ -21,4 +21,7 @@ struct PrintReport {
 /// A sentence, then one line a choice with its titles and what is typed for it.
 QString toText(const PrintReport& report);
 
+/// Complains of every file that was damaged.
+void complainOfRepairs(const JobDocument& document);
+
 } // namespace labelcut

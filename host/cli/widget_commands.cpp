@@ -1,7 +1,6 @@
 // The command line: the commands that work with real widgets.
 #include "host/cli/widget_commands.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QSocketNotifier>
 #include <QThread>
@@ -18,19 +17,14 @@
 #include "host/cli/application.h"
 #include "host/cli/examples.h"
 #include "host/cli/interruption.h"
-#include "host/cli/open_printer.h"
 #include "host/cli/runner.h"
-#include "host/cli/setting_arguments.h"
-#include "host/cli/value_checks.h"
-#include "host/core/atomic_file.h"
+#include "host/cli/wrong_usage.h"
 #include "host/core/background_call.h"
 #include "host/core/file_name.h"
 #include "host/core/harmless_text.h"
 #include "host/core/regular_file.h"
-#include "host/core/same_file.h"
 #include "host/dialog/print_dialog.h"
 #include "host/script/panel_script.h"
-#include "host/snapshot/snapshot.h"
 
 namespace labelcut {
 
@@ -140,52 +134,6 @@ int runScript(const std::string& path, Runner& runner) {
     return runPanelScript(in, out, plugins);
 }
 
-struct SnapshotArguments {
-    PrinterArguments printer;
-    SettingArguments settings;
-    Settings asked;
-    double scale = 1;
-    bool dark = false;
-    std::string language;
-    std::string output;
-};
-
-Result<qint64> save(const QImage& image, const QString& path) {
-    QBuffer picture;
-    image.save(&picture, "PNG");
-    return writeWhole(path, [&](FileSink& file) -> std::optional<QString> {
-        file.write(picture.data());
-        return std::nullopt;
-    });
-}
-
-int takeSnapshot(const SnapshotArguments& arguments, Runner& runner) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", QByteArray::number(arguments.scale));
-    if (!arguments.language.empty())
-        useLanguage(QString::fromStdString(arguments.language));
-    Runner::quietLibraries();
-    QApplication application(runner.argc(), runner.argv());
-    setSnapshotLook(arguments.dark);
-    const auto printer = openPrinter(arguments.printer);
-    if (!printer)
-        return Runner::fail(printer.error().sentence);
-    const auto settings = checkedSettings((*printer)->ppd(), arguments.asked);
-    if (!settings)
-        return Runner::fail(settings.error().sentence);
-    (*printer)->choose(*settings);
-    const Result<QImage> image = takePanelSnapshot(**printer);
-    if (!image)
-        return Runner::fail(image.error().sentence);
-    const QString output = nameFromWord(arguments.output);
-    if (const QString* ppd = ppdPath((*printer)->ref())) {
-        if (const auto reason = reasonAgainstReplacing(output, {*ppd}))
-            return Runner::fail(reason->sentence);
-    }
-    const Result<qint64> saved = save(*image, output);
-    return saved ? kDone : Runner::fail(saved.error().sentence);
-}
-
 void addDialogArguments(CLI::App& command, DialogArguments& arguments) {
     command.add_option("FILE", arguments.files, "Documents to print")->type_name("");
     auto* printer = command.add_option_group("Printer", "The one used last, or one of");
@@ -239,28 +187,6 @@ void addPanelScriptCommand(CLI::App& app, Runner& runner) {
                  "echo '{\"do\":\"open\",\"ppd\":\"tape.ppd\"}' | labelcut panel-script"});
     command->callback(
         [path, &runner] { runner.choose([path, &runner] { return runScript(*path, runner); }); });
-}
-
-void addSnapshotCommand(CLI::App& app, Runner& runner) {
-    auto arguments = std::make_shared<SnapshotArguments>();
-    CLI::App* command = app.add_subcommand("snapshot", "Picture a printer's panels as a PNG file");
-    arguments->printer.addTo(*command);
-    arguments->settings.addTo(*command);
-    command->add_option("--scale", arguments->scale, "Pixels per point (1)")
-        ->type_name("FACTOR")
-        ->check(number("--scale", 0.5, 8));
-    command->add_flag("--dark", arguments->dark, "Dark instead of light");
-    command->add_option("--language", arguments->language, "Language of the texts")
-        ->type_name("de|fr|…");
-    command->add_option("-o,--output", arguments->output, "Picture to write")
-        ->type_name("PNG")
-        ->required();
-    addExamples(*command, {"labelcut snapshot --ppd tape.ppd --set KvHalfCut=ON -o panel.png",
-                           "labelcut snapshot --printer Tape --dark --scale 2 -o panel.png"});
-    command->callback([arguments, &runner] {
-        arguments->asked = arguments->settings.parsed();
-        runner.choose([arguments, &runner] { return takeSnapshot(*arguments, runner); });
-    });
 }
 
 } // namespace labelcut

@@ -13,7 +13,5 @@ class Runner;
 void addDialogCommand(CLI::App& app, Runner& runner);
 /// `labelcut panel-script [FILE]`.
 void addPanelScriptCommand(CLI::App& app, Runner& runner);
-/// `labelcut snapshot … -o FILE`.
-void addSnapshotCommand(CLI::App& app, Runner& runner);
 
 } // namespace labelcut

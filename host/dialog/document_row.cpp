@@ -90,6 +90,7 @@ void DocumentRow::askForFiles() {
 void DocumentRow::read() {
     mMessages.remove(kDocumentMessage);
     mDigests.clear();
+    mIsReading = false;
     Q_EMIT documentRead(nullptr);
     if (!mModel.files().isEmpty())
         startReading();
@@ -97,6 +98,7 @@ void DocumentRow::read() {
 
 void DocumentRow::startReading() {
     mPaper = markedPaper(mModel.ppd());
+    mIsReading = true;
     Q_EMIT readingStarted();
     mReading.start(
         [this, files = mModel.files(), paper = mPaper](const BackgroundCall::Link& link) {
@@ -109,12 +111,14 @@ void DocumentRow::startReading() {
             }
             link.tell([this, sentence = read.error().sentence] {
                 mMessages.show(kDocumentMessage, MessageBar::Kind::Warning, sentence);
+                mIsReading = false;
                 Q_EMIT documentRead(nullptr);
             });
         });
 }
 
 void DocumentRow::setRead(std::shared_ptr<const JobDocument> document) {
+    mIsReading = false;
     mDigests = document->digests();
     mIsLaidOut = document->isLaidOut();
     auto pages = std::make_shared<DocumentPages>();

@@ -33,6 +33,8 @@ public:
 
     /// Shows the model's document. @param now  what the model's state is.
     void refresh(const JobSnapshot& now);
+    /// Whether the document is being read, or will be as soon as the window has been painted.
+    bool isReading() const { return mIsReading; }
     /// The document is another one than was read. @param digests  what its files are.
     void documentChanged(const QByteArrayList& digests);
     /// What the files were when they were read; empty before that.
@@ -58,6 +60,7 @@ private:
     BackgroundCall mReading;
     QByteArrayList mDigests;
     bool mPainted = false;
+    bool mIsReading = true;
     /// What the document was read for, and whether its pages depend on that.
     std::optional<JobPaper> mPaper;
     bool mIsLaidOut = false;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/job/marked_paper.h"
+#include "host/plan/printer_plan.h"
 #include "host/texts/host_text.h"
 
 namespace labelcut {
@@ -291,16 +291,7 @@ void JobModel::setRangeUnderstood(bool understood) {
 }
 
 JobPlan JobModel::planFor(std::shared_ptr<const DocumentPages> document) const {
-    PlanInput input;
-    input.document = std::move(document);
-    input.pages = mAmount.pages;
-    input.copies = mAmount.copies;
-    input.isReversed = mAmount.isReversed;
-    input.isCollated = mAmount.isCollated;
-    input.fit = mAmount.fit;
-    input.paper = markedPaper(ppd());
-    input.cuts = mPrinter->cutPlan();
-    return JobPlan(std::move(input));
+    return JobPlan(planInputFor(*mPrinter, mAmount, std::move(document)));
 }
 
 std::optional<JobPlan> JobModel::plan() const {

@@ -20,6 +20,9 @@ namespace labelcut {
 
 namespace {
 
+/// What a message of one line takes, with its frame.
+constexpr int kLinesOfMessage = 3;
+
 /// Whether the printer has something that the panel shows; a panel that says nothing of keywords
 /// may give a view for any printer.
 bool concerns(ppd_file_t* ppd, const PanelSet::Entry& panel) {
@@ -55,6 +58,11 @@ PageStack::PageStack(JobModel& model, QWidget* parent)
     layout->addWidget(mTabs, 1);
     layout->addWidget(mNoPrinter, 1);
     connect(mTabs, &QTabWidget::currentChanged, this, [this] { refresh(JobSnapshot::of(mModel)); });
+}
+
+QSize PageStack::sizeHint() const {
+    return QWidget::sizeHint().expandedTo({0, mBeside->parentWidget()->sizeHint().height()}) +
+           QSize(0, kLinesOfMessage * fontMetrics().height());
 }
 
 void PageStack::rebuild() {

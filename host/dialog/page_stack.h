@@ -44,6 +44,9 @@ public:
     /// The same, without showing it.
     PageProblem problem() const;
 
+    /// With room for a message that may come below.
+    QSize sizeHint() const override;
+
 Q_SIGNALS:
     /// What problem() says may be something else now.
     void problemChanged();

@@ -1,7 +1,8 @@
-// The dialog: which pages are printed, and on what paper.
+// The dialog: which pages are printed, in what order, and on what labels.
 #include "host/dialog/pages_page.h"
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -12,6 +13,7 @@
 #include <algorithm>
 
 #include "host/dialog/option_editor.h"
+#include "host/dialog/plain_label.h"
 #include "host/texts/host_text.h"
 #include "host/texts/length.h"
 
@@ -24,6 +26,9 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     , mSome(new QRadioButton(hostText("SomeLabelsFromTo")))
     , mRange(new QLineEdit)
     , mRangeHint(new QLabel)
+    , mReversed(new QCheckBox(hostText("LastLabelFirst")))
+    , mCollated(new QCheckBox(hostText("SetBySet")))
+    , mFit(new QComboBox)
     , mPaperSize(new QLabel) {
     mRangeHint->setWordWrap(true);
     mRange->setPlaceholderText(hostText("RangeExample"));
@@ -50,6 +55,8 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
     labels->setMinimumWidth(nameWidth(fontMetrics()));
     form->addRow(labels, mAll);
     form->addRow(QString(), some);
+    form->addRow(QString(), mReversed);
+    form->addRow(QString(), mCollated);
     if (ppd::findOption(model.ppd(), kPageSize.data())) {
         mPaper = new OptionEditor(model, kPageSize, *this);
         connect(mPaper, &OptionEditor::problemChanged, this, [this] { problemChanged(); });
@@ -58,6 +65,7 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
         form->addRow(label, mPaper);
         form->addRow(QString(), mPaperSize);
     }
+    addHandling(*form);
     mAll->setChecked(true);
     connect(mAll, &QRadioButton::toggled, this, &PagesPage::rangeEdited);
     connect(mRange, &QLineEdit::textEdited, this, [this] {
@@ -65,12 +73,37 @@ PagesPage::PagesPage(JobModel& model, QWidget* parent)
         rangeEdited();
     });
     showRange();
+    showHandling();
     showPaper();
+}
+
+void PagesPage::addHandling(QFormLayout& form) {
+    using worker::Fit;
+    mReversed->setObjectName(QStringLiteral("reversed"));
+    mCollated->setObjectName(QStringLiteral("collated"));
+    mFit->setObjectName(QStringLiteral("fit"));
+    for (const auto& [key, fit] :
+         {std::pair("FitUnchanged", Fit::Unchanged), std::pair("FitActual", Fit::Actual),
+          std::pair("FitTurn", Fit::Turn), std::pair("FitScale", Fit::Scale)})
+        mFit->addItem(hostText(key), static_cast<int>(fit));
+    form.addRow(fieldLabel(hostText("FitName"), *mFit), mFit);
+    connect(mReversed, &QCheckBox::clicked, &mModel, &JobModel::setReversed);
+    connect(mCollated, &QCheckBox::clicked, &mModel, &JobModel::setCollated);
+    connect(mFit, &QComboBox::activated, this,
+            [this](int entry) { mModel.setFit(static_cast<Fit>(mFit->itemData(entry).toInt())); });
+}
+
+/// Copies set by set are of no meaning for one.
+void PagesPage::showHandling() {
+    mReversed->setChecked(mModel.isReversed());
+    mCollated->setChecked(mModel.isCollated());
+    mCollated->setEnabled(mModel.copies() > 1);
+    mFit->setCurrentIndex(mFit->findData(static_cast<int>(mModel.fit())));
 }
 
 int PagesPage::nameWidth(const QFontMetrics& metrics) {
     int width = 0;
-    for (const char* key : {"Copies", "Labels", "Paper"})
+    for (const char* key : {"Copies", "Labels", "Paper", "FitName"})
         width = std::max(width, metrics.size(Qt::TextShowMnemonic, hostText(key)).width());
     return width;
 }
@@ -122,8 +155,10 @@ void PagesPage::showPaper() {
 }
 
 void PagesPage::refresh(const JobChanges& changes) {
-    if (changes.amount)
+    if (changes.amount) {
         showRange();
+        showHandling();
+    }
     if (!mPaper || !changes.keywords.contains(mPaper->keyword()))
         return;
     mPaper->refresh();

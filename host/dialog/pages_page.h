@@ -1,8 +1,11 @@
-// The dialog: which pages are printed, and on what paper.
+// The dialog: which pages are printed, in what order, and on what labels.
 #pragma once
 
 #include "host/dialog/page.h"
 
+class QCheckBox;
+class QComboBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
@@ -26,6 +29,8 @@ public:
 
 private:
     void showRange();
+    void addHandling(QFormLayout& form);
+    void showHandling();
     void showPaper();
     void setRangeValid(bool valid);
     void rangeEdited();
@@ -35,6 +40,9 @@ private:
     QRadioButton* mSome;
     QLineEdit* mRange;
     QLabel* mRangeHint;
+    QCheckBox* mReversed;
+    QCheckBox* mCollated;
+    QComboBox* mFit;
     OptionEditor* mPaper = nullptr;
     QLabel* mPaperSize;
     /// The model's range as the controls show it.

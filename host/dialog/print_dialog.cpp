@@ -148,6 +148,13 @@ void PrintDialog::connectParts() {
     connect(mCopies, &QSpinBox::valueChanged, &mModel, &JobModel::setCopies);
     connect(mFooter, &JobFooter::printWanted, this, &PrintDialog::print);
     connect(mFooter, &JobFooter::cancelWanted, this, &PrintDialog::reject);
+    connect(mFooter, &JobFooter::cancelJobWanted, &mRun, &PrintRun::cancel);
+    connect(mFooter, &JobFooter::holdWanted, &mRun, [this](bool hold) {
+        if (hold)
+            mRun.hold();
+        else
+            mRun.release();
+    });
 }
 
 void PrintDialog::start(const DialogRequest& request) {
@@ -191,6 +198,11 @@ const MessageBar& PrintDialog::printerMessages() const {
     return mPicker->messages();
 }
 
+bool PrintDialog::isComplete() const {
+    return !awaitsPrinter() && !mRefresh.isActive() && !mDocument->isReading() &&
+           !mStrip->isDrawing() && !mModel.isSearchingFix();
+}
+
 QTabWidget& PrintDialog::tabs() const {
     return mPages->tabs();
 }
@@ -214,6 +226,14 @@ void PrintDialog::closePrinter() {
 void PrintDialog::printerOpened() {
     tellRefused(mModel.printer()->refused());
     mPresets->reload();
+    // A window that grows for the printer's pages, when their layout is known, gets some room
+    // beyond, so that it need not grow again for a message.
+    const auto giveRoom = [this, before = size()] {
+        if (size() != before)
+            resize(size().expandedTo(sizeHint()));
+    };
+    if (isVisible())
+        QMetaObject::invokeMethod(this, giveRoom, Qt::QueuedConnection);
 }
 
 void PrintDialog::refresh() {
@@ -223,6 +243,9 @@ void PrintDialog::refresh() {
     mPresets->refresh(now);
     mStrip->refresh();
     mPages->refresh(now);
+    if (mOffer.isNoted())
+        mFooter->setOffer(
+            mOffer.kindFor(mModel.hasPrinter() ? std::optional(orderNow()) : std::nullopt));
     mFooter->refresh(now, !mOpener.coming());
     showConflict(mModel, *mMessages);
 }

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include "host/dialog/check_print.h"
 #include "host/dialog/dialog_request.h"
 #include "host/dialog/job_model.h"
 #include "host/dialog/print_run.h"
@@ -42,6 +43,11 @@ public:
     /// Whether a printer is on its way.
     bool awaitsPrinter() const { return mOpener.coming().has_value(); }
 
+    StripPane& strip() const { return *mStrip; }
+    /// Whether the window shows all that it will show by itself: nothing is on its way, being read,
+    /// searched for or drawn.
+    bool isComplete() const;
+
     /// Shows the window once the PPD file that it begins with is open, or cannot be opened, so that
     /// it does not flicker; at once when that takes long, or there is none.
     void showWithFirstPrinter();
@@ -64,10 +70,13 @@ private:
     void refresh();
     void tell(const QString& sentence);
     void tellRefused(const std::vector<RefusedPlugin>& plugins);
-    void print();
+    void print(PrintPart part, bool isHeld);
+    void printIntoFile(Order order);
+    Order orderNow() const;
+    void runEnded(bool isOver);
     bool isReadyToPrint();
     void forgetMendedTyping();
-    void startRun(const Order& order);
+    void startRun(const Order& order, bool isHeld);
     void setRunning(bool running);
 
     JobModel mModel;
@@ -85,6 +94,10 @@ private:
     StripPane* mStrip;
     PageStack* mPages;
     JobFooter* mFooter;
+    /// All that was chosen when Print was pressed, and which part of it was printed.
+    Order mPrinted;
+    PrintPart mPart = PrintPart::All;
+    PrintOffer mOffer;
     /// Where the focus was when Print was pressed.
     QPointer<QWidget> mFocusBefore;
 };

@@ -2,6 +2,8 @@
 #include <QFileDialog>
 #include <QPushButton>
 
+#include <utility>
+
 #include "host/dialog/document_row.h"
 #include "host/dialog/job_footer.h"
 #include "host/dialog/message_bar.h"
@@ -19,32 +21,68 @@ const QString kTypingMessage = QStringLiteral("typing");
 
 void PrintDialog::connectRun() {
     connect(&mRun, &PrintRun::progressed, this, [this](const QString& sentence, int percent) {
-        mFooter->showProgress(sentence, percent, mRun.isSent());
+        if (mRun.isSent())
+            mFooter->showCancelling(sentence);
+        else
+            mFooter->showProgress(sentence, percent);
     });
+    connect(&mRun, &PrintRun::reported, mFooter, &JobFooter::showReport);
+    connect(&mRun, &PrintRun::refused, mFooter, &JobFooter::showRefusal);
     connect(&mRun, &PrintRun::documentChanged, mDocument, &DocumentRow::documentChanged);
     connect(&mRun, &PrintRun::failed, this, [this](const QString& sentence) {
+        if (mRun.wasSent())
+            mOffer.noteLost(mPrinted);
+        else if (mPart == PrintPart::Others)
+            mOffer.noteChecked(mPrinted);
         setRunning(false);
         mMessages->show(kRunMessage, MessageBar::Kind::Warning, sentence);
     });
-    connect(&mRun, &PrintRun::finished, this, [this] {
-        setRunning(false);
-        accept();
-    });
+    connect(&mRun, &PrintRun::finished, this,
+            [this](const QString&, bool isOver) { runEnded(isOver); });
 }
 
-void PrintDialog::print() {
+/// A job that went through, or was left to itself, closes the window; a label that was printed to
+/// be checked keeps it for the others.
+void PrintDialog::runEnded(bool isOver) {
+    const bool isChecked = isOver && mPart == PrintPart::First;
+    if (isChecked)
+        mOffer.noteChecked(mPrinted);
+    setRunning(false);
+    if (!isChecked)
+        accept();
+}
+
+Order PrintDialog::orderNow() const {
+    Order order = mModel.order();
+    order.shown = mDocument->digests();
+    return order;
+}
+
+void PrintDialog::print(PrintPart part, bool isHeld) {
     mFocusBefore = focusWidget();
     // What is being typed somewhere is taken first.
     mFooter->printButton().setFocus();
     mMessages->remove(kRunMessage);
     if (mRun.isBusy() || !isReadyToPrint())
         return;
-    Order order = mModel.order();
-    order.shown = mDocument->digests();
-    if (queueName(order.printer)) {
-        startRun(order);
+    Order now = orderNow();
+    // The button may still offer what was changed in this very moment.
+    if (part == PrintPart::Others && mOffer.kindFor(now) != PrintOffer::Kind::Others)
         return;
-    }
+    mPrinted = std::move(now);
+    mPart = part;
+    const std::optional<JobPlan> plan = mModel.plan();
+    const std::optional<Order> order =
+        part == PrintPart::All ? mPrinted : (plan ? partOf(mPrinted, *plan, part) : std::nullopt);
+    if (!order)
+        return;
+    if (queueName(order->printer))
+        startRun(*order, isHeld);
+    else
+        printIntoFile(*order);
+}
+
+void PrintDialog::printIntoFile(Order order) {
     order.inUse << PresetStore().filePath(identityOf(*mModel.printer()));
     auto* chooser = new QFileDialog(this, hostText("PrintIntoFile"));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
@@ -56,7 +94,7 @@ void PrintDialog::print() {
     connect(chooser, &QFileDialog::fileSelected, this, [this, order](const QString& path) {
         Order chosen = order;
         chosen.outputPath = path;
-        startRun(chosen);
+        startRun(chosen, false);
     });
     chooser->open();
 }
@@ -82,15 +120,17 @@ void PrintDialog::forgetMendedTyping() {
         mMessages->remove(kTypingMessage);
 }
 
-void PrintDialog::startRun(const Order& order) {
-    mRun.start(order);
+void PrintDialog::startRun(const Order& order, bool isHeld) {
+    mOffer.forget();
+    mFooter->setOffer(PrintOffer::Kind::All);
+    mRun.start(order, isHeld);
     setRunning(true);
 }
 
 void PrintDialog::setRunning(bool running) {
     for (QWidget* part : std::initializer_list<QWidget*>{mHeader, mColumn, mPages, mMessages})
         part->setEnabled(!running);
-    mFooter->setRunning(running);
+    mFooter->setRunning(running, {mModel.labelCount(), mPart == PrintPart::Others ? 1 : 0});
     refresh();
     if (running)
         return;

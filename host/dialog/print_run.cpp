@@ -9,6 +9,9 @@ namespace labelcut {
 
 namespace {
 
+/// Milliseconds; a window that stays open follows its job through a weekend.
+constexpr int kWatchTime = 7 * 24 * 3'600'000;
+
 int percentOf(qint64 part, qint64 whole) {
     return whole > 0 ? static_cast<int>(part * 100 / whole) : -1;
 }
@@ -19,11 +22,19 @@ PrintRun::PrintRun(CupsConnection service, QObject* parent)
     : QObject(parent)
     , mSender(std::move(service))
     , mWork(this) {
+    JobSender::Limits limits;
+    limits.watch = kWatchTime;
+    mSender.setLimits(limits);
     connect(&mSender, &JobSender::progress, this, [this](qint64 sent, qint64 total) {
         Q_EMIT progressed(hostText("SendingTo").arg(mOrder.printerTitle), percentOf(sent, total));
     });
-    connect(&mSender, &JobSender::stateChanged, this,
-            [this](const QString& sentences) { Q_EMIT progressed(sentences, -1); });
+    connect(&mSender, &JobSender::documentSent, this, [this] { mWasSent = true; });
+    connect(&mSender, &JobSender::reported, this, [this](const JobReport& report) {
+        if (!mIsTakenBack)
+            Q_EMIT reported(report);
+    });
+    connect(&mSender, &JobSender::refused, this,
+            [this](const Error& error) { Q_EMIT refused(error.sentence); });
     connect(&mSender, &JobSender::failed, this,
             [this](const Error& error) { fail(error.sentence); });
     connect(&mSender, &JobSender::done, this, &PrintRun::end);
@@ -35,20 +46,23 @@ void PrintRun::end(JobEnd end) {
     };
     switch (end) {
     case JobEnd::Printed:
-        return finish(say("JobPrinted"));
+        return mIsTakenBack ? fail(say("CancelledTooLate")) : finish(say("JobPrinted"));
     case JobEnd::StillQueued:
-        return finish(say("JobQueued"));
+        return finish(say("JobQueued"), false);
     case JobEnd::Unknown:
-        return finish(say("JobEnded"));
+        return mIsTakenBack ? fail(say("JobEnded")) : finish(say("JobEnded"));
     case JobEnd::Removed:
         return fail(say("JobRemoved"));
     }
 }
 
-void PrintRun::start(const Order& order) {
+void PrintRun::start(const Order& order, bool isHeld) {
     if (mBusy)
         return;
     mBusy = true;
+    mWasSent = false;
+    mIsTakenBack = false;
+    mIsHeld = isHeld;
     mOrder = order;
     Q_EMIT progressed(hostText("PreparingDocument"), -1);
     mWork.start([this, order](const BackgroundCall::Link& link) {
@@ -81,13 +95,16 @@ void PrintRun::refuseChanged(const QString& file, const JobDocument& document) {
 
 void PrintRun::send(const std::shared_ptr<JobDocument>& document) {
     mDocument = document;
-    mWork.start([this, document, order = mOrder](const BackgroundCall::Link& link) {
-        const Result<JobToSend> job = jobFor(order, *document, &link.cancelFlag());
-        if (job)
+    mWork.start(
+        [this, document, order = mOrder, isHeld = mIsHeld](const BackgroundCall::Link& link) {
+            Result<JobToSend> job = jobFor(order, *document, &link.cancelFlag());
+            if (!job) {
+                link.tell([this, sentence = job.error().sentence] { fail(sentence); });
+                return;
+            }
+            job->request.isHeld = isHeld;
             link.tell([this, job = *job] { submit(job); });
-        else
-            link.tell([this, sentence = job.error().sentence] { fail(sentence); });
-    });
+        });
 }
 
 void PrintRun::submit(const JobToSend& job) {
@@ -111,6 +128,11 @@ void PrintRun::cancel() {
     if (!mBusy)
         return;
     if (mSender.isBusy()) {
+        mIsTakenBack = true;
+        if (mWasSent) {
+            const QString id = QString::number(mSender.jobId());
+            Q_EMIT progressed(hostText("CancellingJob").arg(id), -1);
+        }
         mSender.cancel();
         return;
     }
@@ -124,10 +146,10 @@ void PrintRun::fail(const QString& sentence) {
     Q_EMIT failed(sentence);
 }
 
-void PrintRun::finish(const QString& sentence) {
+void PrintRun::finish(const QString& sentence, bool isOver) {
     mBusy = false;
     mDocument.reset();
-    Q_EMIT finished(sentence);
+    Q_EMIT finished(sentence, isOver);
 }
 
 } // namespace labelcut

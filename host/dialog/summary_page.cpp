@@ -3,13 +3,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -25,9 +26,6 @@ namespace {
 constexpr int kCommandLines = 3;
 /// Characters that stand in one line.
 constexpr int kUnwrapped = 24;
-/// Of the page's width.
-constexpr int kChoicesShare = 3;
-constexpr int kCommandsShare = 2;
 
 QLabel* selectableLabel(const QString& text) {
     QLabel* label = plainLabel(text);
@@ -49,6 +47,24 @@ QLabel* headingLabel(const QString& text) {
     return label;
 }
 
+/// Commands are for those who ask for them.
+QToolButton* unfoldingButton(QWidget& commands) {
+    auto* button = new QToolButton;
+    button->setObjectName(QStringLiteral("showCommands"));
+    button->setText(hostText("ShowAsCommand"));
+    button->setAutoRaise(true);
+    button->setCheckable(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setArrowType(Qt::DownArrow);
+    commands.hide();
+    QObject::connect(button, &QToolButton::toggled, &commands, [button, &commands](bool isShown) {
+        commands.setVisible(isShown);
+        button->setArrowType(isShown ? Qt::UpArrow : Qt::DownArrow);
+    });
+    return button;
+}
+
 } // namespace
 
 SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
@@ -66,17 +82,20 @@ SummaryPage::SummaryPage(JobModel& model, QWidget* parent)
     choices->setObjectName(QStringLiteral("summary"));
     mEntries = new QFormLayout(choices);
     mEntries->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    auto* commands = new QGroupBox(hostText("SameAsCommand"));
+    auto* commands = new QWidget;
     auto* column = new QVBoxLayout(commands);
+    column->setContentsMargins(0, 0, 0, 0);
     mLabelcut = addCommand(*column, QStringLiteral("labelcut"), QStringLiteral("Labelcut"));
     mLp = addCommand(*column, QStringLiteral("lp"), QStringLiteral("Lp"));
     mLeftOut = plainLabel();
     mLeftOut->setObjectName(QStringLiteral("leftOutOfCommands"));
     mLeftOut->setWordWrap(true);
     column->addWidget(mLeftOut);
-    auto* row = new QHBoxLayout(page);
-    row->addWidget(choices, kChoicesShare);
-    row->addWidget(commands, kCommandsShare);
+    auto* rows = new QVBoxLayout(page);
+    rows->addWidget(choices);
+    rows->addWidget(unfoldingButton(*commands), 0, Qt::AlignLeading);
+    rows->addWidget(commands);
+    rows->addStretch(1);
     showJob();
 }
 
@@ -86,6 +105,7 @@ SummaryPage::Command SummaryPage::addCommand(QVBoxLayout& column, const QString&
     text->setObjectName(QStringLiteral("command") + name);
     text->setReadOnly(true);
     text->setTabChangesFocus(true);
+    text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     text->setMinimumHeight(kCommandLines * text->fontMetrics().lineSpacing() +

@@ -47,7 +47,7 @@ Error tooLarge(const QString& about, qint64 limit) {
 }
 
 Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
-                                  const CancelFlag* cancel) {
+                                  const CancelFlag* cancel, CopyDigest digest) {
     const Result<OpenedFile> opened = openDocument(path);
     if (!opened)
         return opened.error();
@@ -65,12 +65,13 @@ Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
     struct stat before {};
     struct stat after {};
     fstat(source.handle(), &before);
-    QCryptographicHash digest(QCryptographicHash::Sha256);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
     qint64 size = 0;
     for (QByteArray piece = source.read(kPiece); !piece.isEmpty(); piece = source.read(kPiece)) {
         if (isCancelled(cancel))
             return cancelled();
-        digest.addData(piece);
+        if (digest == CopyDigest::Taken)
+            hash.addData(piece);
         size += piece.size();
         if (size > kLargestDocument)
             return tooLarge(path, kLargestDocument);
@@ -82,7 +83,7 @@ Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
     fstat(source.handle(), &after);
     if (!isUntouched(before, after))
         return failure(hostText("DocumentChanging").arg(path));
-    return DocumentCopy{target, digest.result()};
+    return DocumentCopy{target, digest == CopyDigest::Taken ? hash.result() : QByteArray()};
 }
 
 } // namespace labelcut

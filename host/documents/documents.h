@@ -21,9 +21,12 @@ Error tooLarge(const QString& about, qint64 limit);
 /// A document where nobody else writes.
 struct DocumentCopy {
     QString path;
-    /// Tells the content from any other.
+    /// Tells the content from any other; empty where nobody wants it.
     QByteArray digest;
 };
+
+/// Whether a copy's digest is taken, which costs more than the copying.
+enum class CopyDigest { Taken, Unneeded };
 
 /// Copies the file at `path` to the new file `target`: what is looked at and what is printed are
 /// then the same, whatever becomes of the file meanwhile.
@@ -32,6 +35,7 @@ struct DocumentCopy {
 /// empty, too large, not readable, or is being written right now; or that names the target; or
 /// Cancelled.
 Result<DocumentCopy> copyDocument(const QString& path, const QString& target,
-                                  const CancelFlag* cancel = nullptr);
+                                  const CancelFlag* cancel = nullptr,
+                                  CopyDigest digest = CopyDigest::Taken);
 
 } // namespace labelcut

@@ -17,6 +17,18 @@ namespace labelcut {
 Result<JobDocument> JobDocument::prepare(const QStringList& files,
                                          const std::optional<JobPaper>& paper,
                                          const CancelFlag* cancel) {
+    return read(files, paper, Use::Printing, cancel);
+}
+
+Result<JobDocument> JobDocument::measure(const QStringList& files,
+                                         const std::optional<JobPaper>& paper,
+                                         const CancelFlag* cancel) {
+    return read(files, paper, Use::Measuring, cancel);
+}
+
+Result<JobDocument> JobDocument::read(const QStringList& files,
+                                      const std::optional<JobPaper>& paper, Use use,
+                                      const CancelFlag* cancel) {
     JobDocument document;
     // Without a place for it the folder would be made in the root.
     if (QDir::tempPath().isEmpty())
@@ -33,7 +45,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
         return reading.error();
     bool canStay = files.size() == 1;
     for (const QString& file : files) {
-        const Result<worker::Opened> opened = document.add(file, *reading, cancel);
+        const Result<worker::Opened> opened = document.add(file, use, *reading, cancel);
         if (!opened)
             return opened.error();
         canStay = canStay && opened->isPlain && !opened->isEncrypted && !opened->isRepaired;
@@ -43,7 +55,7 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     if (!measures)
         return measures.error();
     document.mMeasures = std::move(*measures);
-    if (canStay)
+    if (canStay || use == Use::Measuring)
         return document;
     document.mPdf = QDir(document.folder()).filePath(QStringLiteral("job.pdf"));
     const Result<Done> joined = reading->join({}, document.mPdf);
@@ -52,11 +64,12 @@ Result<JobDocument> JobDocument::prepare(const QStringList& files,
     return document;
 }
 
-Result<worker::Opened> JobDocument::add(const QString& file, JobReading& reading,
+Result<worker::Opened> JobDocument::add(const QString& file, Use use, JobReading& reading,
                                         const CancelFlag* cancel) {
     const QString number = QString::number(mDigests.size());
     const auto copy =
-        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel);
+        copyDocument(file, QDir(folder()).filePath(QStringLiteral("copy") + number), cancel,
+                     use == Use::Printing ? CopyDigest::Taken : CopyDigest::Unneeded);
     if (!copy)
         return copy.error();
     mDigests << copy->digest;
@@ -78,6 +91,7 @@ QString JobDocument::folder() const {
 
 bool JobDocument::isAlready(const Composition& composition) const {
     if (composition.pages.countIn(mPages) < mPages || composition.repeats > 1 ||
+        composition.sets > 1 || composition.skipped > 0 ||
         (composition.isReversed && mPages > 1))
         return false;
     return !composition.paper || std::ranges::all_of(mMeasures, [&](const QSizeF& measure) {

@@ -35,6 +35,12 @@ public:
                                        const std::optional<JobPaper>& paper,
                                        const CancelFlag* cancel = nullptr);
 
+    /// The same for those who print nothing and ask only what the pages are: the files are not
+    /// joined, so that there is no pdf() of them, nothing composed, no PostScript and no digest.
+    static Result<JobDocument> measure(const QStringList& files,
+                                       const std::optional<JobPaper>& paper,
+                                       const CancelFlag* cancel = nullptr);
+
     /// Path of the PDF, which lies in folder(). Its pages have the shown measures as their own.
     const QString& pdf() const { return mPdf; }
     /// How many pages it has; at least 1.
@@ -70,13 +76,19 @@ public:
                                const CancelFlag* cancel = nullptr) const;
 
 private:
+    enum class Use { Printing, Measuring };
+
     JobDocument() = default;
+
+    static Result<JobDocument> read(const QStringList& files, const std::optional<JobPaper>& paper,
+                                    Use use, const CancelFlag* cancel);
 
     /// Whether the document itself is what is asked for.
     bool isAlready(const Composition& composition) const;
 
     /// Reads one more file.
-    Result<worker::Opened> add(const QString& file, JobReading& reading, const CancelFlag* cancel);
+    Result<worker::Opened> add(const QString& file, Use use, JobReading& reading,
+                               const CancelFlag* cancel);
 
     std::unique_ptr<QTemporaryDir> mFolder;
     QString mPdf;

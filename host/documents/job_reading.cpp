@@ -140,7 +140,9 @@ Result<Done> JobReading::join(const Composition& composition, const QString& tar
     static_assert(kMaxCopies <= static_cast<int>(worker::kMostRepeats));
     return write(worker::Join{sent(composition.pages), composition.isReversed,
                               static_cast<std::uint32_t>(composition.repeats),
-                              sent(composition.paper), composition.fit},
+                              sent(composition.paper), composition.fit,
+                              static_cast<std::uint32_t>(composition.sets),
+                              static_cast<std::uint32_t>(composition.skipped)},
                  target);
 }
 

@@ -79,6 +79,10 @@ struct Composition {
     /// What pages are laid out on, as placed() says; nothing: they keep their measure.
     std::optional<JobPaper> paper = {};
     worker::Fit fit = worker::Fit::Unchanged;
+    /// All of it so often, one set behind the other; 1 … kMaxCopies.
+    int sets = 1;
+    /// So many pages at the front of all that are left out; fewer than there are.
+    int skipped = 0;
 };
 
 /// "1,3,5-7,9-": pages and ranges, "9-" to the end, "-5" from the start, parted by commas. Nothing

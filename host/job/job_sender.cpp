@@ -7,7 +7,6 @@
 #include <atomic>
 
 #include "host/core/failure.h"
-#include "host/printers/printer_state.h"
 #include "host/service/print_errors.h"
 #include "host/texts/host_text.h"
 
@@ -31,29 +30,6 @@ Error gaveUp(const JobStatus& job) {
                                   : hostText("JobGivenUpBecause").arg(id, job.message)};
 }
 
-const char* textFor(JobState state) {
-    switch (state) {
-    case JobState::Pending:
-        return QT_TRID_NOOP("JobPending");
-    case JobState::Held:
-        return QT_TRID_NOOP("JobHeld");
-    case JobState::Processing:
-        return QT_TRID_NOOP("JobProcessing");
-    case JobState::Stopped:
-        return QT_TRID_NOOP("JobStopped");
-    case JobState::Canceled:
-        return QT_TRID_NOOP("JobCancelled");
-    case JobState::Aborted: // is told as a failure
-    case JobState::Completed:
-        break;
-    }
-    return QT_TRID_NOOP("JobCompleted");
-}
-
-QString sentenceFor(const JobStatus& job) {
-    return hostText(textFor(job.state)).arg(job.id);
-}
-
 std::optional<JobEnd> endOf(JobState state) {
     if (state == JobState::Completed)
         return JobEnd::Printed;
@@ -61,6 +37,9 @@ std::optional<JobEnd> endOf(JobState state) {
 }
 
 } // namespace
+
+/// What the user wants of a job that was sent.
+enum class JobSender::Wish : int { None, Hold, Release };
 
 /// One send(), run on a thread of its own from beginning to end. The sender is touched by reports
 /// only, which run on its thread and not at all once it is gone.
@@ -72,6 +51,8 @@ struct JobSender::Errand {
     /// The user wants the job back: a cancelled call alone does not say so after the document.
     std::atomic<bool> isTakenBack = false;
     std::atomic<bool> isWatchingOver = false;
+    /// The latest; fulfilled between two looks at the job.
+    std::atomic<Wish> wish = Wish::None;
 
     void run(const BackgroundCall::Link& link);
 
@@ -89,15 +70,16 @@ private:
     void watch(const BackgroundCall::Link& link, int id);
     /// Looks at the job once. @return whether that was the last time.
     bool look(const BackgroundCall::Link& link, int id);
-    void say(const BackgroundCall::Link& link, const QString& sentences);
-    QString sentencesFor(const BackgroundCall::Link& link, const JobStatus& status) const;
+    void fulfil(const BackgroundCall::Link& link, int id, Wish wanted) const;
+    void say(const BackgroundCall::Link& link, const JobReport& report);
+    JobReport reportFor(const BackgroundCall::Link& link, const JobStatus& status) const;
     /// The failure with what has become of the job in front of it. @param timeout  milliseconds
     /// that the request was given.
     Error withFate(const Error& failure, JobFate fate, int id, int timeout) const;
     void takeBack(const BackgroundCall::Link& link, int id);
     bool sleep(const BackgroundCall::Link& link) const;
 
-    QString mSaid;
+    std::optional<JobReport> mSaid;
 };
 
 void JobSender::Errand::run(const BackgroundCall::Link& link) {
@@ -132,6 +114,7 @@ SubmissionReports JobSender::Errand::reportsTo(const BackgroundCall::Link& link)
 void JobSender::Errand::watch(const BackgroundCall::Link& link, int id) {
     const Deadline end({limits.watch, nullptr});
     while (!link.isCancelled() && !isWatchingOver && !end.isOver()) {
+        fulfil(link, id, wish.exchange(Wish::None));
         if (look(link, id))
             return;
         sleep(link);
@@ -149,36 +132,45 @@ bool JobSender::Errand::look(const BackgroundCall::Link& link, int id) {
         return true;
     }
     if (!status) { // the job does not need the connection; it may come back
-        say(link, withFate(status.error(), JobFate::Sent, id, limits.request).sentence);
+        JobReport unseen;
+        unseen.trouble = withFate(status.error(), JobFate::Sent, id, limits.request).sentence;
+        say(link, unseen);
         return false;
     }
     if (status->state == JobState::Aborted) {
         fail(link, gaveUp(*status));
         return true;
     }
-    say(link, sentencesFor(link, *status));
+    say(link, reportFor(link, *status));
     const std::optional<JobEnd> end = endOf(status->state);
     if (end)
         finish(link, *end);
     return end.has_value();
 }
 
-void JobSender::Errand::say(const BackgroundCall::Link& link, const QString& sentences) {
-    if (sentences == mSaid || link.isCancelled())
+void JobSender::Errand::fulfil(const BackgroundCall::Link& link, int id, Wish wanted) const {
+    if (wanted == Wish::None)
         return;
-    mSaid = sentences;
-    link.tell([to = sender, sentences] { Q_EMIT to->stateChanged(sentences); });
+    const CallLimits limit = within(link, limits.request);
+    const auto done = wanted == Wish::Hold ? service.holdJob(id, job.request.user, limit)
+                                           : service.releaseJob(id, job.request.user, limit);
+    if (!done && !link.isCancelled())
+        link.tell([to = sender, error = done.error()] { Q_EMIT to->refused(error); });
 }
 
-QString JobSender::Errand::sentencesFor(const BackgroundCall::Link& link,
-                                        const JobStatus& status) const {
-    const QString own = sentenceFor(status);
+void JobSender::Errand::say(const BackgroundCall::Link& link, const JobReport& report) {
+    if (mSaid == report || link.isCancelled())
+        return;
+    mSaid = report;
+    link.tell([to = sender, report] { Q_EMIT to->reported(report); });
+}
+
+JobReport JobSender::Errand::reportFor(const BackgroundCall::Link& link,
+                                       const JobStatus& status) const {
     if (endOf(status.state))
-        return own;
-    const auto printer = service.queueAttributes(job.request.queue, within(link, limits.request));
-    if (!printer || !needsAttention(printer->queue))
-        return own;
-    return hostText("JobAndPrinter").arg(own, printer->queue.name, stateSentence(printer->queue));
+        return reportOn(status, nullptr);
+    const auto queue = service.queueAttributes(job.request.queue, within(link, limits.request));
+    return reportOn(status, queue ? &*queue : nullptr);
 }
 
 void JobSender::Errand::takeBack(const BackgroundCall::Link& link, int id) {
@@ -206,7 +198,7 @@ Error JobSender::Errand::withFate(const Error& failure, JobFate fate, int id, in
 bool JobSender::Errand::sleep(const BackgroundCall::Link& link) const {
     const Deadline pause({limits.poll, nullptr});
     bool goOn = true;
-    while (goOn && !pause.isOver() && !isWatchingOver)
+    while (goOn && !pause.isOver() && !isWatchingOver && wish == Wish::None)
         goOn = link.sleep(std::min(kNap, pause.remaining()));
     return goOn;
 }
@@ -246,6 +238,19 @@ void JobSender::cancel() {
 void JobSender::stopWatching() {
     if (mErrand)
         mErrand->isWatchingOver = true;
+}
+
+void JobSender::hold() {
+    wish(Wish::Hold);
+}
+
+void JobSender::release() {
+    wish(Wish::Release);
+}
+
+void JobSender::wish(Wish wish) {
+    if (mBusy && mSent)
+        mErrand->wish = wish;
 }
 
 void JobSender::fail(const Error& error) {

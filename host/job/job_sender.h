@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "host/core/background_call.h"
+#include "host/job/job_report.h"
 #include "host/job/submission.h"
 
 namespace labelcut {
@@ -49,6 +50,11 @@ public:
     /// moment it is remembered.
     void stopWatching();
 
+    /// Keep the job that was sent from being printed, or let it go on: the next report shows it,
+    /// or refused() says why not. Nothing happens before the document was sent and after the end.
+    void hold();
+    void release();
+
     bool isBusy() const { return mBusy; }
     /// The current or last job's; 0: none was made.
     int jobId() const { return mJobId; }
@@ -61,13 +67,17 @@ Q_SIGNALS:
     void jobCreated(int id);
     /// The document has arrived; the file is no longer needed.
     void documentSent();
-    /// What happens to the job, in sentences; only when they change.
-    void stateChanged(const QString& sentences);
+    /// How the job is doing; only when that changes.
+    void reported(const labelcut::JobReport& report);
+    /// The service would not hold or release the job; it goes on as it was.
+    void refused(const labelcut::Error& error);
     void failed(const labelcut::Error& error);
     void done(labelcut::JobEnd end);
 
 private:
     struct Errand;
+    enum class Wish : int;
+    void wish(Wish wish);
     void fail(const Error& error);
     void finish(JobEnd end);
     void giveUpWaiting();

@@ -39,11 +39,17 @@ Result<FoundPrinter> reopened(const Order& order) {
 Composition compositionOf(const Order& order, const JobDocument& document) {
     const Amount& amount = order.amount;
     const bool isOneSet = amount.isCollated || amount.pages.countIn(document.pages()) < 2;
-    return {amount.pages, amount.isReversed, isOneSet ? 1 : amount.copies, order.paper, amount.fit};
+    Composition composition{amount.pages, amount.isReversed, isOneSet ? 1 : amount.copies,
+                            order.paper, amount.fit};
+    // The first set is another than those behind it.
+    if (order.labelsBefore > 0 && isOneSet)
+        composition.sets = amount.copies;
+    composition.skipped = order.labelsBefore;
+    return composition;
 }
 
 int printersCopies(const Order& order, const Composition& composition) {
-    return composition.repeats > 1 ? 1 : order.amount.copies;
+    return composition.repeats > 1 || composition.sets > 1 ? 1 : order.amount.copies;
 }
 
 } // namespace

@@ -47,6 +47,8 @@ struct Order {
     PrinterRef printer;
     QString printerTitle;
     Amount amount;
+    /// So many of its labels, from the first on, were printed before; fewer than there are.
+    int labelsBefore = 0;
     /// What the files were when the user was shown them, see JobDocument::digests(); empty when
     /// they have not been looked at.
     QByteArrayList shown;

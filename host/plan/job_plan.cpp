@@ -36,17 +36,19 @@ JobPlan::JobPlan(PlanInput input)
     , mSelected(mInput.pages.countIn(static_cast<int>(mInput.document->measures.size())))
     , mLabels(std::int64_t{mSelected} * mInput.copies) {}
 
-int JobPlan::pageAt(std::int64_t index) const {
+JobPlan::Place JobPlan::placeAt(std::int64_t index) const {
     const std::int64_t inSet = mInput.isCollated ? index % mSelected : index / mInput.copies;
+    const std::int64_t copy = mInput.isCollated ? index / mSelected : index % mInput.copies;
     const auto place = static_cast<int>(inSet);
-    return mInput.pages.pageAt(mInput.isReversed ? mSelected - 1 - place : place);
+    return {mInput.pages.pageAt(mInput.isReversed ? mSelected - 1 - place : place),
+            static_cast<int>(copy) + 1};
 }
 
 JobPlan::Label JobPlan::label(std::int64_t index) const {
     Label label;
-    label.page = pageAt(index);
-    label.copy =
-        static_cast<int>(mInput.isCollated ? index / mSelected : index % mInput.copies) + 1;
+    const Place place = placeAt(index);
+    label.page = place.page;
+    label.copy = place.copy;
     label.pageSize = mInput.document->measures[static_cast<std::size_t>(label.page - 1)];
     label.size = labelSizeOf(label.page);
     label.place = placeOf(label.page);

@@ -97,8 +97,14 @@ public:
     };
     /// @param index  counted from 0, below labels().
     Label label(std::int64_t index) const;
-    /// The label's page; for those who need no more.
-    int pageAt(std::int64_t index) const;
+    /// Which page of the document a label is, and which copy of it; both counted from 1.
+    struct Place {
+        int page = 0;
+        int copy = 1;
+    };
+    /// For those who need no more of a label.
+    Place placeAt(std::int64_t index) const;
+    int pageAt(std::int64_t index) const { return placeAt(index).page; }
     PDECut cutAfter(std::int64_t index) const;
 
     /// Where a page lies on its label. @param page  counted from 1.

@@ -103,6 +103,18 @@ QString ownState(const Queue& queue) {
     return queue.state == PMPrinterState::Processing ? hostText("PrintingNow") : QString();
 }
 
+QStringList sentencesBehind(const QString& first, const Queue& queue) {
+    QStringList sentences{first};
+    for (const QString& reason : queue.stateReasons)
+        if (!isState(reason))
+            sentences << asSentence(reasonText(reason));
+    if (!repeatsState(queue.stateMessage, queue.state))
+        sentences << asSentence(queue.stateMessage);
+    sentences.removeAll(QString());
+    sentences.removeDuplicates();
+    return sentences;
+}
+
 } // namespace
 
 QString reasonText(const QString& reason) {
@@ -116,15 +128,13 @@ QString reasonText(const QString& reason) {
 }
 
 QString stateSentence(const Queue& queue) {
-    QStringList sentences{ownState(queue)};
-    for (const QString& reason : queue.stateReasons)
-        if (!isState(reason))
-            sentences << asSentence(reasonText(reason));
-    if (!repeatsState(queue.stateMessage, queue.state))
-        sentences << asSentence(queue.stateMessage);
-    sentences.removeAll(QString());
-    sentences.removeDuplicates();
+    const QStringList sentences = sentencesBehind(ownState(queue), queue);
     return sentences.isEmpty() ? hostText("Ready") : joinedSentences(sentences);
+}
+
+QString troubleSentence(const Queue& queue) {
+    const bool standsStill = queue.state == PMPrinterState::Stopped || !queue.isAccepting;
+    return joinedSentences(sentencesBehind(standsStill ? ownState(queue) : QString(), queue));
 }
 
 bool needsAttention(const Queue& queue) {

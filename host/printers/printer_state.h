@@ -11,6 +11,10 @@ namespace labelcut {
 /// what it says itself. Never empty: an idle queue without reasons is "Ready."
 QString stateSentence(const Queue& queue);
 
+/// The same without that it prints: what is in the way of a queue that needs attention. Empty for
+/// one that is ready.
+QString troubleSentence(const Queue& queue);
+
 /// Whether somebody has to do something before a job comes out: the queue is paused or takes no
 /// jobs, or one of its reasons is an error.
 bool needsAttention(const Queue& queue);

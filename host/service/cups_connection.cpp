@@ -96,6 +96,9 @@ void addJobAttributes(const IppMessage& message, const JobRequest& job) {
         ippAddInteger(request, IPP_TAG_JOB, IPP_TAG_INTEGER, "copies", job.copies);
     if (job.isLaidOut)
         ippAddString(request, IPP_TAG_JOB, IPP_TAG_KEYWORD, "print-scaling", nullptr, "none");
+    if (job.isHeld)
+        ippAddString(request, IPP_TAG_JOB, IPP_TAG_KEYWORD, "job-hold-until", nullptr,
+                     "indefinite");
     // As names, since choices such as "DC24" or "Custom.50x500" are no IPP keywords.
     for (const auto& [keyword, choice] : job.options)
         ippAddString(request, IPP_TAG_JOB, IPP_TAG_NAME, keyword.toUtf8().constData(), nullptr,
@@ -213,6 +216,8 @@ void readJob(JobStatus& job, ipp_attribute_t* attribute) {
         job.message = text(attribute);
     else if (name == "time-at-processing")
         job.mayHaveBegun = ippGetValueTag(attribute) != IPP_TAG_NOVALUE;
+    else if (name == "job-media-sheets-completed" || name == "job-impressions-completed")
+        job.sidesDone = std::max(job.sidesDone, ippGetInteger(attribute, 0));
 }
 
 RequestSubject aboutQueue(const QString& name) {
@@ -479,7 +484,22 @@ Result<JobStatus> CupsConnection::jobAttributes(int job, const CallLimits& limit
 
 Result<Done> CupsConnection::cancelJob(int job, const QString& user,
                                        const CallLimits& limits) const {
-    const IppMessage request = newJobRequest(IPP_OP_CANCEL_JOB, job, user);
+    return change(IPP_OP_CANCEL_JOB, job, user, limits);
+}
+
+Result<Done> CupsConnection::holdJob(int job, const QString& user, const CallLimits& limits) const {
+    return change(IPP_OP_HOLD_JOB, job, user, limits);
+}
+
+Result<Done> CupsConnection::releaseJob(int job, const QString& user,
+                                        const CallLimits& limits) const {
+    return change(IPP_OP_RELEASE_JOB, job, user, limits);
+}
+
+/// An operation that takes nothing but the job.
+Result<Done> CupsConnection::change(ipp_op_t operation, int job, const QString& user,
+                                    const CallLimits& limits) const {
+    const IppMessage request = newJobRequest(operation, job, user);
     return done(ippExchange(mAddress, Deadline(limits), request, "/jobs/", nullptr, aboutJob(job)));
 }
 

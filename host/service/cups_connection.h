@@ -68,6 +68,8 @@ struct JobRequest {
     /// choices that the PPD lacks without a word and prints the default, so check them before.
     /// A medium is never sent but as PageSize: its IPP name may select another of equal measure.
     Settings options;
+    /// The job waits until somebody releases it.
+    bool isHeld = false;
 };
 
 /// IPP "job-state" (RFC 8011, 5.3.7).
@@ -92,6 +94,9 @@ struct JobStatus {
     QString message;
     /// False only when the service says that it has not begun to print the job.
     bool mayHaveBegun = true;
+    /// How much of it has come out, in sides that were printed, copies included; 0 where the
+    /// service does not say.
+    int sidesDone = 0;
     /// Every attribute by name, values as text, several joined by commas.
     QMap<QString, QString> attributes;
 };
@@ -156,6 +161,12 @@ public:
     /// @return also NoSuchJob; Other for a job that has ended already.
     Result<Done> cancelJob(int job, const QString& user, const CallLimits& limits) const;
 
+    /// Keeps a job from being printed until it is released, or lets it go on.
+    /// @param user  as for cancelJob().
+    /// @return also NoSuchJob; Other for a job that is printing or has ended.
+    Result<Done> holdJob(int job, const QString& user, const CallLimits& limits) const;
+    Result<Done> releaseJob(int job, const QString& user, const CallLimits& limits) const;
+
     /// Whose jobs are made when a request names nobody: the account that runs this program, unless
     /// CUPS is told of another name (CUPS_USER, client.conf). USER and LOGNAME alone prove nothing.
     static QString userName();
@@ -163,6 +174,8 @@ public:
 private:
     Result<Done> upload(int job, const JobRequest& request, DocumentBody& body,
                         const Deadline& deadline) const;
+    Result<Done> change(ipp_op_t operation, int job, const QString& user,
+                        const CallLimits& limits) const;
     std::optional<JobFate> takeBack(int job, const QString& user, bool mayBeComplete) const;
     RequestSubject subjectOf(const JobRequest& request, int job, const CallLimits& limits) const;
 

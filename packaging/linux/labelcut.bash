@@ -90,7 +90,7 @@ _labelcut() {
     cur=${cur#*=}
   fi
 
-  local commands="dialog options panel-script presets print snapshot"
+  local commands="dialog options panel-script plan presets print snapshot"
   for ((i = 1; i < ${#typed[@]} - 1; i++)); do
     [[ " $commands " == *" ${typed[i]} "* ]] || continue
     command+=${command:+ }${typed[i]}
@@ -106,8 +106,9 @@ _labelcut() {
     "presets list" | "presets show" | "presets remove") options="-h --help $printers --timeout" ;;
     "presets save") options="-h --help $printers --timeout $choices -n --copies --reverse --no-collate --fit --replace" ;;
     "presets rename") options="-h --help $printers --timeout --replace" ;;
+    plan) options="-h --help $printers --timeout $choices --preset -n --copies --pages --reverse --no-collate --fit --json" ;;
     print) options="-h --help $printers --timeout $choices --preset -n --copies --pages --reverse --no-collate --fit -o --output -t --title" ;;
-    snapshot) options="-h --help $printers --timeout $choices --scale --dark --language -o --output" ;;
+    snapshot) options="-h --help $printers --timeout $choices --what --scale --dark --language -o --output" ;;
   esac
 
   # What is offered, one a line; "names" may hold anything, and are quoted. So are "files", by bash
@@ -115,6 +116,7 @@ _labelcut() {
   local words="" kind="" plain=${cur//[\"\'\\]/}
   case $prev in
     -p | --printer) words=$(_labelcut_queues) kind=names ;;
+    --what) words=$'panel\nstrip\ndialog' ;;
     --ppd | -o | --output)
       _labelcut_files "$cur"
       return
@@ -144,7 +146,7 @@ _labelcut() {
       elif [[ $command == presets\ s[ah]* || $command == presets\ re* ]]; then
         _labelcut_printer
         words=$(_labelcut_presets) kind=names
-      elif [[ $command == dialog || $command == panel-script || $command == print ]]; then
+      elif [[ $command == dialog || $command == panel-script || $command == plan || $command == print || $command == snapshot ]]; then
         _labelcut_files "$cur"
         return
       else

@@ -1,6 +1,6 @@
 # Completion of labelcut for fish.
 
-set -l commands dialog options panel-script presets print snapshot
+set -l commands dialog options panel-script plan presets print snapshot
 set -l actions list remove rename save show
 
 function __labelcut_queues
@@ -69,6 +69,7 @@ complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -l version -
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a dialog -d 'Open the print dialog'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a options -d 'List the options of a printer'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a panel-script -d 'Drive the panels by lines of JSON'
+complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a plan -d 'Tell what would be printed and cut'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a presets -d 'Keep choices under a name'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a print -d 'Print files'
 complete -c labelcut -n "not __fish_seen_subcommand_from $commands" -a snapshot -d 'Picture the panels as a PNG file'
@@ -87,34 +88,35 @@ complete -c labelcut -n "$acting; and not __fish_seen_subcommand_from list" -a '
 # Documents and scripts.
 set -l opening "not __fish_seen_subcommand_from $commands"
 complete -c labelcut -n $opening -F
-complete -c labelcut -n '__fish_seen_subcommand_from dialog panel-script print' -F
+complete -c labelcut -n '__fish_seen_subcommand_from dialog panel-script plan print' -F
 
 complete -c labelcut -n $opening -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
-complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
+complete -c labelcut -n '__fish_seen_subcommand_from dialog options plan print snapshot' -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
 complete -c labelcut -n $acting -s p -l printer -x -a '(__labelcut_queues)' -d 'Queue of the print service'
-complete -c labelcut -n '__fish_seen_subcommand_from dialog options print snapshot' -l ppd -r -F -d 'PPD file of a printer'
+complete -c labelcut -n '__fish_seen_subcommand_from dialog options plan print snapshot' -l ppd -r -F -d 'PPD file of a printer'
 complete -c labelcut -n $opening -l ppd -r -F -d 'PPD file of a printer'
 complete -c labelcut -n $acting -l ppd -r -F -d 'PPD file of a printer'
-complete -c labelcut -n '__fish_seen_subcommand_from options print snapshot' -l timeout -x -d 'Seconds to wait for each answer'
+complete -c labelcut -n '__fish_seen_subcommand_from options plan print snapshot' -l timeout -x -d 'Seconds to wait for each answer'
 complete -c labelcut -n $acting -l timeout -x -d 'Seconds to wait for each answer'
-complete -c labelcut -n '__fish_seen_subcommand_from options' -l json -d 'List them as JSON'
-complete -c labelcut -n '__fish_seen_subcommand_from options print' -l preset -x -a '(__labelcut_presets)' -d 'Choices kept under a name'
-complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
+complete -c labelcut -n '__fish_seen_subcommand_from options plan' -l json -d 'JSON instead of text'
+complete -c labelcut -n '__fish_seen_subcommand_from options plan print' -l preset -x -a '(__labelcut_presets)' -d 'Choices kept under a name'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print snapshot' -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
 complete -c labelcut -n $saving -s s -l set -x -a '(__labelcut_settings)' -d 'A choice of the printer'
-complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print snapshot' -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
 complete -c labelcut -n $saving -l page-size -x -a '(__labelcut_papers)' -d 'Paper by its name in the PPD'
-complete -c labelcut -n '__fish_seen_subcommand_from print' -s n -l copies -x -d 'How many of each'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print' -s n -l copies -x -d 'How many of each'
 complete -c labelcut -n $saving -s n -l copies -x -d 'How many of each'
 complete -c labelcut -n $naming -l replace -d 'Replace the one of that name'
-complete -c labelcut -n '__fish_seen_subcommand_from print' -l pages -x -d 'Pages counted through all files'
-complete -c labelcut -n '__fish_seen_subcommand_from print' -l reverse -d 'The last page first'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print' -l pages -x -d 'Pages counted through all files'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print' -l reverse -d 'The last page first'
 complete -c labelcut -n $saving -l reverse -d 'The last page first'
-complete -c labelcut -n '__fish_seen_subcommand_from print' -l no-collate -d 'Every copy of a page, then the next page'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print' -l no-collate -d 'Every copy of a page, then the next page'
 complete -c labelcut -n $saving -l no-collate -d 'Every copy of a page, then the next page'
-complete -c labelcut -n '__fish_seen_subcommand_from print' -l fit -x -a 'actual scale turn' -d 'What becomes of pages of other measures'
+complete -c labelcut -n '__fish_seen_subcommand_from plan print' -l fit -x -a 'actual scale turn' -d 'What becomes of pages of other measures'
 complete -c labelcut -n $saving -l fit -x -a 'actual scale turn' -d 'What becomes of pages of other measures'
 complete -c labelcut -n '__fish_seen_subcommand_from print' -s t -l title -x -d 'Title of the job'
 complete -c labelcut -n '__fish_seen_subcommand_from print snapshot' -s o -l output -r -F -d 'File to write'
+complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l what -x -a 'panel strip dialog' -d 'What is pictured'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l scale -x -d 'Pixels per point'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l dark -d 'Dark instead of light'
 complete -c labelcut -n '__fish_seen_subcommand_from snapshot' -l language -x -a 'de en es fr ja zh_CN' -d 'Language of the texts'

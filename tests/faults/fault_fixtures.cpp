@@ -148,7 +148,10 @@ QString changedPpd(const QString& path, const QByteArray& before, const QByteArr
 }
 
 std::string messagesOf(const PrintDialog& dialog) {
-    return (dialog.messages().texts() + dialog.printerMessages().texts()).join(u'\n').toStdString();
+    return (dialog.messages().texts() + dialog.printerMessages().texts() +
+            part<MessageBar>(dialog, "jobMessages")->texts())
+        .join(u'\n')
+        .toStdString();
 }
 
 bool turnUntilTold(const PrintDialog& dialog, const char* words) {

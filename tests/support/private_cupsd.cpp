@@ -41,6 +41,7 @@ store="${DEVICE_URI#labelstore:}"
 for argument in "$@"; do printf '%s\0' "$argument"; done > "$store/$1.argv"
 env -0 > "$store/$1.env"
 cat ${6:+"$6"} > "$store/$1.data"
+[ ! -e "$store/said" ] || cat "$store/said" >&2
 while [ -e "$store/hold" ]; do sleep 0.05; done
 [ ! -e "$store/fail" ] || { cat "$store/fail" >&2; exit 1; }
 : > "$store/$1.done"
@@ -190,6 +191,10 @@ void PrivateCupsd::holdPrinter(bool hold) {
 void PrivateCupsd::breakPrinter(const QByteArray& reason) {
     writeFile(mFolder.filePath(QStringLiteral("store/fail")),
               reason.isEmpty() ? reason : "ERROR: " + reason + '\n');
+}
+
+void PrivateCupsd::letPrinterSay(const QByteArray& lines) {
+    writeFile(mFolder.filePath(QStringLiteral("store/said")), lines);
 }
 
 QString PrivateCupsd::deviceUri() const {

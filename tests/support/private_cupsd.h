@@ -73,6 +73,9 @@ public:
     /// From now on jobs fail when they have reached the printer, and the scheduler gives them up.
     /// @param reason  what the printer has to say about it; may be empty.
     void breakPrinter(const QByteArray& reason = {});
+    /// What the printer says to the scheduler about each job that has reached it from now on, such
+    /// as "PAGE: 1 1\n" or "STATE: +media-empty-error\n".
+    void letPrinterSay(const QByteArray& lines);
     /// The device URI of every queue.
     QString deviceUri() const;
 

@@ -19,7 +19,13 @@ const std::vector<Request>& requests() {
         Open{},
         Join{},
         Join{{{3, 5}}, false, 1, kPaper, Fit::Unchanged},
-        Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}}, true, kMostRepeats, std::nullopt, kLastFit},
+        Join{{{1, 1}, {3, 3}, {5, 7}, {9, UINT32_MAX}},
+             true,
+             kMostRepeats,
+             std::nullopt,
+             kLastFit,
+             kMostRepeats,
+             7},
         Draw{DocumentKind::PlainText, kPaper},
         Interpret{},
         Interpret{Interpret::Target::PostScript, 99, false},
@@ -94,6 +100,9 @@ TEST(MessageTest, ValuesThatAFieldCannotHaveAreRefused) {
     for (const std::uint32_t repeats : {0U, kMostRepeats + 1}) {
         Join join;
         join.repeats = repeats;
+        EXPECT_FALSE(decodeRequest(encode(Request(join)))) << repeats;
+        join.repeats = 1;
+        join.sets = repeats;
         EXPECT_FALSE(decodeRequest(encode(Request(join)))) << repeats;
     }
     const std::string join = encode(Request(Join{}));

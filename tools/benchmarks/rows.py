@@ -334,6 +334,27 @@ def printing(bench):
                  "ppdOpenFile, bytes written", inside, 2)]
 
 
+def plan(bench):
+    """`labelcut plan` of 1,600 pages, told as text and as JSON, beside `qpdf --show-npages` of the
+    same file. Instructions are the command's own process's; the worker, which reads the document
+    with qpdf's library in its cage, is a process of its own and only in the wall time."""
+    document = bench.document(1600)
+    ppd = bench.ppd()
+    programs = {"plan": Program((BIN / "labelcut", "plan", document, "--ppd", ppd)),
+                "plan-json": Program((BIN / "labelcut", "plan", document, "--ppd", ppd, "--json")),
+                "npages": Program(("/usr/bin/qpdf", "--show-npages", document))}
+    measured = bench.wall_and_memory(programs)
+    cost = {name: bench.instructions(name, program) for name, program in programs.items()}
+    lines = []
+    for name, title in (("plan", "`labelcut plan` of 1,600 pages"),
+                        ("plan-json", "`labelcut plan --json` of 1,600 pages")):
+        lines.append(Line(title, cost[name], INSTRUCTIONS, "`qpdf --show-npages`", cost["npages"],
+                          1.5, "without the worker's process"))
+        lines.append(Line(f"{title}, wall time", measured[name][0], "ms", "`qpdf --show-npages`",
+                          measured["npages"][0]))
+    return lines
+
+
 def cage(bench):
     """The documents of a job read by the worker in its cage, beside the same libraries doing the
     same within the process that asks: whole processes from start to end, wall time. What `labelcut
@@ -455,4 +476,4 @@ def curves(bench):
 
 
 ROWS = {"dialog": dialog, "panel": panel, "preview": preview, "options": options,
-        "print": printing, "cage": cage, "service": service, "curves": curves}
+        "print": printing, "plan": plan, "cage": cage, "service": service, "curves": curves}

@@ -29,6 +29,7 @@ void check(const Open&) {}
 void check(const Join& join) {
     require(join.pages.size() <= kMostRuns, "pages are bounded");
     require(join.repeats >= 1 && join.repeats <= kMostRepeats, "pages are repeated within bounds");
+    require(join.sets >= 1 && join.sets <= kMostRepeats, "sets are bounded");
     require(join.fit <= kLastFit, "a fit is one of the known");
     std::uint64_t free = 1;
     for (const PageRun& run : join.pages) {

@@ -317,7 +317,8 @@ public:
     Answer join(const Join& request, Descriptor target, const Step& step) override {
         const std::vector<Source> sources = sourcesOf(request);
         // Repeated, a few pages become too many; what is only put together is as large as it is.
-        if (request.repeats > 1 && sources.size() > kMostPages / request.repeats)
+        const std::uint64_t times = std::uint64_t{request.repeats} * request.sets;
+        if (times > 1 && sources.size() > kMostPages / times)
             return Failed{Problem::TooManyPages, {}, kNoFile};
         QPDF joined;
         joined.emptyPDF();
@@ -368,13 +369,19 @@ private:
     static std::optional<Failed> addPages(QPDF& joined, const std::vector<Source>& sources,
                                           const Join& request, const Step& step) {
         QPDFPageDocumentHelper pages(joined);
-        for (const Source& source : sources) {
+        std::vector<QPDFPageObjectHelper> made;
+        std::uint32_t toSkip = request.skipped;
+        for (std::size_t i = 0; i < sources.size() * request.sets; ++i) {
+            const Source& source = sources[i % sources.size()];
             try {
                 step();
-                const QPDFPageObjectHelper page = sent(joined, *source.page, request);
+                if (i < sources.size())
+                    made.push_back(sent(joined, *source.page, request));
+                const std::uint32_t skipped = std::min(toSkip, request.repeats);
+                toSkip -= skipped;
                 // The library makes another page of one that is there.
-                for (std::uint32_t i = 0; i < request.repeats; ++i)
-                    pages.addPage(page, false);
+                for (std::uint32_t again = skipped; again < request.repeats; ++again)
+                    pages.addPage(made[i % sources.size()], false);
             } catch (const std::exception& error) {
                 return broken(error, source.file);
             }

@@ -143,6 +143,8 @@ void walk(Fields& fields, Join& join) {
     walk(fields, join.pages);
     fields.field(join.isReversed);
     fields.field(join.repeats);
+    fields.field(join.sets);
+    fields.field(join.skipped);
     walk(fields, join.paper);
     fields.field(join.fit);
 }
@@ -217,7 +219,8 @@ bool makesSense(const Message&) {
     return true;
 }
 bool makesSense(const Join& join) {
-    if (join.repeats < 1 || join.repeats > kMostRepeats)
+    const auto isCount = [](std::uint32_t count) { return count >= 1 && count <= kMostRepeats; };
+    if (!isCount(join.repeats) || !isCount(join.sets))
         return false;
     std::uint64_t free = 1;
     for (const PageRun& run : join.pages) {

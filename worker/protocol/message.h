@@ -65,11 +65,15 @@ struct Join {
     std::vector<PageRun> pages;
     /// The last page first.
     bool isReversed = false;
-    /// Each page so often in a row, 1 … kMostRepeats. Together no more than kMostPages.
+    /// Each page so often in a row, 1 … kMostRepeats. With all sets no more than kMostPages.
     std::uint32_t repeats = 1;
     /// What pages are laid out on; nothing: they keep their measure.
     std::optional<Paper> paper;
     Fit fit = Fit::Unchanged;
+    /// All of it so often, one set behind the other; 1 … kMostRepeats.
+    std::uint32_t sets = 1;
+    /// So many pages at the front of all that are left out; fewer than there are.
+    std::uint32_t skipped = 0;
 };
 
 /// With the descriptors of document and target: draws a document of `kind`, no PDF and no

@@ -71,6 +71,10 @@ PDECutPlan cutPlanOf(const SentChoices& choices) {
 }
 
 std::optional<PDECutPlan> OptionPDE13_v400_::cutPlan() {
+    // A printer without any of the options is none that this panel knows.
+    if (std::ranges::none_of(rows(),
+                             [this](const Row& row) { return (this->*row.choices).has_value(); }))
+        return std::nullopt;
     const auto isOn = [this](const PDEChoices& choices, const char* cStrKey) {
         return choices && indexOfMarkedOption(choices, QLatin1String(cStrKey)) == 1;
     };

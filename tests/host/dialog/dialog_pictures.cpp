@@ -5,6 +5,7 @@
 // Each look is made by a process of its own. The program fails when a text does not fit into its
 // widget, when two widgets overlap, or when a panel can only be seen by scrolling.
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QJsonArray>
@@ -177,6 +178,26 @@ void takeEmptyStates(Camera& camera) {
     camera.take(*openDialog(printer), QStringLiteral("no-document"));
 }
 
+/// A job of a paused queue from Print to its end, then one label to check.
+void takeJob(Camera& camera, PrintDialog& dialog, PrivateCupsd& service, const QString& queue) {
+    const auto& hold = *part<QPushButton>(dialog, "holdJob");
+    const QString holds = hold.text();
+    click(*part<QPushButton>(dialog, "print"));
+    turnUntil([&] { return hold.isVisible(); });
+    camera.take(dialog, QStringLiteral("job-waits"));
+    click(*part<QPushButton>(dialog, "holdJob"));
+    turnUntil([&] { return hold.text() != holds; });
+    camera.take(dialog, QStringLiteral("job-held"));
+    click(*part<QPushButton>(dialog, "cancelJob"));
+    turnUntil([&] { return part<QPushButton>(dialog, "print")->isEnabled(); });
+    camera.take(dialog, QStringLiteral("job-cancelled"));
+    if (!service.resume(queue))
+        qFatal("the queue stays paused");
+    dialog.findChild<QAction*>(QStringLiteral("printCheck"))->trigger();
+    turnUntil([&] { return part<QPushButton>(dialog, "print")->isEnabled(); });
+    camera.take(dialog, QStringLiteral("job-checked"));
+}
+
 void takePausedQueue(Camera& camera) {
     PrivateCupsd service;
     const QString queue = QStringLiteral("shipping");
@@ -193,6 +214,8 @@ void takePausedQueue(Camera& camera) {
     camera.take(*dialog, QStringLiteral("paused"));
     openTab(*dialog, kSummaryTab);
     camera.take(*dialog, QStringLiteral("paused-summary"));
+    openTab(*dialog, 0);
+    takeJob(camera, *dialog, service, queue);
 }
 
 int takeAll(const QString& folder, const QString& name) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
@@ -11,7 +12,11 @@
 #include <QSpinBox>
 #include <QTest>
 
+#include <atomic>
+
+#include "host/dialog/job_footer.h"
 #include "tests/host/dialog/dialog_fixtures.h"
+#include "tests/support/answer_proxy.h"
 #include "tests/support/one_truth.h"
 #include "tests/support/private_cupsd.h"
 #include "tests/support/program.h"
@@ -96,6 +101,7 @@ protected:
     OnServiceTest() { EXPECT_TRUE(sService->addQueue(kQueue, kTapePpd)); }
     ~OnServiceTest() override {
         sService->holdPrinter(false);
+        sService->letPrinterSay({});
         mDialog.reset();
         EXPECT_TRUE(sService->removeQueue(kQueue));
     }
@@ -115,6 +121,32 @@ protected:
     bool turnUntilSays(const char* words) {
         return turnUntil(
             [&] { return control<QLabel>("sentence").text().contains(QLatin1String(words)); });
+    }
+
+    /// One of the other ways to print.
+    void chooseWay(const char* name) const {
+        auto* way = mDialog->findChild<QAction*>(QLatin1String(name));
+        ASSERT_TRUE(way && way->isEnabled()) << name;
+        way->trigger();
+        settle();
+    }
+    std::string textOf(const char* button) const {
+        return control<QPushButton>(button).text().toStdString();
+    }
+    std::string jobMessages() const {
+        return control<MessageBar>("jobMessages").texts().join(u'\n').toStdString();
+    }
+    bool turnUntilVisible(const char* name) const {
+        return turnUntil([&] { return control<QWidget>(name).isVisible(); });
+    }
+    static JobState stateOf(int job, const PrivateCupsd& at = *sService) {
+        const auto status = service(at).jobAttributes(job, {kLong, nullptr});
+        return status ? status->state : JobState::Aborted;
+    }
+    /// How many pages of the job have reached the printer.
+    static qsizetype pagesOf(int job) {
+        const auto stored = sService->waitForJob(job);
+        return stored ? stored->data.count("\n%%Page: ") : -1;
     }
 
     /// The job that the window speaks of; 0: none.
@@ -511,6 +543,227 @@ TEST_F(OnServiceTest, WhileAJobRunsNothingButCancelCanBeUsed) {
                              "chooseFiles", "reset", "undo", "print", "foldPanel"})
         EXPECT_FALSE(control<QWidget>(name).isEnabled()) << name;
     EXPECT_TRUE(control<QPushButton>("cancel").isEnabled());
+}
+
+TEST_F(OnServiceTest, OneLabelIsPrintedToCheckAndThenTheOthers) {
+    open();
+    makeChoices();
+    const Settings marks = mDialog->model().marks();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntilSays("Job ")) << testing::PrintToString(messages());
+    const int first = spokenOf();
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 11 labels"; }))
+        << testing::PrintToString(messages());
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_EQ(jobMessages(),
+              "Label 1 of 12 was printed. If it is as it should be, print the others.");
+    EXPECT_EQ(pagesOf(first), 1);
+    EXPECT_FALSE(sService->hasReachedPrinter(first + 1)) << "nothing more is printed unasked";
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(mDialog->result(), QDialog::Accepted);
+    EXPECT_EQ(pagesOf(first + 1), 11);
+    EXPECT_THAT(sService->waitForJob(first + 1)->options().toStdString(),
+                HasSubstr("KvHalfCut=ON"));
+}
+
+TEST_F(OnServiceTest, TheOthersOfSeveralCopiesAreAllButTheLabelThatWasChecked) {
+    open();
+    control<QSpinBox>("copies").setValue(2);
+    settle();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntilSays("Job "));
+    const int first = spokenOf();
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 23 labels"; }))
+        << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(first), 1);
+    EXPECT_EQ(sService->waitForJob(first)->arguments.value(3).toStdString(), "1");
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(first + 1), 23);
+    EXPECT_EQ(sService->waitForJob(first + 1)->arguments.value(3).toStdString(), "1");
+}
+
+TEST_F(OnServiceTest, OtherChoicesThanThoseCheckedArePrintedWhole) {
+    open();
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntil([&] { return textOf("print") == "&Print the other 11 labels"; }));
+    openTab(*mDialog, 0);
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    EXPECT_EQ(textOf("print"), "&Print 12 labels");
+    EXPECT_EQ(jobMessages(), "");
+    click(control<QCheckBox>("mHalfCutChkBx"));
+    EXPECT_EQ(textOf("print"), "&Print the other 11 labels") << "as it was checked";
+}
+
+TEST_F(OnServiceTest, OneLabelAloneNeedsNoCheck) {
+    open();
+    mDialog->model().setPages(PageSelection({3, 3}));
+    settle();
+    EXPECT_FALSE(mDialog->findChild<QAction*>(QStringLiteral("printCheck"))->isEnabled());
+    EXPECT_TRUE(control<QWidget>("waysToPrint").isEnabled());
+}
+
+TEST_F(OnServiceTest, ACheckThatIsClosedLeavesItsJobAndPrintsNoOther) {
+    open();
+    sService->holdPrinter(true);
+    chooseWay("printCheck");
+    ASSERT_TRUE(turnUntil([&] { return textOf("cancel") == "Close"; }));
+    const int job = spokenOf();
+    click(control<QPushButton>("cancel"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+    sService->holdPrinter(false);
+    EXPECT_EQ(pagesOf(job), 1);
+    EXPECT_FALSE(service().jobAttributes(job + 1, {kLong, nullptr}));
+}
+
+TEST_F(OnServiceTest, AJobThatIsSentHeldWaitsForItsReleaseWithoutABar) {
+    open();
+    chooseWay("printHeld");
+    ASSERT_TRUE(turnUntilSays("is held until somebody releases it"));
+    const int job = spokenOf();
+    EXPECT_EQ(textOf("holdJob"), "Release");
+    EXPECT_TRUE(isUsable(control<QWidget>("holdJob")));
+    EXPECT_FALSE(control<QProgressBar>("progress").isVisible());
+    EXPECT_FALSE(sService->hasReachedPrinter(job));
+    click(control<QPushButton>("holdJob"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(job), 12);
+}
+
+TEST_F(OnServiceTest, AWaitingJobIsHeldFromTheWindow) {
+    open();
+    ASSERT_TRUE(sService->pause(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("holdJob"));
+    EXPECT_EQ(textOf("holdJob"), "Hold");
+    EXPECT_THAT(jobMessages(), HasSubstr("tape: Paused"));
+    click(control<QPushButton>("holdJob"));
+    ASSERT_TRUE(turnUntilSays("is held until somebody releases it"));
+    EXPECT_EQ(stateOf(spokenOf()), JobState::Held);
+    EXPECT_EQ(jobMessages(), "");
+}
+
+TEST_F(OnServiceTest, AJobThatWasSentIsCancelledAndCanBePrintedAgain) {
+    open();
+    makeChoices();
+    const Settings marks = mDialog->model().marks();
+    ASSERT_TRUE(sService->pause(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("cancelJob"));
+    const int job = spokenOf();
+    QTest::mouseClick(&control<QPushButton>("cancelJob"), Qt::LeftButton);
+    EXPECT_FALSE(control<QPushButton>("cancelJob").isEnabled()) << "asked once";
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre("Cancelled; nothing is printed."));
+    EXPECT_EQ(stateOf(job), JobState::Canceled);
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(mDialog->model().marks(), marks);
+    EXPECT_EQ(textOf("print"), "&Print again");
+    EXPECT_FALSE(control<QPushButton>("cancelJob").isVisible());
+    ASSERT_TRUE(sService->resume(kQueue));
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntil([&] { return isOver(); })) << testing::PrintToString(messages());
+    EXPECT_EQ(pagesOf(job + 1), 12);
+}
+
+TEST_F(OnServiceTest, AJobThatMustNotBeCancelledIsToldAndStays) {
+    PrivateCupsd::Options options;
+    options.policy =
+        "<Limit Cancel-Job>\nAuthType Basic\nRequire valid-user\nOrder deny,allow\n</Limit>\n";
+    PrivateCupsd strict(options);
+    ASSERT_TRUE(strict.start()) << strict.errorLog().toStdString();
+    ASSERT_TRUE(strict.addQueue(kQueue, kTapePpd));
+    ASSERT_TRUE(strict.pause(kQueue));
+    open(strict);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilVisible("cancelJob"));
+    click(control<QPushButton>("cancelJob"));
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("before you print again")));
+    EXPECT_FALSE(isOver());
+    EXPECT_EQ(stateOf(1, strict), JobState::Pending);
+    mDialog.reset();
+}
+
+TEST_F(OnServiceTest, ACancelThatComesTooLateSaysThatTheJobIsPrinted) {
+    // The window learns nothing of the job's end before it asks for the cancellation.
+    std::atomic<bool> isBlind = false;
+    const AnswerProxy proxy(sService->socketPath(), [&](const AnswerProxy::Exchange& exchange) {
+        if (exchange.operation == IPP_OP_CANCEL_JOB)
+            isBlind = false;
+        const bool isLost = isBlind && exchange.operation == IPP_OP_GET_JOB_ATTRIBUTES;
+        return AnswerProxy::Reply{isLost ? QByteArray() : exchange.answer};
+    });
+    DialogRequest request;
+    request.files = {kLabels};
+    request.queue = kQueue;
+    mDialog = openDialog(request, CupsConnection({QStringLiteral("127.0.0.1"), proxy.port()}));
+    ASSERT_TRUE(turnUntil(
+        [&] { return mDialog->model().pageCount() > 0 && mDialog->model().hasPrinter(); }));
+    settle();
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    ASSERT_TRUE(turnUntilSays("is being printed"));
+    const int job = spokenOf();
+    isBlind = true;
+    ASSERT_TRUE(turnUntil([&] {
+        return jobMessages().find("cannot be seen") != std::string::npos;
+    })) << jobMessages();
+    sService->holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return stateOf(job) == JobState::Completed; }));
+    click(control<QPushButton>("cancelJob"));
+    ASSERT_TRUE(turnUntil([&] { return !messages().empty(); }));
+    EXPECT_THAT(messages(), ElementsAre("Job " + std::to_string(job) +
+                                        " could not be cancelled any more: “tape” has printed "
+                                        "it."));
+    EXPECT_FALSE(isOver());
+    mDialog.reset();
+}
+
+TEST_F(OnServiceTest, TheWindowCountsLabelsAndSaysWhatThePrinterLacks) {
+    open();
+    sService->letPrinterSay("STATE: +media-empty-error\n");
+    sService->holdPrinter(true);
+    click(control<QPushButton>("print"));
+    // The filters report every page as soon as they have made it.
+    ASSERT_TRUE(turnUntilSays("Label 12 of 12. Job "))
+        << control<QLabel>("sentence").text().toStdString();
+    EXPECT_EQ(control<QProgressBar>("progress").maximum(), 12);
+    ASSERT_TRUE(turnUntil([&] { return !jobMessages().empty(); }));
+    EXPECT_EQ(jobMessages(), "tape: Paper or tape is used up. See to it at the printer; the job "
+                             "waits until then.");
+    sService->letPrinterSay("STATE: -media-empty-error\n");
+    sService->holdPrinter(false);
+    ASSERT_TRUE(turnUntil([&] { return isOver(); }));
+}
+
+TEST_F(OnServiceTest, TheBarStandsWhereTheNumberIsKnown) {
+    open();
+    auto& footer = *mDialog->findChild<JobFooter*>();
+    const auto& bar = control<QProgressBar>("progress");
+    footer.setRunning(true, {12, 1});
+    JobReport report;
+    report.state = JobState::Processing;
+    report.sentence = QStringLiteral("It prints.");
+    footer.showReport(report);
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_EQ(bar.maximum(), 0) << "not known yet";
+    report.labelsDone = 2;
+    footer.showReport(report);
+    EXPECT_EQ(control<QLabel>("sentence").text().toStdString(), "Label 3 of 12. It prints.");
+    EXPECT_EQ(bar.maximum(), 12);
+    EXPECT_EQ(bar.value(), 3);
+    report.labelsDone = 99;
+    footer.showReport(report);
+    EXPECT_EQ(bar.value(), 12) << "whatever a queue counts";
+    report.labelsDone = 0;
+    for (const JobState waiting : {JobState::Pending, JobState::Held, JobState::Stopped}) {
+        report.state = waiting;
+        footer.showReport(report);
+        EXPECT_FALSE(bar.isVisible());
+    }
 }
 
 } // namespace labelcut::test

@@ -147,6 +147,14 @@ TEST(CompositionTest, HoldsJustThePagesThatAreAskedForInTheirOrder) {
               (std::vector<QSizeF>{{40, 100}, {10, 100}}));
     EXPECT_EQ(composedSizes(*document, {pages("3-"), false, 2}),
               (std::vector<QSizeF>{{30, 100}, {30, 100}, {40, 100}, {40, 100}}));
+    const auto skipping = [&](int repeats, int sets, int skipped) {
+        return composedSizes(*document,
+                             {pages("3-"), false, repeats, {}, Fit::Unchanged, sets, skipped});
+    };
+    EXPECT_EQ(skipping(1, 2, 1), (std::vector<QSizeF>{{40, 100}, {30, 100}, {40, 100}}));
+    EXPECT_EQ(skipping(2, 1, 1), (std::vector<QSizeF>{{30, 100}, {40, 100}, {40, 100}}));
+    EXPECT_EQ(skipping(2, 1, 3), (std::vector<QSizeF>{{40, 100}}));
+    EXPECT_EQ(skipping(1, 1, 1), (std::vector<QSizeF>{{40, 100}}));
 }
 
 TEST(CompositionTest, IsTheDocumentItselfWhereNothingIsToBeDone) {
@@ -162,6 +170,8 @@ TEST(CompositionTest, IsTheDocumentItselfWhereNothingIsToBeDone) {
     EXPECT_NE(*document->composed({{}, true}), document->pdf());
     EXPECT_NE(*document->composed({{}, false, 2}), document->pdf());
     EXPECT_NE(*document->composed({{}, false, 1, tape(), Fit::Turn}), document->pdf());
+    EXPECT_NE(*document->composed({{}, false, 1, tape(), {}, 2}), document->pdf());
+    EXPECT_NE(*document->composed({{}, false, 1, tape(), {}, 1, 1}), document->pdf());
     const Result<JobDocument> one =
         JobDocument::prepare({folder.pdf(QStringLiteral("b.pdf"), {kTape})}, tape());
     ASSERT_TRUE(one);

@@ -49,8 +49,12 @@ struct Said {
         });
         QObject::connect(&sender, &S::documentSent, &context,
                          [&] { log << QStringLiteral("sent"); });
-        QObject::connect(&sender, &S::stateChanged, &context,
-                         [&](const QString& text) { states << text; });
+        QObject::connect(&sender, &S::reported, &context, [&](const JobReport& report) {
+            states << report.sentences();
+            last = report;
+        });
+        QObject::connect(&sender, &S::refused, &context,
+                         [&](const Error& e) { refusals.push_back(e); });
         QObject::connect(&sender, &S::failed, &context,
                          [&](const Error& e) { errors.push_back(e); });
         QObject::connect(&sender, &S::done, &context, [&](JobEnd end) { ends.push_back(end); });
@@ -67,6 +71,8 @@ struct Said {
     QObject context;
     QStringList log;
     QStringList states;
+    JobReport last;
+    std::vector<Error> refusals;
     std::vector<Error> errors;
     std::vector<JobEnd> ends;
     qint64 lastSent = 0;
@@ -326,6 +332,81 @@ TEST_F(JobSenderTest, AJobThatWaitsForItsReleaseIsSaidSo) {
     EXPECT_EQ(said.lastState(),
               "Job " + std::to_string(said.job) + " is held until somebody releases it.");
     EXPECT_TRUE(sender.isBusy());
+}
+
+TEST_F(JobSenderTest, AJobIsHeldFromTheStartAndReleased) {
+    JobToSend held = job();
+    held.request.isHeld = true;
+    sender.send(held);
+    ASSERT_TRUE(turnUntil([&] { return said.last.canRelease; })) << said.lastState();
+    EXPECT_EQ(said.last.state, JobState::Held);
+    EXPECT_FALSE(said.last.canHold);
+    EXPECT_EQ(said.last.trouble.toStdString(), "");
+    turnFor(500);
+    EXPECT_FALSE(service.hasReachedPrinter(said.job));
+    sender.release();
+    ASSERT_TRUE(said.waitForEnd());
+    EXPECT_EQ(said.ends, std::vector{JobEnd::Printed}) << said.sentence();
+    EXPECT_TRUE(said.refusals.empty());
+}
+
+TEST_F(JobSenderTest, AWaitingJobIsHeldThoughItsPrinterGoesOn) {
+    ASSERT_TRUE(service.pause(kTape));
+    sender.send(job());
+    ASSERT_TRUE(turnUntil([&] { return said.last.canHold; })) << said.lastState();
+    EXPECT_THAT(said.last.trouble.toStdString(), HasSubstr("Paused"));
+    sender.hold();
+    ASSERT_TRUE(turnUntil([&] { return said.last.canRelease; })) << said.lastState();
+    EXPECT_EQ(said.last.trouble.toStdString(), "") << "not the printer holds it up";
+    ASSERT_TRUE(service.resume(kTape));
+    turnFor(500);
+    EXPECT_EQ(stateOf(said.job), JobState::Held);
+    sender.release();
+    ASSERT_TRUE(said.waitForEnd());
+    EXPECT_EQ(said.ends, std::vector{JobEnd::Printed}) << said.sentence();
+}
+
+TEST_F(JobSenderTest, AJobThatMustNotBeHeldIsToldAndGoesOn) {
+    PrivateCupsd::Options options;
+    options.policy =
+        "<Limit Hold-Job>\nAuthType Basic\nRequire valid-user\nOrder deny,allow\n</Limit>\n";
+    PrivateCupsd strict(options);
+    ASSERT_TRUE(strict.start()) << strict.errorLog().toStdString();
+    ASSERT_TRUE(strict.addQueue(kTape, kPpd));
+    ASSERT_TRUE(strict.pause(kTape));
+    JobSender other(CupsConnection({strict.socketPath(), 0}));
+    other.setLimits(quick());
+    Said heard(other);
+    other.send(job());
+    ASSERT_TRUE(turnUntil([&] { return heard.last.canHold; }));
+    other.hold();
+    ASSERT_TRUE(turnUntil([&] { return !heard.refusals.empty(); }));
+    EXPECT_EQ(heard.refusals.front().kind, ErrorKind::AuthenticationNeeded);
+    ASSERT_TRUE(strict.resume(kTape));
+    ASSERT_TRUE(heard.waitForEnd());
+    EXPECT_EQ(heard.ends, std::vector{JobEnd::Printed}) << heard.sentence();
+    EXPECT_EQ(heard.refusals.size(), 1U);
+}
+
+TEST_F(JobSenderTest, LabelsAreCountedAsTheQueueReportsThem) {
+    service.letPrinterSay("PAGE: 1 1\nPAGE: 2 1\nPAGE: 3 1\n");
+    service.holdPrinter(true);
+    sender.send(job());
+    EXPECT_TRUE(turnUntil([&] { return said.last.labelsDone >= 3; }));
+    EXPECT_EQ(said.last.state, JobState::Processing);
+    service.holdPrinter(false);
+    ASSERT_TRUE(said.waitForEnd());
+}
+
+TEST_F(JobSenderTest, WhatThePrinterLacksIsTheJobsTrouble) {
+    service.letPrinterSay("STATE: +media-empty-error\n");
+    service.holdPrinter(true);
+    sender.send(job());
+    ASSERT_TRUE(turnUntil([&] { return !said.last.trouble.isEmpty(); })) << said.lastState();
+    EXPECT_THAT(said.last.trouble.toStdString(), HasSubstr("Paper or tape is used up."));
+    EXPECT_THAT(said.last.trouble.toStdString(), HasSubstr("See to it at the printer"));
+    service.holdPrinter(false);
+    ASSERT_TRUE(said.waitForEnd());
 }
 
 TEST_F(JobSenderTest, AJobThatAFilterBreaksHasComeToAStop) {
