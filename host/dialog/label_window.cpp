@@ -32,7 +32,7 @@ LabelWindow::LabelWindow(StripView& strip, PagePictures& pictures, std::int64_t 
     connect(&mPictures, &PagePictures::drawn, this, [this] { update(); });
     // The plan may change while this is open.
     connect(&mStrip, &StripView::wishesChanged, this, [this] {
-        if (!mStrip.plan() || mIndex >= mStrip.plan()->labels())
+        if (!mStrip.plan() || !mStrip.isRead() || mIndex >= mStrip.plan()->labels())
             close();
         else
             showLabel(mIndex);
@@ -107,9 +107,15 @@ void LabelWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void LabelWindow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Right || event->key() == Qt::Key_Down)
+    // As the labels lie on the strip.
+    const std::int64_t right = mStrip.isReversed() ? -1 : 1;
+    if (event->key() == Qt::Key_Right)
+        return showLabel(mIndex + right);
+    if (event->key() == Qt::Key_Left)
+        return showLabel(mIndex - right);
+    if (event->key() == Qt::Key_Down)
         return showLabel(mIndex + 1);
-    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Up)
+    if (event->key() == Qt::Key_Up)
         return showLabel(mIndex - 1);
     QDialog::keyPressEvent(event);
 }

@@ -13,11 +13,14 @@ namespace labelcut {
 
 namespace {
 
-/// Whether the page would be whole so.
-bool helps(const JobPlan& plan, const PlanMisfit& misfit, worker::Fit fit) {
+/// Whether less of the page is lost so. It is whole neither way: where it is, nothing is said.
+bool helpsToTurn(const JobPlan& plan, const PlanMisfit& misfit) {
     PlanInput input = plan.input();
-    input.fit = fit;
-    return !JobPlan(std::move(input)).placeOf(misfit.firstPage).losesEdge;
+    input.fit = worker::Fit::Turn;
+    const auto lost = [](const worker::Placement& place) {
+        return place.lost.width * place.size.height + place.lost.height * place.size.width;
+    };
+    return lost(JobPlan(std::move(input)).placeOf(misfit.firstPage)) < lost(misfit.place);
 }
 
 std::vector<MessageAction> waysOut(JobModel& model, const JobPlan& plan, const PlanMisfit& misfit) {
@@ -31,7 +34,7 @@ std::vector<MessageAction> waysOut(JobModel& model, const JobPlan& plan, const P
     const auto offer = [&](const char* key, Fit fit) {
         ways.push_back({hostText(key), [&model, fit] { model.setFit(fit); }});
     };
-    if (helps(plan, misfit, Fit::Turn))
+    if (helpsToTurn(plan, misfit))
         offer("MisfitTurn", Fit::Turn);
     offer("MisfitScale", Fit::Scale);
     offer("MisfitActual", Fit::Actual);

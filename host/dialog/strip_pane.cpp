@@ -94,6 +94,11 @@ StripPane::StripPane(JobModel& model, MessageBar& messages, QWidget* parent)
     });
 }
 
+/// A label shown large asks the strip and the pictures until its end.
+StripPane::~StripPane() {
+    delete mLarge;
+}
+
 void StripPane::setReading() {
     mFigures->setText(hostText("StripReading"));
 }
@@ -157,9 +162,9 @@ void StripPane::showMisfit(const JobPlan& plan) {
 void StripPane::showLarge(std::int64_t index) {
     if (!mModel.plan())
         return;
-    auto* window = new LabelWindow(*mStrip, mPictures, index, this);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->open();
+    mLarge = new LabelWindow(*mStrip, mPictures, index, this);
+    mLarge->setAttribute(Qt::WA_DeleteOnClose);
+    mLarge->open();
 }
 
 } // namespace labelcut

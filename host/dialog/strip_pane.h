@@ -1,6 +1,7 @@
 // The dialog: the user's labels as they will come out, and what they take.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -16,6 +17,7 @@ namespace labelcut {
 
 class JobDocument;
 class JobModel;
+class LabelWindow;
 class MessageBar;
 
 /// The strip over the window's whole width, and a line of figures below it. Follows the model;
@@ -26,6 +28,7 @@ public:
     /// @param model     and messages: borrowed, outlive this. Messages say when pages cannot be
     ///                  drawn, and offer ways out when they do not fit their labels.
     StripPane(JobModel& model, MessageBar& messages, QWidget* parent = nullptr);
+    ~StripPane() override;
 
     /// What pictures are drawn of. @param document  null: nothing.
     void setDocument(std::shared_ptr<const JobDocument> document);
@@ -50,6 +53,8 @@ private:
     StripView* mStrip;
     QLabel* mFigures;
     QToolButton* mTurn;
+    /// Null while no label is shown large.
+    QPointer<LabelWindow> mLarge;
     /// What the user turned the labels to; nothing: as their text can be read.
     std::optional<StripWay> mWanted;
 };
