@@ -77,11 +77,11 @@ void PrintDialog::buildWindow() {
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(mHeader);
     column->addWidget(mStrip);
-    auto* body = new QHBoxLayout;
-    body->addWidget(mPages, 1);
+    mBody = new QBoxLayout(QBoxLayout::LeftToRight);
+    mBody->addWidget(mPages, 1);
     mColumn = buildColumn();
-    body->addWidget(mColumn);
-    column->addLayout(body, 1);
+    mBody->addWidget(mColumn);
+    column->addLayout(mBody, 1);
     column->addWidget(mMessages);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(new WindowBody(content, *mFooter), 1);
@@ -223,17 +223,19 @@ void PrintDialog::closePrinter() {
     mPages->clear();
 }
 
+/// Beside each other where the screen has room for that, otherwise below each other.
+void PrintDialog::arrangeColumns() {
+    const QMargins margins = layout()->contentsMargins();
+    const int needed = mPages->minimumSizeHint().width() + mBody->spacing() +
+                       mColumn->minimumSizeHint().width() + margins.left() + margins.right();
+    mBody->setDirection(needed > roomFor(*this).width() ? QBoxLayout::TopToBottom
+                                                        : QBoxLayout::LeftToRight);
+}
+
 void PrintDialog::printerOpened() {
     tellRefused(mModel.printer()->refused());
     mPresets->reload();
-    // A window that grows for the printer's pages, when their layout is known, gets some room
-    // beyond, so that it need not grow again for a message.
-    const auto giveRoom = [this, before = size()] {
-        if (size() != before)
-            resize(size().expandedTo(sizeHint()));
-    };
-    if (isVisible())
-        QMetaObject::invokeMethod(this, giveRoom, Qt::QueuedConnection);
+    arrangeColumns();
 }
 
 void PrintDialog::refresh() {

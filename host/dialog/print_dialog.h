@@ -11,6 +11,7 @@
 #include "host/dialog/print_run.h"
 #include "host/dialog/printer_opener.h"
 
+class QBoxLayout;
 class QSpinBox;
 class QTabWidget;
 
@@ -67,6 +68,7 @@ private:
     void start(const DialogRequest& request);
     void closePrinter();
     void printerOpened();
+    void arrangeColumns();
     void refresh();
     void tell(const QString& sentence);
     void tellRefused(const std::vector<RefusedPlugin>& plugins);
@@ -86,6 +88,7 @@ private:
     QTimer mRefresh;
     QWidget* mHeader;
     QWidget* mColumn;
+    QBoxLayout* mBody;
     MessageBar* mMessages;
     DocumentRow* mDocument;
     PrinterPicker* mPicker;

@@ -91,8 +91,7 @@ QString JobDocument::folder() const {
 
 bool JobDocument::isAlready(const Composition& composition) const {
     if (composition.pages.countIn(mPages) < mPages || composition.repeats > 1 ||
-        composition.sets > 1 || composition.skipped > 0 ||
-        (composition.isReversed && mPages > 1))
+        composition.sets > 1 || composition.skipped > 0 || (composition.isReversed && mPages > 1))
         return false;
     return !composition.paper || std::ranges::all_of(mMeasures, [&](const QSizeF& measure) {
         return placedOn(*composition.paper, measure, composition.fit).isUntouched;
