@@ -1,6 +1,7 @@
 // The dialog: which document is printed, and how many labels are in it.
 #include "host/dialog/document_row.h"
 
+#include <QEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -44,11 +45,20 @@ DocumentRow::DocumentRow(JobModel& model, MessageBar& messages, QWidget* parent)
     row->addWidget(mChoose);
 }
 
-/// The window comes first; what takes work on the document follows.
-void DocumentRow::paintEvent(QPaintEvent* event) {
-    QWidget::paintEvent(event);
-    if (!std::exchange(mPainted, true))
+/// The window comes first; what takes work on the document follows. This row itself may be out of
+/// sight, where the screen is small.
+void DocumentRow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!std::exchange(mIsShown, true))
+        window()->installEventFilter(this);
+}
+
+bool DocumentRow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        watched->removeEventFilter(this);
         QMetaObject::invokeMethod(this, &DocumentRow::read, Qt::QueuedConnection);
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void DocumentRow::refresh(const JobSnapshot& now) {

@@ -47,7 +47,8 @@ Q_SIGNALS:
     void documentRead(std::shared_ptr<const labelcut::JobDocument> document);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void askForFiles();
@@ -59,7 +60,7 @@ private:
     MessageBar& mMessages;
     BackgroundCall mReading;
     QByteArrayList mDigests;
-    bool mPainted = false;
+    bool mIsShown = false;
     bool mIsReading = true;
     /// What the document was read for, and whether its pages depend on that.
     std::optional<JobPaper> mPaper;
