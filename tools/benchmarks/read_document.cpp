@@ -71,14 +71,13 @@ bool readBare(const QString& file) {
     }
     worker::PdfEngine* engine =
         load<worker::PdfEngineFunction>("pdf_engine.so", worker::kPdfEngineFunction)();
-    const worker::Answer answer = engine->open(opened(path, O_RDONLY), kPaper, [] {});
+    const worker::Answer answer = engine->open(opened(path, O_RDONLY), [] {});
     const auto* found = std::get_if<worker::Opened>(&answer);
-    if (!found)
+    const QString measures = folder.filePath(QStringLiteral("measures"));
+    if (!found || !succeeded(engine->measure(opened(measures, O_RDWR | O_CREAT), [] {})))
         return false;
-    return found->fits ||
-           succeeded(engine->join(
-               {1, UINT32_MAX, kPaper},
-               opened(folder.filePath(QStringLiteral("job.pdf")), O_RDWR | O_CREAT), [] {}));
+    const QString joined = folder.filePath(QStringLiteral("job.pdf"));
+    return found->isPlain || succeeded(engine->join({}, opened(joined, O_RDWR | O_CREAT), [] {}));
 }
 
 } // namespace
