@@ -116,6 +116,7 @@ QWidget* PrintDialog::buildColumn() {
     mCopies->setObjectName(QStringLiteral("copies"));
     mPresets = new PresetBar(mModel, *mMessages);
     auto* column = new QGroupBox(hostText("LabelsAndPrinter"));
+    column->setObjectName(QStringLiteral("labelsAndPrinter"));
     auto* copies = new QFormLayout;
     copies->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     auto* label = new QLabel(hostText("Copies"));

@@ -19,8 +19,9 @@ namespace {
 constexpr char kGeometrySetting[] = "dialog/geometry";
 /// Such files have some hundred. Bytes.
 constexpr qint64 kLargestFile = 1 << 20;
-/// The window at first: room for strip, panel, what stands beside it and, below, a message. Panels are laid out in
-/// points, the rest in lines of text, and fonts differ in how many points a line takes.
+/// The window at first: room for strip, panel, what stands beside it and, below, a message. Panels
+/// are laid out in points, the rest in lines of text, and fonts differ in how many points a line
+/// takes.
 constexpr QSize kLines(54, 45);
 constexpr QSizeF kPoints(830, 690);
 

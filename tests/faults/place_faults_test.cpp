@@ -64,6 +64,8 @@ TEST_F(PlaceFaultTest, AFullDiskWhileAFileIsWrittenKeepsTheDialogAndTheOlderFile
     open();
     const QString output = fileWith(mHome.path(QStringLiteral("out.ps")), "older");
     {
+        // Pages that are drawn meanwhile would have no room either.
+        ASSERT_TRUE(turnUntil([&] { return mDialog->isComplete(); }));
         // Less than the job has.
         const FullDisk disk(20'000);
         pressPrint(*mDialog, output);

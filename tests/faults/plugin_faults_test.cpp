@@ -35,9 +35,9 @@ void PrintTo(const Fault& fault, std::ostream* out) {
 const Fault kFaults[] = {
     {"Text", [] { return QByteArray("no plug-in at all\n"); }, "not a plug-in, or it is damaged"},
     {"CutOff", [] { return cutOptions().left(50'000); }, "damaged"},
-    {"Newer", [] { return testPlugin("newer"); }, "needs version 3 of the interface, this is 2"},
+    {"Newer", [] { return testPlugin("newer"); }, "needs version 4 of the interface, this is 3"},
     {"Older", [] { return testPlugin("older"); },
-     "built for version 1 of the interface, this is 2"},
+     "built for version 2 of the interface, this is 3"},
     {"ThrowsAnError", [] { return testPlugin("throws_an_error"); },
      "its constructor failed: out of order"},
     {"ThrowsANumber", [] { return testPlugin("throws_a_number"); }, "its constructor failed"},

@@ -96,7 +96,8 @@ class Trial:
         before = entries(self.path.parent)
         opened = OpenedFiles(self.beside)
         run = SupervisedRun(
-            [*self.program, "print", "--ppd", PPD, "-o", self.output, self.path],
+            [*self.program, "print", "--ppd", PPD, "-o", self.output, self.path,
+             "--fit", "scale"],
             environment(self.folder), self.beside, self.folder / "messages", LIMITS)
         growth = Growth(self.path) if self.document.grows else None
         if self.document.endless and not run.wait(PATIENCE, WORK):

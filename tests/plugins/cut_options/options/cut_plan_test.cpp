@@ -163,13 +163,9 @@ TEST(CutPlan, FollowsTheMarksOfThePrinter) {
     EXPECT_EQ(tape.plan().afterEach, N);
 }
 
-TEST(CutPlan, OfAPrinterWithoutAnyOfTheOptionsCutsNothing) {
+TEST(CutPlan, OfAPrinterWithoutAnyOfTheOptionsSaysNothing) {
     Planned bare(printerOffering(0, true, false));
-    EXPECT_EQ(bare.plan(), [] {
-        PDECutPlan nothing;
-        nothing.medium = PDEMedium::Tape;
-        return nothing;
-    }());
+    EXPECT_FALSE(bare.panel->cutPlan());
 }
 
 } // namespace labelcut::test
