@@ -24,7 +24,8 @@ Result<std::optional<KeptChoices>> PresetArgument::matched(const OpenedPrinter& 
     SettingMatch match = matchSettings(printer.ppd(), preset->settings());
     for (const QString& sentence : describe(printer.ppd(), match.missing))
         Runner::complain(sentence);
-    return std::optional(KeptChoices{std::move(match.applicable), *preset});
+    const Handling& handling = *preset;
+    return std::optional(KeptChoices{std::move(match.applicable), handling});
 }
 
 } // namespace labelcut

@@ -152,7 +152,7 @@ Result<std::vector<QSizeF>> JobReading::measures(int pages, const QString& scrat
         return written.error();
     QFile file(scratch);
     const auto count = static_cast<std::size_t>(pages) * 2;
-    const auto bytes = static_cast<qint64>(count * sizeof(double));
+    const auto bytes = static_cast<qint64>(count) * static_cast<qint64>(sizeof(double));
     std::vector<double> sides(count);
     const bool isWhole = file.open(QIODevice::ReadOnly) && file.size() == bytes &&
                          file.read(reinterpret_cast<char*>(sides.data()), bytes) == bytes;

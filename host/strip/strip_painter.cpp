@@ -107,7 +107,7 @@ void StripPainter::draw(const StripScene& scene) {
 void StripPainter::drawNumbers(const StripScene& scene) {
     const QFontMetrics metrics = mPainter.fontMetrics();
     for (const StripCell& cell : scene.cells) {
-        const QString number = QLocale().toString(static_cast<qlonglong>(cell.index + 1));
+        const QString number = QLocale().toString(qlonglong{cell.index} + 1);
         const QRect below(cell.label.left(), cell.label.bottom() + kBacking, cell.label.width(),
                           metrics.height());
         if (metrics.horizontalAdvance(number) <= below.width())
@@ -276,7 +276,7 @@ void StripPainter::drawPlaceholder(const JobPlan::Label& label, std::int64_t ind
     if (rect.width() < kLeastTextWidth)
         return;
     mPainter.setPen(mLook.colours.ink);
-    const QString text = QLocale().toString(static_cast<qlonglong>(index + 1)) + u'\n' +
+    const QString text = QLocale().toString(qlonglong{index} + 1) + u'\n' +
                          measureForUser(label.pageSize.width(), label.pageSize.height());
     mPainter.drawText(rect.adjusted(2, 2, -2, -2), Qt::AlignCenter | Qt::TextWordWrap, text);
 }

@@ -69,7 +69,7 @@ QString figuresText(const JobPlan& plan) {
 QString labelText(const JobPlan& plan, std::int64_t index) {
     const QLocale locale;
     return hostText(keyOf(plan.cutAfter(index)))
-        .arg(locale.toString(static_cast<qlonglong>(index + 1)),
+        .arg(locale.toString(qlonglong{index} + 1),
              locale.toString(static_cast<qlonglong>(plan.labels())));
 }
 
