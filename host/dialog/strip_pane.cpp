@@ -2,7 +2,6 @@
 #include "host/dialog/strip_pane.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -13,7 +12,7 @@
 #include "host/dialog/line_icons.h"
 #include "host/dialog/message_bar.h"
 #include "host/dialog/misfit_message.h"
-#include "host/dialog/plain_label.h"
+#include "host/dialog/steady_label.h"
 #include "host/documents/job_document.h"
 #include "host/job/marked_paper.h"
 #include "host/strip/strip_words.h"
@@ -53,10 +52,9 @@ StripPane::StripPane(JobModel& model, MessageBar& messages, QWidget* parent)
     , mModel(model)
     , mMessages(messages)
     , mStrip(new StripView)
-    , mFigures(plainLabel())
+    , mFigures(new SteadyLabel(QStringLiteral("figures")))
     , mTurn(new QToolButton) {
     mStrip->setAccessibleName(hostText("StripName"));
-    mFigures->setObjectName(QStringLiteral("figures"));
     mTurn->setObjectName(QStringLiteral("turnStrip"));
     mTurn->setAutoRaise(true);
     mTurn->setIcon(lineIcon(LineIcon::Turn));

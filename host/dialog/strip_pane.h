@@ -10,7 +10,6 @@
 #include "host/documents/page_pictures.h"
 #include "host/strip/strip_view.h"
 
-class QLabel;
 class QToolButton;
 
 namespace labelcut {
@@ -19,6 +18,7 @@ class JobDocument;
 class JobModel;
 class LabelWindow;
 class MessageBar;
+class SteadyLabel;
 
 /// The strip over the window's whole width, and a line of figures below it. Follows the model;
 /// pages are drawn beside the window. Until the document has been read, blank labels stand for it.
@@ -40,7 +40,7 @@ public:
     void refresh();
 
     StripView& strip() { return *mStrip; }
-    const QLabel& figures() const { return *mFigures; }
+    const SteadyLabel& figures() const { return *mFigures; }
 
 private:
     void showWay();
@@ -51,7 +51,8 @@ private:
     MessageBar& mMessages;
     PagePictures mPictures;
     StripView* mStrip;
-    QLabel* mFigures;
+    /// Changes with every click.
+    SteadyLabel* mFigures;
     QToolButton* mTurn;
     /// Null while no label is shown large.
     QPointer<LabelWindow> mLarge;

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "host/dialog/misfit_message.h"
+#include "host/dialog/steady_label.h"
 #include "host/dialog/strip_pane.h"
 #include "tests/host/dialog/dialog_fixtures.h"
 #include "tests/support/made_pdf.h"
