@@ -53,6 +53,8 @@ public:
 
     /// The buttons by their texts, and where they stand; whoever fills the row sets the latter.
     std::map<QString, QPushButton*> offers;
+    /// Their texts in the order in which they stand.
+    QStringList offered;
     QHBoxLayout* offerLine = nullptr;
     QToolButton* close = nullptr;
 
@@ -119,6 +121,12 @@ void MessageBar::show(const QString& name, Kind kind, const QString& text,
 }
 
 void MessageBar::offer(Row& row, const std::vector<MessageAction>& actions) {
+    QStringList texts;
+    for (const MessageAction& action : actions)
+        texts << action.text;
+    // Whatever is put into a layout anew has the window laid out anew.
+    if (std::exchange(row.offered, texts) == texts)
+        return;
     std::map<QString, QPushButton*> before = std::exchange(row.offers, {});
     int place = 0;
     QWidget* last = row.close;
